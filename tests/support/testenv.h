@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+#include <QTemporaryDir>
+
+#include <memory>
+
+namespace testsupport {
+
+/// A temporary home for one test: XDG folders, HOME and the temporary folder
+/// all point into it, so that nothing of the user's is read or written.
+class TestHome {
+public:
+    TestHome();
+    ~TestHome();
+
+    QString path() const { return m_dir.path(); }
+    QString file(const QString &name) const { return m_dir.filePath(name); }
+
+private:
+    QTemporaryDir m_dir;
+};
+
+/// The source tree (for share/ and test fixtures).
+QString sourceDir();
+
+/// A path under tests/fixtures.
+QString fixture(const QString &name);
+
+} // namespace testsupport
