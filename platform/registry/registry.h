@@ -25,6 +25,7 @@ inline constexpr long ERROR_FILE_NOT_FOUND = 2;
 inline constexpr long ERROR_ACCESS_DENIED = 5;
 inline constexpr long ERROR_INVALID_HANDLE = 6;
 inline constexpr long ERROR_MORE_DATA = 234;
+inline constexpr long ERROR_NO_MORE_ITEMS = 259;
 inline constexpr long ERROR_BADDB = 1009;
 
 /// The registry of this machine and user: keys under three roots, each with
@@ -53,6 +54,9 @@ public:
     long RegQueryValueEx(HKEY key, const QString &name, uint32_t *type, QByteArray *data, uint32_t *size);
     long RegSetValueEx(HKEY key, const QString &name, uint32_t type, const QByteArray &data);
     long RegDeleteValue(HKEY key, const QString &name);
+    /// The name of the subkey at `index` (from 0, in name order) of a key;
+    /// ERROR_NO_MORE_ITEMS past the last.
+    long RegEnumKeyEx(HKEY key, uint32_t index, QString *name);
 
     const QString &path() const;
 

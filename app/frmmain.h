@@ -1,0 +1,148 @@
+#pragma once
+
+#include "platform/ui/prompter.h"
+
+#include <QMainWindow>
+#include <QPointer>
+
+class QAction;
+class QLabel;
+class QMenu;
+class QTabWidget;
+class QToolBar;
+class QTreeWidgetItem;
+class frmFolder;
+
+namespace app {
+struct Program;
+}
+namespace controls {
+class SSTree;
+}
+namespace scripts {
+class ScriptPane;
+}
+
+/// The main window: the folder tree and script pane on the "Administration"
+/// tab, the install form on the "Installation" tab, and every command of the
+/// menus and toolbar. Its handlers live in the folder of the subsystem that
+/// owns them; this header groups them the same way.
+class frmMain : public QMainWindow {
+    Q_OBJECT
+    Q_PROPERTY(bool blnDirty MEMBER blnDirty)
+    Q_PROPERTY(QString strEntryID MEMBER strEntryID)
+    Q_PROPERTY(QString strStoreID MEMBER strStoreID)
+    Q_PROPERTY(QString statusText READ statusText)
+
+public:
+    explicit frmMain(app::Program &program);
+    ~frmMain() override;
+
+    // The current object: the node clicked last (key and store), and whether
+    // the pane holds an edit that no save has dealt with yet.
+    QString strEntryID;
+    QString strStoreID;
+    bool blnDirty = false;
+
+    // ---- Application core (app/) ----
+    /// Runs the load steps; false when the program can't go on.
+    bool Form_Load();
+    void Form_QueryUnload();
+    void SaveRegSettings();
+    void StatBar(const QString &strText, bool blnWait = false);
+    QString statusText() const;
+    void Form_Resize();
+    void PositionForm(QWidget *form);
+    void mnuViewFolderTree_Click();
+    void mnuViewPreview_Click();
+    void mnuViewToolbar_Click();
+    void mnuViewStatusBar_Click();
+    void mnuFileExit_Click();
+    void tbToolBar_ButtonClick(const QString &key);
+    bool Form_KeyDown(int keyCode, int shift);
+    void SSTab1_Click();
+
+    // ---- Folder navigation (navigation/) ----
+    void RefreshFolders();
+    void mnuViewRefresh_Click();
+    QString StripCurrentUser(const QString &fullPath) const;
+    void treOutl_NodeClick(QTreeWidgetItem *node);
+    void GotoNode(const QString &strID);
+    void mnuViewFavorite_Click();
+    void GoToFavorite();
+    void mnuFileOpenFolder_Click();
+    void mnuFolderProperties_Click();
+    void treOutl_DblClick();
+    void treOutl_KeyDown(int keyCode, int shift, bool &swallow);
+    void treOutl_KeyUp(int keyCode, int shift);
+    void treOutl_MouseUp(int button, const QPoint &globalPos);
+    void treOutl_GotFocus();
+    void treOutl_LostFocus();
+    /// Removes a node of the tree as the delete command does; the tree asks
+    /// before it removes one unless the deleting flag is set.
+    bool treOutl_BeforeNodeDelete(QTreeWidgetItem *node);
+
+    // ---- Scripts (scripts/) ----
+    bool GetScript();
+    void mnuFileSave_Click();
+    void txtPreview_Change();
+    void txtPreview_GotFocus();
+    void txtPreview_LostFocus();
+    void txtPreview_KeyUp(int keyCode, int shift);
+    void UpdateStatus();
+    void mnuEdit_Click();
+    void mnuEditUndo_Click();
+    void mnuEditCut_Click();
+    void mnuEditCopy_Click();
+    void mnuEditPaste_Click();
+    void mnuEditSelectAll_Click();
+    void mnuEditTimeDate_Click();
+    void mnuViewDecrease_Click();
+    void mnuViewIncrease_Click();
+    void mnuViewSetFont();
+
+    controls::SSTree *treOutl = nullptr;
+    scripts::ScriptPane *txtPreview = nullptr;
+    QPointer<frmFolder> folderForm;
+
+    /// The one common dialog of the program; its properties stay as the
+    /// last use left them.
+    ui::CommonDialogState CommonDialog1;
+
+    /// A menu entry or toolbar button by its name ("mnuFileSave",
+    /// "tbToolBar.Save").
+    QAction *action(const QString &name) const;
+    void setEnabled(const QString &name, bool on);
+
+    app::Program &program() { return m_program; }
+    ui::Prompter &prompter();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void createActions();
+    void createMenus();
+    void createToolBar();
+    void createStatusBar();
+    void createTabs();
+    void connectTree();
+    void setNodeCommands(int image);
+    void setPaneNotice(const QString &text);
+    void EnumerateFolders(const QString &parentKey, const class FolderRef &folder);
+
+    app::Program &m_program;
+    QToolBar *tbToolBar = nullptr;
+    QTabWidget *SSTab1 = nullptr;
+    QWidget *m_adminPage = nullptr;
+    QLabel *m_panelText = nullptr;
+    QMenu *mnuFile = nullptr;
+    QMenu *mnuEdit = nullptr;
+    QMenu *mnuView = nullptr;
+    QMenu *mnuHelp = nullptr;
+    bool m_keyPreview = false;
+    bool m_unloaded = false;
+};

@@ -1,0 +1,170 @@
+// Loading and closing the main window, and the settings it keeps.
+#include "app/basregistry.h"
+#include "app/frmmain.h"
+#include "app/hourglass.h"
+#include "app/program.h"
+#include "app/settingstext.h"
+#include "navigation/frmfolder.h"
+#include "platform/com/routine.h"
+#include "platform/events/events.h"
+#include "platform/mapi/session.h"
+#include "platform/outlook/application.h"
+#include "scripts/scriptpane.h"
+
+#include <QAction>
+#include <QStatusBar>
+#include <QToolBar>
+
+namespace {
+
+const QString kSettingsKey = QStringLiteral("Software\\Kelverd\\Sorrelin\\5.5\\General");
+
+QString readSetting(const QString &name)
+{
+    return basRegistry::QueryValue(registry::HKEY_CURRENT_USER, kSettingsKey, name).toString();
+}
+
+// The commands that wait for the first refresh when the tree starts empty.
+const char *const kRefreshCommands[] = {
+    "tbToolBar.New", "tbToolBar.Open", "tbToolBar.Save", "tbToolBar.Send", "tbToolBar.Delete",
+    "tbToolBar.Properties", "tbToolBar.Agent Properties", "mnuFileNew", "mnuFileOpen", "mnuFileSave",
+    "mnuFileSaveAs", "mnuFileDelete", "mnuFileSend", "mnuEditFind", "mnuEditReplace", "mnuFolderProperties",
+    "mnuFileAgentProperties", "mnuFileAgentLog", "mnuFileProcInst", "mnuFileRouteMap", "mnuFileExport",
+    "mnuFileInstalledAgents",
+};
+
+} // namespace
+
+bool frmMain::Form_Load()
+{
+    app::Program &p = m_program;
+    com::ResumeNext routine;
+    setProperty("helpFile", app::appPath() + QStringLiteral("/sorrelin.hlp"));
+
+    routine.step([&] { p.gobjEvents = std::make_unique<events::Events>(); });
+    if (routine.failed() || !p.gobjEvents) {
+        prompter().msgBox(QStringLiteral("Could not create Microsoft Exchange Events Configuration Object Library!\r"
+                                         "Cannot start Sorrelin."),
+                          ui::Buttons::OK, ui::Icon::Stop, 1, QString());
+        return false;
+    }
+    routine.step([&] { p.gobjEvents->SetSession(p.gobjSession->MAPIOBJECT()); });
+    routine.step([&] { setWindowTitle(p.gobjSession->CurrentUser() + QStringLiteral(" - Sorrelin")); });
+    StatBar(QStringLiteral("Ready"));
+
+    // First run for this user: defaults in memory, then all of them written.
+    p.gstrRefreshOnStartup = readSetting(QStringLiteral("RefreshOnStartup"));
+    if (p.gstrRefreshOnStartup.isEmpty()) {
+        p.gstrRefreshOnStartup = QStringLiteral("yes");
+        p.gvarPrintDialogs = QStringLiteral("yes");
+        p.gstrSaveChangesMode = QStringLiteral("prompt");
+        p.gstrDefaultEditor = QStringLiteral("Notepad");
+        p.gstrOtherPath = QStringLiteral("n/a");
+        p.gstrLocationPath = app::appPath();
+        SaveRegSettings();
+    }
+
+    if (readSetting(QStringLiteral("RefreshOnStartup")) == QLatin1String("yes")) {
+        p.gstrRefreshOnStartup = QStringLiteral("yes");
+        routine.step([&] { RefreshFolders(); });
+    } else {
+        p.gstrRefreshOnStartup = QStringLiteral("no");
+        for (const char *name : kRefreshCommands)
+            setEnabled(QString::fromLatin1(name), false);
+    }
+
+    const QString mode = readSetting(QStringLiteral("SaveChangesMode"));
+    if (mode == QLatin1String("save") || mode == QLatin1String("discard") || mode == QLatin1String("prompt"))
+        p.gstrSaveChangesMode = mode;
+    p.gstrDefaultEditor = readSetting(QStringLiteral("DefaultEditor"));
+    p.gstrOtherPath = readSetting(QStringLiteral("OtherPath"));
+    p.gstrLocationPath = readSetting(QStringLiteral("LocationPath"));
+    p.gvarPrintDialogs = basRegistry::QueryValue(registry::HKEY_CURRENT_USER, kSettingsKey, QStringLiteral("PrintDialogs"));
+    if (p.gstrLocationPath.isEmpty())
+        p.gstrLocationPath = app::appPath();
+
+    // The views, each restored from its yes-or-no value.
+    const bool folders = app::isYes(readSetting(QStringLiteral("ViewFolders")));
+    action(QStringLiteral("mnuViewFolderTree"))->setChecked(folders);
+    action(QStringLiteral("tbToolBar.ViewFolder"))->setChecked(folders);
+    treOutl->setVisible(folders);
+    const bool preview = app::isYes(readSetting(QStringLiteral("ViewPreview")));
+    action(QStringLiteral("mnuViewPreview"))->setChecked(preview);
+    action(QStringLiteral("tbToolBar.ViewPreview"))->setChecked(preview);
+    txtPreview->setVisible(preview);
+    const bool toolbar = app::isYes(readSetting(QStringLiteral("ViewToolbar")));
+    action(QStringLiteral("mnuViewToolbar"))->setChecked(toolbar);
+    tbToolBar->setVisible(toolbar);
+    const bool statusbar = app::isYes(readSetting(QStringLiteral("ViewStatusBar")));
+    action(QStringLiteral("mnuViewStatusBar"))->setChecked(statusbar);
+    statusBar()->setVisible(statusbar);
+
+    // The pane's font.
+    QFont font = txtPreview->font();
+    const QString fontName = readSetting(QStringLiteral("FontName"));
+    if (!fontName.isEmpty())
+        font.setFamily(fontName);
+    const double size = app::leadingNumber(readSetting(QStringLiteral("FontSize")));
+    if (size > 0)
+        font.setPointSizeF(size);
+    font.setBold(app::isYes(readSetting(QStringLiteral("FontBold"))));
+    font.setItalic(app::isYes(readSetting(QStringLiteral("FontItalic"))));
+    txtPreview->setFont(font);
+
+    if (app::isYes(readSetting(QStringLiteral("Maximized"))))
+        setWindowState(windowState() | Qt::WindowMaximized);
+    Form_Resize();
+    return true;
+}
+
+void frmMain::SaveRegSettings()
+{
+    app::Program &p = m_program;
+    com::ResumeNext routine;
+    const auto write = [&](const QString &name, const QString &value) {
+        routine.step([&] {
+            basRegistry::SetKeyValue(registry::HKEY_CURRENT_USER, kSettingsKey, name, value, registry::REG_SZ);
+        });
+    };
+    const QFont font = txtPreview->font();
+    write(QStringLiteral("FontName"), font.family());
+    write(QStringLiteral("FontSize"), app::formatFontSize(font.pointSizeF()));
+    write(QStringLiteral("FontBold"), app::yesNo(font.bold()));
+    write(QStringLiteral("FontItalic"), app::yesNo(font.italic()));
+    write(QStringLiteral("Maximized"), app::yesNo(isMaximized() && !isMinimized()));
+    write(QStringLiteral("ViewToolbar"), app::yesNo(action(QStringLiteral("mnuViewToolbar"))->isChecked()));
+    write(QStringLiteral("ViewStatusBar"), app::yesNo(action(QStringLiteral("mnuViewStatusBar"))->isChecked()));
+    write(QStringLiteral("ViewPreview"), app::yesNo(action(QStringLiteral("mnuViewPreview"))->isChecked()));
+    write(QStringLiteral("ViewFolders"), app::yesNo(action(QStringLiteral("mnuViewFolderTree"))->isChecked()));
+    if (p.gvarPrintDialogs.isNull() || p.gvarPrintDialogs.toString().isEmpty())
+        p.gvarPrintDialogs = QStringLiteral("yes");
+    write(QStringLiteral("PrintDialogs"), p.gvarPrintDialogs.toString());
+    write(QStringLiteral("RefreshOnStartup"), p.gstrRefreshOnStartup);
+    write(QStringLiteral("SaveChangesMode"), p.gstrSaveChangesMode);
+    write(QStringLiteral("DefaultEditor"), p.gstrDefaultEditor);
+    write(QStringLiteral("OtherPath"), p.gstrOtherPath);
+    if (p.gstrLocationPath.isEmpty())
+        p.gstrLocationPath = app::appPath();
+    write(QStringLiteral("LocationPath"), p.gstrLocationPath);
+    if (routine.failed())
+        prompter().msgBox(QStringLiteral("An error occurred while saving current user settings to the registry."),
+                          ui::Buttons::OK, ui::Icon::Information, 1, QString());
+}
+
+void frmMain::Form_QueryUnload()
+{
+    if (m_unloaded)
+        return;
+    m_unloaded = true;
+    app::Program &p = m_program;
+    com::ResumeNext routine;
+    SetHourglass(true);
+    routine.step([&] { SaveRegSettings(); });
+    routine.step([&] { delete folderForm.data(); });
+    routine.step([&] { p.gobjEvents.reset(); });
+    routine.step([&] { p.gobjSession->Logoff(); });
+    routine.step([&] { p.gobjSession.reset(); });
+    routine.step([&] { p.gobjNameSpace.reset(); });
+    routine.step([&] { p.gobjOutlook.reset(); });
+    SetHourglass(false);
+}

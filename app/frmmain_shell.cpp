@@ -1,0 +1,240 @@
+// The main window's frame: status bar, layout, view toggles, toolbar and
+// the keys the window sees before its controls.
+#include "app/frmmain.h"
+
+#include "app/program.h"
+#include "platform/controls/sstree.h"
+#include "platform/os/screen.h"
+#include "scripts/scriptpane.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QStatusBar>
+#include <QTabWidget>
+#include <QToolBar>
+
+namespace {
+// Lengths of the window's layout are twips; the screen has 15 to a pixel at
+// 96 dots per inch.
+constexpr int kTwipsPerPixel = 15;
+int px(int twips)
+{
+    return twips / kTwipsPerPixel;
+}
+int twips(int pixels)
+{
+    return pixels * kTwipsPerPixel;
+}
+} // namespace
+
+void frmMain::StatBar(const QString &strText, bool blnWait)
+{
+    QString text = strText.isEmpty() ? QStringLiteral("Ready") : strText;
+    if (blnWait)
+        text += QStringLiteral(", please wait...");
+    m_panelText->setText(text);
+    m_panelText->repaint();
+}
+
+QString frmMain::statusText() const
+{
+    return m_panelText->text();
+}
+
+void frmMain::SSTab1_Click()
+{
+    StatBar(QString());
+}
+
+void frmMain::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    Form_Resize();
+}
+
+bool frmMain::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_adminPage && event->type() == QEvent::Resize) {
+        Form_Resize();
+        return false;
+    }
+    // Key preview: while it is on, the window sees a key before the control
+    // with the focus does.
+    if (m_keyPreview && event->type() == QEvent::KeyPress && watched->isWidgetType()) {
+        auto *w = static_cast<QWidget *>(watched);
+        if (w->window() == this && w == QApplication::focusWidget()) {
+            const auto *key = static_cast<QKeyEvent *>(event);
+            if (Form_KeyDown(controls::vbKeyCode(key), controls::vbShift(key->modifiers())))
+                return true;
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void frmMain::keyPressEvent(QKeyEvent *event)
+{
+    QMainWindow::keyPressEvent(event);
+}
+
+void frmMain::Form_Resize()
+{
+    if (isMinimized())
+        return;
+    if (isMaximized())
+        PositionForm(this);
+    // The window's smallest size: it snaps back when made smaller.
+    if (width() < px(7440) || height() < px(5448)) {
+        resize(width() < px(7440) ? px(7536) : width(), height() < px(5448) ? px(6060) : height());
+        return; // the resize that follows lays the controls out
+    }
+    // The toolbar and status bar take their own room; the tab fills the rest.
+    const bool tree = action(QStringLiteral("mnuViewFolderTree"))->isChecked();
+    const bool pane = action(QStringLiteral("mnuViewPreview"))->isChecked();
+    const int w = twips(m_adminPage->width());
+    const int h = twips(m_adminPage->height());
+    treOutl->setVisible(tree);
+    txtPreview->setVisible(pane);
+    if (tree && pane) {
+        const int treeHeight = h / 2 - 120;
+        treOutl->setGeometry(px(60), px(60), px(w - 120), px(treeHeight));
+        const int top = 60 + treeHeight + 60;
+        txtPreview->setGeometry(px(50), px(top), px(w - 110), px(h - top - 60));
+    } else if (tree) {
+        treOutl->setGeometry(px(60), px(60), px(w - 120), px(h - 120));
+    } else if (pane) {
+        txtPreview->setGeometry(px(50), px(60), px(w - 110), px(h - 120));
+    }
+}
+
+void frmMain::PositionForm(QWidget *form)
+{
+    // Centre the window in what the taskbar leaves of the screen.
+    const QRect area = os::availableScreenArea(form);
+    QRect frame = form->frameGeometry();
+    frame.moveCenter(area.center());
+    if (!form->isMaximized())
+        form->move(frame.topLeft());
+}
+
+void frmMain::mnuViewFolderTree_Click()
+{
+    QAction *entry = action(QStringLiteral("mnuViewFolderTree"));
+    QAction *button = action(QStringLiteral("tbToolBar.ViewFolder"));
+    const bool paneShown = action(QStringLiteral("mnuViewPreview"))->isChecked();
+    if (entry->isChecked() && !paneShown) {
+        // The last view can't go.
+        button->setChecked(true);
+        QApplication::beep();
+        return;
+    }
+    if (entry->isChecked()) {
+        entry->setChecked(false);
+        treOutl->hide();
+    } else {
+        entry->setChecked(true);
+        treOutl->show();
+        treOutl->setFocus();
+        treOutl_NodeClick(treOutl->selectedItem());
+    }
+    button->setChecked(entry->isChecked());
+    Form_Resize();
+}
+
+void frmMain::mnuViewPreview_Click()
+{
+    QAction *entry = action(QStringLiteral("mnuViewPreview"));
+    QAction *button = action(QStringLiteral("tbToolBar.ViewPreview"));
+    const bool treeShown = action(QStringLiteral("mnuViewFolderTree"))->isChecked();
+    if (entry->isChecked() && !treeShown) {
+        button->setChecked(true);
+        QApplication::beep();
+        return;
+    }
+    if (entry->isChecked()) {
+        entry->setChecked(false);
+        txtPreview->hide();
+    } else {
+        entry->setChecked(true);
+        txtPreview->show();
+        treOutl_NodeClick(treOutl->selectedItem());
+    }
+    button->setChecked(entry->isChecked());
+    Form_Resize();
+}
+
+void frmMain::mnuViewToolbar_Click()
+{
+    QAction *entry = action(QStringLiteral("mnuViewToolbar"));
+    entry->setChecked(!tbToolBar->isVisible());
+    tbToolBar->setVisible(entry->isChecked());
+    Form_Resize();
+}
+
+void frmMain::mnuViewStatusBar_Click()
+{
+    QAction *entry = action(QStringLiteral("mnuViewStatusBar"));
+    entry->setChecked(!statusBar()->isVisible());
+    statusBar()->setVisible(entry->isChecked());
+    Form_Resize();
+}
+
+void frmMain::mnuFileExit_Click()
+{
+    close();
+}
+
+void frmMain::closeEvent(QCloseEvent *event)
+{
+    // The close can't be refused.
+    Form_QueryUnload();
+    event->accept();
+}
+
+bool frmMain::Form_KeyDown(int keyCode, int shift)
+{
+    if (!(shift & 2))
+        return false;
+    switch (keyCode) {
+    case 86: // Ctrl+V: nothing is pasted outside the pane
+        return true;
+    case 78:
+        if (action(QStringLiteral("mnuFileNew"))->isEnabled())
+            action(QStringLiteral("mnuFileNew"))->trigger();
+        return true;
+    case 79:
+        if (action(QStringLiteral("mnuFileOpen"))->isEnabled())
+            action(QStringLiteral("mnuFileOpen"))->trigger();
+        return true;
+    case 83:
+        if (action(QStringLiteral("mnuFileSave"))->isEnabled())
+            mnuFileSave_Click();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void frmMain::tbToolBar_ButtonClick(const QString &key)
+{
+    if (key == QLatin1String("Save"))
+        mnuFileSave_Click();
+    else if (key == QLatin1String("Properties"))
+        mnuFolderProperties_Click();
+    else if (key == QLatin1String("Cut"))
+        mnuEditCut_Click();
+    else if (key == QLatin1String("Copy"))
+        mnuEditCopy_Click();
+    else if (key == QLatin1String("Paste"))
+        mnuEditPaste_Click();
+    else if (key == QLatin1String("DateTime"))
+        mnuEditTimeDate_Click();
+    else if (key == QLatin1String("ViewFolder"))
+        mnuViewFolderTree_Click();
+    else if (key == QLatin1String("ViewPreview"))
+        mnuViewPreview_Click();
+    else if (key == QLatin1String("Favorite"))
+        GoToFavorite();
+}

@@ -1,0 +1,108 @@
+// Start-up: the session, the splash window, Outlook's namespace and the
+// main window, in that order.
+#include "app/frmmain.h"
+#include "app/frmsplash.h"
+#include "app/program.h"
+#include "platform/com/routine.h"
+#include "platform/events/events.h"
+#include "platform/mapi/session.h"
+#include "platform/outlook/application.h"
+#include "platform/ui/prompter.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+
+namespace app {
+
+namespace {
+
+Program *g_program = nullptr;
+
+void stopMessage(Program &program, const QString &text)
+{
+    program.prompter.msgBox(text, ui::Buttons::OK, ui::Icon::Stop, 1, QString());
+}
+
+/// Logs Outlook's namespace on to the session's profile: first without the
+/// profile dialog, then with it.
+bool LogonOutlook(Program &program)
+{
+    com::ResumeNext routine;
+    routine.step([&] { program.gobjOutlook = std::make_unique<outlook::Application>(program.prompter); });
+    if (routine.failed() || !program.gobjOutlook) {
+        stopMessage(program, QStringLiteral("Could not create Outlook Application object!"));
+        return false;
+    }
+    routine.step([&] { program.gobjNameSpace = program.gobjOutlook->GetNamespace(QStringLiteral("MAPI")); });
+    if (!program.gobjNameSpace)
+        return false;
+    const QString profile = routine.value<QString>([&] { return program.gobjSession->Name(); });
+    routine.clear();
+    routine.step([&] { program.gobjNameSpace->Logon(profile, QString(), false, false); });
+    if (!routine.failed())
+        return true;
+    routine.clear();
+    routine.step([&] { program.gobjNameSpace->Logon(profile, QString(), true, false); });
+    return !routine.failed();
+}
+
+} // namespace
+
+Program::Program(ui::Prompter &p) : prompter(p)
+{
+    g_program = this;
+}
+
+Program::~Program()
+{
+    if (g_program == this)
+        g_program = nullptr;
+}
+
+Program &program()
+{
+    return *g_program;
+}
+
+QString appPath()
+{
+    return QCoreApplication::applicationDirPath();
+}
+
+bool Main(Program &program)
+{
+    com::ResumeNext routine;
+    routine.step([&] {
+        program.gobjSession = std::make_unique<mapi::Session>(program.prompter);
+        program.gobjSession->Logon();
+    });
+    if (routine.failed()) {
+        if (routine.number() != com::err::UserCancel)
+            stopMessage(program, QStringLiteral("Unrecoverable Error - Could not logon to MAPI profile!"));
+        return false;
+    }
+
+    // The splash is on the screen before the slow steps begin.
+    auto splash = std::make_unique<frmSplash>();
+    splash->show();
+    splash->repaint();
+    QCoreApplication::processEvents();
+
+    if (!LogonOutlook(program)) {
+        stopMessage(program, QStringLiteral("Could not logon to Outlook namespace!"));
+        return false;
+    }
+
+    auto *form = new frmMain(program); // deletes itself when closed
+    form->setAttribute(Qt::WA_DeleteOnClose);
+    program.gfrmMain = form;
+    if (!form->Form_Load()) {
+        delete form;
+        return false;
+    }
+    splash.reset();
+    form->show();
+    return true;
+}
+
+} // namespace app

@@ -1,0 +1,287 @@
+#include "platform/controls/sstree.h"
+
+#include "platform/com/comerror.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+namespace controls {
+
+namespace {
+constexpr int KeyRole = Qt::UserRole + 1;
+constexpr int TagRole = Qt::UserRole + 2;
+constexpr int ImageRole = Qt::UserRole + 3;
+const QString kSource = QStringLiteral("SSTree");
+} // namespace
+
+SSTree::SSTree(QWidget *parent) : QTreeWidget(parent)
+{
+    setHeaderHidden(true);
+    setColumnCount(1);
+    setUniformRowHeights(true);
+    setIconSize(QSize(16, 16));
+    setSelectionMode(QAbstractItemView::SingleSelection);
+}
+
+void SSTree::setImageList(QVector<QIcon> icons)
+{
+    m_icons = std::move(icons);
+}
+
+SSTree::Node *SSTree::add(const QString &parentKey, const QString &key, const QString &text, int image)
+{
+    if (m_keys.contains(key))
+        throw com::ComError(35602, kSource, QStringLiteral("Key is not unique in collection"));
+    Node *parent = nullptr;
+    if (!parentKey.isEmpty()) {
+        parent = node(parentKey);
+        if (!parent)
+            throw com::ComError(35601, kSource, QStringLiteral("Element not found"));
+    }
+    auto *item = parent ? new Node(parent) : new Node(this); // owned by the tree
+    item->setText(0, text);
+    item->setData(0, KeyRole, key);
+    setImage(item, image);
+    m_keys.insert(key, item);
+    m_order.append(item);
+    return item;
+}
+
+SSTree::Node *SSTree::node(const QString &key) const
+{
+    return m_keys.value(key, nullptr);
+}
+
+SSTree::Node *SSTree::nodeAt(int index) const
+{
+    if (index < 1 || index > m_order.size())
+        throw com::ComError(35600, kSource, QStringLiteral("Index out of bounds"));
+    return m_order.at(index - 1);
+}
+
+void SSTree::forget(Node *node)
+{
+    for (int i = 0; i < node->childCount(); ++i)
+        forget(node->child(i));
+    m_keys.remove(key(node));
+    m_order.removeOne(node);
+}
+
+void SSTree::remove(Node *node)
+{
+    if (!node)
+        return;
+    forget(node);
+    delete node; // a tree item is owned by its parent; deleting detaches it
+}
+
+void SSTree::clearNodes()
+{
+    m_keys.clear();
+    m_order.clear();
+    clear();
+}
+
+QString SSTree::key(const Node *node)
+{
+    return node ? node->data(0, KeyRole).toString() : QString();
+}
+
+QString SSTree::text(const Node *node)
+{
+    return node ? node->text(0) : QString();
+}
+
+int SSTree::image(const Node *node)
+{
+    return node ? node->data(0, ImageRole).toInt() : 0;
+}
+
+QString SSTree::tag(const Node *node)
+{
+    return node ? node->data(0, TagRole).toString() : QString();
+}
+
+void SSTree::setImage(Node *node, int image)
+{
+    node->setData(0, ImageRole, image);
+    if (image >= 1 && image <= m_icons.size())
+        node->setIcon(0, m_icons.at(image - 1));
+}
+
+void SSTree::setTag(Node *node, const QString &tag)
+{
+    node->setData(0, TagRole, tag);
+}
+
+QString SSTree::fullPath(const Node *node)
+{
+    QString path;
+    for (const Node *n = node; n; n = n->parent())
+        path.prepend(n->parent() ? QLatin1Char('\\') + n->text(0) : n->text(0));
+    return path;
+}
+
+void SSTree::select(Node *node)
+{
+    if (!node)
+        return;
+    if (!m_multiSelect)
+        clearSelection();
+    setCurrentItem(node);
+    node->setSelected(true);
+}
+
+void SSTree::setRedraw(bool on)
+{
+    setUpdatesEnabled(on);
+    if (on) {
+        sortItems(0, Qt::AscendingOrder);
+        viewport()->update();
+    }
+}
+
+void SSTree::setMultiSelect(bool on)
+{
+    m_multiSelect = on;
+    setSelectionMode(on ? QAbstractItemView::MultiSelection : QAbstractItemView::SingleSelection);
+}
+
+QList<SSTree::Node *> SSTree::selectedNodes() const
+{
+    return selectedItems();
+}
+
+void SSTree::clickNode(Node *node, bool withCtrl)
+{
+    if (!node)
+        return;
+    setFocus(Qt::MouseFocusReason);
+    if (m_multiSelect && withCtrl) {
+        setCurrentItem(node, 0, QItemSelectionModel::Toggle);
+    } else {
+        clearSelection();
+        setCurrentItem(node);
+        node->setSelected(true);
+    }
+    Q_EMIT NodeClick(node);
+}
+
+void SSTree::mousePressEvent(QMouseEvent *event)
+{
+    Node *item = itemAt(event->position().toPoint());
+    if (!item || event->button() != Qt::LeftButton) {
+        QTreeWidget::mousePressEvent(event);
+        return;
+    }
+    // Clicks on the expand arrow open or close the node and select nothing.
+    const QRect rect = visualItemRect(item);
+    if (event->position().x() < rect.left()) {
+        QTreeWidget::mousePressEvent(event);
+        return;
+    }
+    clickNode(item, event->modifiers() & Qt::ControlModifier);
+}
+
+void SSTree::mouseReleaseEvent(QMouseEvent *event)
+{
+    QTreeWidget::mouseReleaseEvent(event);
+    const int button = event->button() == Qt::RightButton ? 2 : event->button() == Qt::MiddleButton ? 4 : 1;
+    Q_EMIT MouseUp(button, event->globalPosition().toPoint());
+}
+
+void SSTree::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    QTreeWidget::mouseDoubleClickEvent(event);
+    Q_EMIT DblClick();
+}
+
+void SSTree::keyPressEvent(QKeyEvent *event)
+{
+    bool swallow = false;
+    Q_EMIT KeyDown(vbKeyCode(event), vbShift(event->modifiers()), swallow);
+    if (swallow)
+        return;
+    Node *before = currentItem();
+    QTreeWidget::keyPressEvent(event);
+    // Moving the selection with the keys is a click on the new node.
+    if (currentItem() && currentItem() != before)
+        Q_EMIT NodeClick(currentItem());
+}
+
+void SSTree::keyReleaseEvent(QKeyEvent *event)
+{
+    QTreeWidget::keyReleaseEvent(event);
+    if (!event->isAutoRepeat())
+        Q_EMIT KeyUp(vbKeyCode(event), vbShift(event->modifiers()));
+}
+
+void SSTree::focusInEvent(QFocusEvent *event)
+{
+    QTreeWidget::focusInEvent(event);
+    Q_EMIT GotFocus();
+}
+
+void SSTree::focusOutEvent(QFocusEvent *event)
+{
+    QTreeWidget::focusOutEvent(event);
+    Q_EMIT LostFocus();
+}
+
+int vbKeyCode(const QKeyEvent *event)
+{
+    const int key = event->key();
+    if (key >= Qt::Key_F1 && key <= Qt::Key_F24)
+        return 112 + (key - Qt::Key_F1);
+    if (key >= Qt::Key_A && key <= Qt::Key_Z)
+        return key; // same codes as the letters' upper case
+    if (key >= Qt::Key_0 && key <= Qt::Key_9)
+        return (event->modifiers() & Qt::KeypadModifier) ? 96 + (key - Qt::Key_0) : key;
+    switch (key) {
+    case Qt::Key_Delete:
+        return 46;
+    case Qt::Key_Insert:
+        return 45;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        return 13;
+    case Qt::Key_Escape:
+        return 27;
+    case Qt::Key_Tab:
+        return 9;
+    case Qt::Key_Backspace:
+        return 8;
+    case Qt::Key_Space:
+        return 32;
+    case Qt::Key_Left:
+        return 37;
+    case Qt::Key_Up:
+        return 38;
+    case Qt::Key_Right:
+        return 39;
+    case Qt::Key_Down:
+        return 40;
+    case Qt::Key_Asterisk:
+        return 106;
+    case Qt::Key_Plus:
+        return (event->modifiers() & Qt::KeypadModifier) ? 107 : 187;
+    case Qt::Key_Minus:
+        return (event->modifiers() & Qt::KeypadModifier) ? 109 : 189;
+    default:
+        return 0;
+    }
+}
+
+int vbShift(Qt::KeyboardModifiers modifiers)
+{
+    int shift = 0;
+    if (modifiers & Qt::ShiftModifier)
+        shift |= 1;
+    if (modifiers & Qt::ControlModifier)
+        shift |= 2;
+    if (modifiers & Qt::AltModifier)
+        shift |= 4;
+    return shift;
+}
+
+} // namespace controls

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <QHash>
+#include <QIcon>
+#include <QTreeWidget>
+#include <QVector>
+
+#include <functional>
+
+namespace controls {
+
+/// The folder tree control: nodes found by a unique `Key`, each with a
+/// `Text`, an `Image` (index from 1 into the tree's image list, and the
+/// node's kind), a `Tag`, and the derived `FullPath`. Children of a node are
+/// kept in `Text` order. A user's click on a node raises NodeClick.
+class SSTree : public QTreeWidget {
+    Q_OBJECT
+
+public:
+    using Node = QTreeWidgetItem;
+
+    explicit SSTree(QWidget *parent = nullptr);
+
+    /// The pictures behind `Image` numbers (index 1 is the first).
+    void setImageList(QVector<QIcon> icons);
+
+    /// Adds a node below the node with `parentKey` (empty: at the top).
+    /// Raises a com::ComError when `key` is already in the tree or the
+    /// parent key names no node.
+    Node *add(const QString &parentKey, const QString &key, const QString &text, int image);
+
+    /// The node with `key`, or null.
+    Node *node(const QString &key) const;
+
+    /// The number of nodes and the node at a 1-based index, in the order in
+    /// which they were added.
+    int count() const { return static_cast<int>(m_order.size()); }
+    Node *nodeAt(int index) const;
+
+    /// Removes one node and what is below it.
+    void remove(Node *node);
+    /// Removes every node.
+    void clearNodes();
+
+    static QString key(const Node *node);
+    static QString text(const Node *node);
+    static int image(const Node *node);
+    static QString tag(const Node *node);
+    void setImage(Node *node, int image);
+    static void setTag(Node *node, const QString &tag);
+    /// The `Text` of every node from the top down, joined by "\".
+    static QString fullPath(const Node *node);
+
+    Node *selectedItem() const { return currentItem(); }
+    /// Makes `node` the selected node without raising NodeClick.
+    void select(Node *node);
+
+    /// Drawing off while filling; on again sorts and shows.
+    void setRedraw(bool on);
+
+    /// What a user's mouse click on `node` does: the tree takes the focus
+    /// (so that the control that had it loses it first), the node becomes
+    /// the selected one, and NodeClick is raised.
+    void clickNode(Node *node, bool withCtrl = false);
+
+    /// Whether the user may select several nodes with Ctrl+Click.
+    void setMultiSelect(bool on);
+    QList<Node *> selectedNodes() const;
+
+Q_SIGNALS:
+    void NodeClick(QTreeWidgetItem *node);
+    void DblClick();
+    void KeyDown(int keyCode, int shift, bool &swallow);
+    void KeyUp(int keyCode, int shift);
+    void MouseUp(int button, const QPoint &globalPos);
+    void GotFocus();
+    void LostFocus();
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+
+private:
+    void forget(Node *node);
+
+    QVector<QIcon> m_icons;
+    QHash<QString, Node *> m_keys;
+    QVector<Node *> m_order;
+    bool m_multiSelect = false;
+};
+
+/// Key codes and shift bits as the program's handlers see them.
+int vbKeyCode(const QKeyEvent *event);
+int vbShift(Qt::KeyboardModifiers modifiers);
+
+} // namespace controls

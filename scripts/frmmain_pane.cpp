@@ -1,0 +1,119 @@
+// The script pane's own commands: the Edit menu, the caret line in the
+// status bar, and the pane's font.
+#include "app/frmmain.h"
+
+#include "platform/com/routine.h"
+#include "platform/controls/sstree.h"
+#include "scripts/fontladder.h"
+#include "scripts/scriptpane.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QDateTime>
+#include <QGuiApplication>
+#include <QLocale>
+#include <QMimeData>
+
+using namespace scripts;
+
+namespace {
+
+void setPaneSize(scripts::ScriptPane *pane, double size)
+{
+    QFont f = pane->font();
+    f.setPointSizeF(size);
+    pane->setFont(f);
+}
+
+} // namespace
+
+void frmMain::UpdateStatus()
+{
+    StatBar(QStringLiteral("Line: %1/%2").arg(txtPreview->caretLine()).arg(txtPreview->lineCount()));
+}
+
+void frmMain::txtPreview_KeyUp(int keyCode, int shift)
+{
+    Q_UNUSED(shift);
+    UpdateStatus();
+    const bool paneShown = action(QStringLiteral("mnuViewPreview"))->isChecked();
+    const double size = txtPreview->font().pointSizeF();
+    if (keyCode == 117) // F6
+        setPaneSize(txtPreview, keyDecrease(size, paneShown));
+    else if (keyCode == 118) // F7
+        setPaneSize(txtPreview, keyIncrease(size, paneShown));
+}
+
+void frmMain::mnuEdit_Click()
+{
+    action(QStringLiteral("mnuEditUndo"))->setEnabled(txtPreview->canUndo());
+}
+
+void frmMain::mnuEditUndo_Click()
+{
+    txtPreview->undo();
+}
+
+void frmMain::mnuEditCut_Click()
+{
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    clipboard->clear();
+    clipboard->setText(txtPreview->selText());
+    txtPreview->setSelText(QString());
+}
+
+void frmMain::mnuEditCopy_Click()
+{
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    clipboard->clear();
+    clipboard->setText(txtPreview->selText());
+}
+
+void frmMain::mnuEditPaste_Click()
+{
+    const QMimeData *data = QGuiApplication::clipboard()->mimeData();
+    if (data && data->hasText())
+        txtPreview->setSelText(data->text());
+}
+
+void frmMain::mnuEditSelectAll_Click()
+{
+    txtPreview->selectAll();
+}
+
+void frmMain::mnuEditTimeDate_Click()
+{
+    const QLocale locale;
+    const QDateTime now = QDateTime::currentDateTime();
+    txtPreview->setSelText(locale.toString(now.date(), QLocale::ShortFormat) + QLatin1Char(' ') +
+                           locale.toString(now.time(), QLocale::LongFormat));
+}
+
+void frmMain::mnuViewDecrease_Click()
+{
+    setPaneSize(txtPreview,
+                menuDecrease(txtPreview->font().pointSizeF(), action(QStringLiteral("mnuViewPreview"))->isChecked()));
+}
+
+void frmMain::mnuViewIncrease_Click()
+{
+    setPaneSize(txtPreview, menuIncrease(txtPreview->font().pointSizeF()));
+}
+
+void frmMain::mnuViewSetFont()
+{
+    CommonDialog1.flags = 1027; // screen and printer fonts, 8-bit character sets
+    const QFont current = txtPreview->font();
+    CommonDialog1.fontName = current.family();
+    CommonDialog1.fontBold = current.bold();
+    CommonDialog1.fontItalic = current.italic();
+    CommonDialog1.fontSize = current.pointSizeF();
+    if (!prompter().showFont(CommonDialog1))
+        return;
+    QFont f = current;
+    f.setFamily(CommonDialog1.fontName);
+    f.setBold(CommonDialog1.fontBold);
+    f.setItalic(CommonDialog1.fontItalic);
+    f.setPointSizeF(CommonDialog1.fontSize);
+    txtPreview->setFont(f);
+}

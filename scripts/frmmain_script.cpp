@@ -1,0 +1,116 @@
+// An agent's script between the store and the pane: the fetch on a node
+// click, the save under the save-changes setting, and the pane's focus.
+#include "agents/agentmodel.h"
+#include "app/frmmain.h"
+#include "app/hourglass.h"
+#include "app/program.h"
+#include "navigation/nodekinds.h"
+#include "platform/com/routine.h"
+#include "platform/controls/sstree.h"
+#include "platform/events/events.h"
+#include "platform/mapi/session.h"
+#include "scripts/scriptmarker.h"
+#include "scripts/scriptpane.h"
+
+#include <QAction>
+
+bool frmMain::GetScript()
+{
+    SetHourglass(true);
+    StatBar(QStringLiteral("Retrieving script"), true);
+    bool ok = false;
+    try {
+        mapi::Message message = m_program.gobjSession->GetMessage(strEntryID, strStoreID);
+        const QByteArray script = message.Fields(mapi::PR_SCRIPT).Value().toByteArray();
+        txtPreview->setText(scripts::scriptToPane(script));
+        blnDirty = false;
+        ok = true;
+    } catch (const com::ComError &) {
+        // The pane keeps what it showed; nothing is reported.
+    }
+    SetHourglass(false);
+    StatBar(QString());
+    return ok;
+}
+
+void frmMain::mnuFileSave_Click()
+{
+    const QString mode = m_program.gstrSaveChangesMode;
+    if (mode == QLatin1String("discard")) {
+        blnDirty = false;
+        return;
+    }
+    const QString text = txtPreview->text();
+    if (!scripts::hasScriptMarker(text)) {
+        const ui::Answer answer =
+            prompter().msgBox(QStringLiteral("This agent does not appear to contain a valid script. Continue?"),
+                              ui::Buttons::YesNo, ui::Icon::Question, 2, QString());
+        if (answer == ui::Answer::No)
+            return;
+    }
+    const bool written = com::withHandler(
+        [&] {
+            if (!blnDirty) {
+                blnDirty = false;
+                return;
+            }
+            mapi::Message message = m_program.gobjSession->GetMessage(strEntryID, strStoreID);
+            if (mode == QLatin1String("prompt")) {
+                const QString path = StripCurrentUser(controls::SSTree::fullPath(treOutl->selectedItem()));
+                const ui::Answer answer = prompter().msgBox(
+                    QStringLiteral("Save '") + message.Subject() + QStringLiteral("' in") + QLatin1Char('\r') + path +
+                        QLatin1Char('?'),
+                    ui::Buttons::YesNo, ui::Icon::Question, 1, QString());
+                if (answer == ui::Answer::No) {
+                    blnDirty = false;
+                    return;
+                }
+            }
+            SetHourglass(true);
+            agents::AgentFolder agent =
+                agents::openMessageFolder(*m_program.gobjSession, *m_program.gobjEvents, message);
+            std::optional<events::Binding> binding = agents::findBinding(agent.bindings, strEntryID);
+            if (!binding) {
+                prompter().msgBox(QStringLiteral("Can't save changes to this agent.\r"
+                                                 "The binding for this agent could not be found!"),
+                                  ui::Buttons::OK, ui::Icon::Stop, 1, QString());
+                SetHourglass(false);
+                return;
+            }
+            binding->PrepareCustomChanges();
+            message.Fields(mapi::PR_SCRIPT).setValue(scripts::paneToScript(txtPreview->text()));
+            message.Update();
+            binding->SaveCustomChanges(message);
+            blnDirty = false;
+            SetHourglass(false);
+        },
+        [&](const com::ComError &e) {
+            prompter().msgBox(com::errorText(e, com::ErrorForm::Description), ui::Buttons::OK, ui::Icon::Information,
+                              1, QString());
+            blnDirty = false;
+            SetHourglass(false);
+        });
+    Q_UNUSED(written);
+}
+
+void frmMain::txtPreview_Change()
+{
+    blnDirty = true;
+}
+
+void frmMain::txtPreview_GotFocus()
+{
+    m_keyPreview = false;
+    if (controls::SSTree::image(treOutl->selectedItem()) >= navigation::kImageScriptAgent)
+        setEnabled(QStringLiteral("tbToolBar.DateTime"), true);
+    UpdateStatus();
+}
+
+void frmMain::txtPreview_LostFocus()
+{
+    if (blnDirty)
+        mnuFileSave_Click();
+    StatBar(QString());
+    setEnabled(QStringLiteral("tbToolBar.DateTime"), false);
+    m_keyPreview = true;
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QPlainTextEdit>
+
+namespace scripts {
+
+/// The script pane: plain text with the program's own line ends (carriage
+/// return and line feed), a `Locked` state that refuses typing, a caret
+/// line and line count, and the events the main window handles.
+class ScriptPane : public QPlainTextEdit {
+    Q_OBJECT
+    Q_PROPERTY(QString vbText READ text)
+    Q_PROPERTY(bool locked READ isLocked)
+
+public:
+    explicit ScriptPane(QWidget *parent = nullptr);
+
+    /// The whole text, lines ended by CR LF.
+    QString text() const;
+    void setText(const QString &text);
+
+    /// The selection as text (CR LF line ends); setting it replaces the
+    /// selection, or inserts at the caret.
+    QString selText() const;
+    void setSelText(const QString &text);
+    void selectAll();
+
+    bool isLocked() const { return isReadOnly(); }
+    void setLocked(bool locked) { setReadOnly(locked); }
+
+    /// The caret's line, from 1, and the number of lines; an empty pane is
+    /// line 1 of 1.
+    int caretLine() const;
+    int lineCount() const;
+
+    bool canUndo() const;
+
+Q_SIGNALS:
+    void Change();
+    void GotFocus();
+    void LostFocus();
+    void KeyUp(int keyCode, int shift);
+    void MouseUp();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+};
+
+} // namespace scripts
