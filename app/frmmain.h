@@ -19,6 +19,9 @@ struct Program;
 namespace controls {
 class SSTree;
 }
+namespace mapi {
+class Folder;
+}
 namespace scripts {
 class ScriptPane;
 }
@@ -132,7 +135,9 @@ private:
     void connectTree();
     void setNodeCommands(int image);
     void setPaneNotice(const QString &text);
-    void EnumerateFolders(const QString &parentKey, const class FolderRef &folder);
+    /// Adds the folders below `folder` to both trees, depth first.
+    void EnumerateFolders(const mapi::Folder &folder);
+    void addFolderNode(const QString &parentKey, const mapi::Folder &folder);
 
     app::Program &m_program;
     QToolBar *tbToolBar = nullptr;

@@ -6,6 +6,7 @@
 #include "app/settingstext.h"
 #include "navigation/frmfolder.h"
 #include "platform/com/routine.h"
+#include "platform/controls/sstree.h"
 #include "platform/events/events.h"
 #include "platform/mapi/session.h"
 #include "platform/outlook/application.h"

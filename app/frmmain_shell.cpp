@@ -4,13 +4,13 @@
 
 #include "app/program.h"
 #include "platform/controls/sstree.h"
-#include "platform/os/screen.h"
 #include "scripts/scriptpane.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QScreen>
 #include <QLabel>
 #include <QStatusBar>
 #include <QTabWidget>
@@ -112,7 +112,10 @@ void frmMain::Form_Resize()
 void frmMain::PositionForm(QWidget *form)
 {
     // Centre the window in what the taskbar leaves of the screen.
-    const QRect area = os::availableScreenArea(form);
+    const QScreen *screen = form->screen();
+    if (!screen)
+        return;
+    const QRect area = screen->availableGeometry();
     QRect frame = form->frameGeometry();
     frame.moveCenter(area.center());
     if (!form->isMaximized())

@@ -1,5 +1,6 @@
 // The desktop program: no arguments, no command line; everything it needs
 // comes from the profile and the settings.
+#include "app/frmmain.h"
 #include "app/program.h"
 #include "platform/ui/qtprompter.h"
 
@@ -15,6 +16,6 @@ int main(int argc, char *argv[])
     app::Program program(prompter);
     if (!app::Main(program))
         return 0;
-    QObject::connect(program.gfrmMain.data(), &QObject::destroyed, &application, &QApplication::quit);
+    QObject::connect(program.gfrmMain.data(), &QObject::destroyed, &application, [] { QApplication::quit(); });
     return QApplication::exec();
 }

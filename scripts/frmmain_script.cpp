@@ -69,7 +69,7 @@ void frmMain::mnuFileSave_Click()
             SetHourglass(true);
             agents::AgentFolder agent =
                 agents::openMessageFolder(*m_program.gobjSession, *m_program.gobjEvents, message);
-            std::optional<events::Binding> binding = agents::findBinding(agent.bindings, strEntryID);
+            std::optional<events::Binding> binding = agents::findBinding(agent.bindings(), strEntryID);
             if (!binding) {
                 prompter().msgBox(QStringLiteral("Can't save changes to this agent.\r"
                                                  "The binding for this agent could not be found!"),

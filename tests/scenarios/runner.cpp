@@ -1,0 +1,187 @@
+// Runs one scenario file against sorrelin-driver: "> command" lines go to
+// the driver, and the check lines after one test its answer:
+//   = PATH VALUE     the value at PATH equals the JSON VALUE
+//   ~ PATH TEXT      the text at PATH contains TEXT
+//   # PATH COUNT     the list at PATH has COUNT members
+// PATH is dotted (forms.frmMain.caption, prompts.0.text); a list member can
+// be chosen by a member's value: tree[path=\Mailbox - Alice Admin\Inbox].image
+#include <QCoreApplication>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTextStream>
+
+namespace {
+
+struct Failure {
+    QString text;
+};
+
+QStringList splitPath(const QString &path)
+{
+    QStringList parts;
+    QString current;
+    int depth = 0;
+    for (const QChar c : path) {
+        if (c == QLatin1Char('[')) {
+            if (!current.isEmpty())
+                parts << current;
+            current = QStringLiteral("[");
+            ++depth;
+        } else if (c == QLatin1Char(']')) {
+            current += c;
+            parts << current;
+            current.clear();
+            --depth;
+        } else if (c == QLatin1Char('.') && depth == 0) {
+            if (!current.isEmpty())
+                parts << current;
+            current.clear();
+        } else {
+            current += c;
+        }
+    }
+    if (!current.isEmpty())
+        parts << current;
+    return parts;
+}
+
+QJsonValue lookup(const QJsonValue &root, const QString &path)
+{
+    QJsonValue v = root;
+    for (const QString &part : splitPath(path)) {
+        if (part.startsWith(QLatin1Char('['))) {
+            const QString inner = part.mid(1, part.size() - 2);
+            const qsizetype eq = inner.indexOf(QLatin1Char('='));
+            const QString member = inner.left(eq);
+            const QString wanted = inner.mid(eq + 1);
+            QJsonValue found = QJsonValue::Undefined;
+            for (const QJsonValue &item : v.toArray()) {
+                const QJsonValue m = item.toObject().value(member);
+                const QString text = m.isString() ? m.toString() : QString::fromUtf8(QJsonDocument(QJsonArray{m}).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
+                if (text == wanted) {
+                    found = item;
+                    break;
+                }
+            }
+            v = found;
+        } else if (v.isArray()) {
+            bool ok = false;
+            const int index = part.toInt(&ok);
+            v = ok ? v.toArray().at(index) : QJsonValue(QJsonValue::Undefined);
+        } else {
+            v = v.toObject().value(part);
+        }
+        if (v.isUndefined())
+            return v;
+    }
+    return v;
+}
+
+QString show(const QJsonValue &v)
+{
+    if (v.isUndefined())
+        return QStringLiteral("(nothing)");
+    return QString::fromUtf8(QJsonDocument(QJsonArray{v}).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
+}
+
+/// PATH and the rest of a check line.
+std::pair<QString, QString> pathAndValue(const QString &rest)
+{
+    int depth = 0;
+    for (int i = 0; i < rest.size(); ++i) {
+        const QChar c = rest.at(i);
+        if (c == QLatin1Char('['))
+            ++depth;
+        else if (c == QLatin1Char(']'))
+            --depth;
+        else if (c == QLatin1Char(' ') && depth == 0)
+            return {rest.left(i), rest.mid(i + 1)};
+    }
+    return {rest, QString()};
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    QTextStream err(stderr);
+    if (argc != 3) {
+        err << "usage: scenario-runner DRIVER SCENARIO\n";
+        return 2;
+    }
+    const QString scenario = QString::fromLocal8Bit(argv[2]);
+    QFile file(scenario);
+    if (!file.open(QIODevice::ReadOnly)) {
+        err << scenario << ": can't be read\n";
+        return 2;
+    }
+    QProcess driver;
+    driver.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    driver.start(QString::fromLocal8Bit(argv[1]), {});
+    if (!driver.waitForStarted()) {
+        err << "the driver didn't start\n";
+        return 2;
+    }
+    QJsonObject answer;
+    int lineNumber = 0;
+    int failures = 0;
+    QString lastCommand;
+    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+    for (const QString &raw : lines) {
+        ++lineNumber;
+        const QString line = raw.endsWith(QLatin1Char('\r')) ? raw.chopped(1) : raw;
+        if (line.trimmed().isEmpty() || line.startsWith(QLatin1String("//")))
+            continue;
+        const QString where = QStringLiteral("%1:%2: ").arg(scenario).arg(lineNumber);
+        if (line.startsWith(QLatin1String("> "))) {
+            lastCommand = line.mid(2);
+            driver.write(lastCommand.toUtf8() + '\n');
+            while (!driver.canReadLine())
+                if (!driver.waitForReadyRead(60000)) {
+                    err << where << "no answer to \"" << lastCommand << "\"\n";
+                    return 1;
+                }
+            answer = QJsonDocument::fromJson(driver.readLine()).object();
+            continue;
+        }
+        const QChar kind = line.at(0);
+        const auto [path, expected] = pathAndValue(line.mid(2));
+        const QJsonValue actual = lookup(answer, path);
+        bool ok = false;
+        QString want;
+        if (kind == QLatin1Char('=')) {
+            const QJsonDocument doc = QJsonDocument::fromJson("[" + expected.toUtf8() + "]");
+            if (doc.isNull()) {
+                err << where << "the value " << expected << " is no JSON\n";
+                return 2;
+            }
+            want = expected;
+            ok = doc.array().at(0) == actual;
+        } else if (kind == QLatin1Char('~')) {
+            want = QStringLiteral("a text containing ") + expected;
+            ok = actual.isString() && actual.toString().contains(expected);
+        } else if (kind == QLatin1Char('#')) {
+            want = QStringLiteral("a list of ") + expected;
+            ok = actual.isArray() && actual.toArray().size() == expected.toInt();
+        } else {
+            err << where << "a line begins with \">\", \"=\", \"~\", \"#\" or \"//\"\n";
+            return 2;
+        }
+        if (!ok) {
+            ++failures;
+            err << where << "after \"" << lastCommand << "\": " << path << " is " << show(actual) << ", expected "
+                << want << "\n";
+            if (path != QLatin1String("ok") && answer.contains(QStringLiteral("error")))
+                err << "    (the driver said: " << answer.value(QStringLiteral("error")).toString() << ")\n";
+        }
+    }
+    driver.closeWriteChannel();
+    driver.waitForFinished(30000);
+    if (failures)
+        err << scenario << ": " << failures << " check(s) failed\n";
+    return failures ? 1 : 0;
+}

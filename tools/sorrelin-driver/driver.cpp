@@ -1,0 +1,533 @@
+#include "tools/sorrelin-driver/driver.h"
+
+#include "app/basregistry.h"
+#include "app/frmmain.h"
+#include "platform/controls/sstree.h"
+#include "platform/mapi/profiles.h"
+#include "platform/os/applog.h"
+#include "platform/store/database.h"
+#include "platform/store/fixture.h"
+#include "tools/sorrelin-driver/inspector.h"
+#include "tools/sorrelin-driver/keys.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QSpinBox>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QTest>
+#include <QTimer>
+#include <QtEndian>
+
+namespace driver {
+
+namespace {
+
+QString unescape(const QString &text)
+{
+    QString out;
+    for (int i = 0; i < text.size(); ++i) {
+        const QChar c = text.at(i);
+        if (c != QLatin1Char('\\') || i + 1 == text.size()) {
+            out += c;
+            continue;
+        }
+        const QChar n = text.at(++i);
+        if (n == QLatin1Char('r'))
+            out += QLatin1Char('\r');
+        else if (n == QLatin1Char('n'))
+            out += QLatin1Char('\n');
+        else if (n == QLatin1Char('t'))
+            out += QLatin1Char('\t');
+        else if (n == QLatin1Char('0'))
+            out += QChar(u'\0');
+        else
+            out += n;
+    }
+    return out;
+}
+
+/// Splits off the first `count` words; the rest of the line is the last.
+QStringList words(const QString &text, int count)
+{
+    QStringList out;
+    QString rest = text.trimmed();
+    while (out.size() < count - 1 && !rest.isEmpty()) {
+        const qsizetype blank = rest.indexOf(QLatin1Char(' '));
+        if (blank < 0) {
+            out << rest;
+            rest.clear();
+            break;
+        }
+        out << rest.left(blank);
+        rest = rest.mid(blank + 1);
+    }
+    if (!rest.isEmpty() || out.size() == count - 1)
+        out << rest;
+    return out;
+}
+
+registry::HKEY rootKey(const QString &name)
+{
+    const QString n = name.toUpper();
+    if (n == QLatin1String("HKEY_CLASSES_ROOT") || n == QLatin1String("HKCR"))
+        return registry::HKEY_CLASSES_ROOT;
+    if (n == QLatin1String("HKEY_LOCAL_MACHINE") || n == QLatin1String("HKLM"))
+        return registry::HKEY_LOCAL_MACHINE;
+    if (n == QLatin1String("HKEY_CURRENT_USER") || n == QLatin1String("HKCU"))
+        return registry::HKEY_CURRENT_USER;
+    return 0;
+}
+
+QJsonObject promptJson(const ui::PromptRecord &p)
+{
+    QJsonObject o{{QStringLiteral("kind"), p.kind},     {QStringLiteral("text"), p.text},
+                  {QStringLiteral("title"), p.title},   {QStringLiteral("answer"), p.answer}};
+    if (p.kind == QLatin1String("msgbox")) {
+        o.insert(QStringLiteral("icon"), p.icon);
+        o.insert(QStringLiteral("buttons"), p.buttons);
+        o.insert(QStringLiteral("default"), p.defaultButton);
+    }
+    for (auto it = p.extra.constBegin(); it != p.extra.constEnd(); ++it)
+        o.insert(it.key(), QJsonValue::fromVariant(it.value()));
+    return o;
+}
+
+QJsonArray logLines(const QVector<os::LogRecord> &records, qsizetype from)
+{
+    QJsonArray lines;
+    for (qsizetype i = from; i < records.size(); ++i)
+        lines.append(QJsonObject{{QStringLiteral("type"), records.at(i).type},
+                                 {QStringLiteral("text"), records.at(i).text}});
+    return lines;
+}
+
+} // namespace
+
+Driver::Driver(QString home) : m_home(std::move(home))
+{
+    qApp->installEventFilter(this);
+}
+
+Driver::~Driver()
+{
+    qApp->removeEventFilter(this);
+}
+
+void Driver::take(const QString &line)
+{
+    m_lines.enqueue(line);
+    if (!m_busy)
+        next();
+}
+
+void Driver::inputEnded()
+{
+    m_inputEnded = true;
+    if (!m_busy && m_lines.isEmpty())
+        QCoreApplication::exit(0);
+}
+
+void Driver::next()
+{
+    while (!m_busy && !m_lines.isEmpty()) {
+        const QString line = m_lines.dequeue();
+        if (line.trimmed().isEmpty() || line.trimmed().startsWith(QLatin1Char('#')))
+            continue;
+        run(line);
+    }
+    if (!m_busy && m_lines.isEmpty() && m_inputEnded)
+        QCoreApplication::exit(0);
+}
+
+void Driver::reply(QJsonObject answer)
+{
+    const QString error = m_prompter.takeError();
+    if (!error.isEmpty() && answer.value(QStringLiteral("ok")).toBool()) {
+        answer.insert(QStringLiteral("ok"), false);
+        answer.insert(QStringLiteral("error"), error);
+    }
+    Q_EMIT answered(QJsonDocument(answer).toJson(QJsonDocument::Compact));
+}
+
+void Driver::fail(const QString &error)
+{
+    m_prompter.takeError();
+    Q_EMIT answered(QJsonDocument(QJsonObject{{QStringLiteral("ok"), false}, {QStringLiteral("error"), error}})
+                        .toJson(QJsonDocument::Compact));
+}
+
+bool Driver::eventFilter(QObject *watched, QEvent *event)
+{
+    // A modal form that opens while a user's act runs answers that act: the
+    // user sees the form and goes on with it.
+    if (event->type() == QEvent::Show && m_pending && !m_pending->answered && watched->isWidgetType()) {
+        auto *w = static_cast<QWidget *>(watched);
+        if (w->isWindow() && w->isModal()) {
+            const std::shared_ptr<Pending> pending = m_pending;
+            QTimer::singleShot(0, this, [this, pending] {
+                if (pending->answered)
+                    return;
+                pending->answered = true;
+                reply(QJsonObject{{QStringLiteral("ok"), true}});
+                m_busy = false;
+                next();
+            });
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void Driver::act(std::function<void()> action)
+{
+    m_busy = true;
+    auto pending = std::make_shared<Pending>();
+    m_pending = pending;
+    QTimer::singleShot(0, this, [this, pending, action = std::move(action)] {
+        QString error;
+        try {
+            action();
+        } catch (const std::exception &e) {
+            error = QString::fromLocal8Bit(e.what());
+        }
+        if (pending->answered) {
+            if (!error.isEmpty())
+                qWarning("sorrelin-driver: %s", qPrintable(error));
+            return;
+        }
+        pending->answered = true;
+        if (error.isEmpty())
+            reply(QJsonObject{{QStringLiteral("ok"), true}});
+        else
+            fail(error);
+        m_busy = false;
+        next();
+    });
+}
+
+QWidget *Driver::form(const QString &name)
+{
+    return Inspector::findForm(name);
+}
+
+QWidget *Driver::mainForm()
+{
+    return m_program ? static_cast<QWidget *>(m_program->gfrmMain.data()) : nullptr;
+}
+
+void Driver::fixture(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return fail(QStringLiteral("the fixture %1 can't be read").arg(path));
+    const QJsonObject root = QJsonDocument::fromJson(file.readAll()).object();
+    const QString profile = root.value(QStringLiteral("profile")).toString(QStringLiteral("Demo"));
+    m_storePath = m_home + QStringLiteral("/") + profile + QStringLiteral(".db");
+    QFile::remove(m_storePath);
+    try {
+        store::loadFixture(path, m_storePath);
+        mapi::writeProfile(mapi::Profile{profile, root.value(QStringLiteral("user")).toString(), m_storePath});
+    } catch (const com::ComError &e) {
+        return fail(e.description());
+    }
+    m_prompter.setDefaultProfile(profile);
+    reply(QJsonObject{{QStringLiteral("ok"), true}, {QStringLiteral("store"), m_storePath}});
+}
+
+void Driver::reg(const QString &rest, bool remove)
+{
+    const QStringList w = words(rest, remove ? 2 : 3);
+    if (w.size() < (remove ? 2 : 3))
+        return fail(QStringLiteral("expected ROOT\\KEY NAME%1").arg(remove ? QString() : QStringLiteral(" VALUE")));
+    const qsizetype slash = w.at(0).indexOf(QLatin1Char('\\'));
+    const registry::HKEY root = rootKey(w.at(0).left(slash));
+    if (!root || slash < 0)
+        return fail(QStringLiteral("unknown root key in %1").arg(w.at(0)));
+    const QString key = w.at(0).mid(slash + 1);
+    const QString name = w.at(1) == QLatin1String("@") ? QString() : w.at(1);
+    registry::Registry &r = registry::Registry::system();
+    if (remove) {
+        registry::HKEY h = 0;
+        if (r.RegOpenKeyEx(root, key, &h) == registry::ERROR_SUCCESS) {
+            r.RegDeleteValue(h, name);
+            r.RegCloseKey(h);
+        }
+    } else {
+        basRegistry::SetKeyValue(r, root, key, name, unescape(w.at(2)), registry::REG_SZ);
+    }
+    reply(QJsonObject{{QStringLiteral("ok"), true}});
+}
+
+void Driver::regGet(const QString &rest)
+{
+    const QStringList w = words(rest, 2);
+    const qsizetype slash = w.value(0).indexOf(QLatin1Char('\\'));
+    const registry::HKEY root = rootKey(w.value(0).left(slash));
+    if (w.size() < 2 || !root || slash < 0)
+        return fail(QStringLiteral("expected ROOT\\KEY NAME"));
+    registry::Registry &r = registry::Registry::system();
+    registry::HKEY h = 0;
+    QJsonObject answer{{QStringLiteral("ok"), true}, {QStringLiteral("value"), QJsonValue::Null}};
+    if (r.RegOpenKeyEx(root, w.at(0).mid(slash + 1), &h) == registry::ERROR_SUCCESS) {
+        uint32_t type = 0, size = 0;
+        QByteArray data;
+        const QString name = w.at(1) == QLatin1String("@") ? QString() : w.at(1);
+        if (r.RegQueryValueEx(h, name, &type, nullptr, &size) == registry::ERROR_SUCCESS &&
+            r.RegQueryValueEx(h, name, nullptr, &data, &size) == registry::ERROR_SUCCESS) {
+            answer.insert(QStringLiteral("type"), static_cast<int>(type));
+            if (type == registry::REG_DWORD && data.size() == 4)
+                answer.insert(QStringLiteral("value"), qFromLittleEndian<qint32>(data.constData()));
+            else
+                answer.insert(QStringLiteral("value"), QString::fromUtf8(data));
+        }
+        r.RegCloseKey(h);
+    }
+    reply(answer);
+}
+
+QJsonObject Driver::state()
+{
+    QJsonObject s{{QStringLiteral("ok"), true}};
+    s.insert(QStringLiteral("forms"), m_ended ? QJsonObject() : Inspector::forms());
+    if (auto *main = qobject_cast<frmMain *>(mainForm()); main && !m_ended) {
+        s.insert(QStringLiteral("status"), main->statusText());
+        s.insert(QStringLiteral("dirty"), main->blnDirty);
+        s.insert(QStringLiteral("strEntryID"), main->strEntryID);
+        s.insert(QStringLiteral("strStoreID"), main->strStoreID);
+        s.insert(QStringLiteral("tree"), Inspector::nodes(main->treOutl));
+    }
+    QJsonArray prompts;
+    for (const ui::PromptRecord &p : m_prompter.takePrompts())
+        prompts.append(promptJson(p));
+    s.insert(QStringLiteral("prompts"), prompts);
+    const QVector<os::LogRecord> records = os::ApplicationLog().read();
+    s.insert(QStringLiteral("log"), logLines(records, m_logSeen));
+    m_logSeen = records.size();
+    return s;
+}
+
+void Driver::run(const QString &line)
+{
+    const QStringList parts = words(line, 2);
+    const QString command = parts.value(0);
+    const QString rest = parts.value(1);
+
+    if (command == QLatin1String("fixture"))
+        return fixture(rest.trimmed());
+    if (command == QLatin1String("reg"))
+        return reg(rest, false);
+    if (command == QLatin1String("reg-delete"))
+        return reg(rest, true);
+    if (command == QLatin1String("reg-get"))
+        return regGet(rest);
+    if (command == QLatin1String("answer")) {
+        m_prompter.enqueue(unescape(rest));
+        return reply(QJsonObject{{QStringLiteral("ok"), true}});
+    }
+    if (command == QLatin1String("state"))
+        return reply(state());
+    if (command == QLatin1String("printer")) {
+        qApp->setProperty("driverPrinter", rest.trimmed());
+        return reply(QJsonObject{{QStringLiteral("ok"), true}});
+    }
+    if (command == QLatin1String("store")) {
+        try {
+            const std::unique_ptr<store::Database> db = store::Database::open(m_storePath);
+            return reply(QJsonObject{{QStringLiteral("ok"), true}, {QStringLiteral("store"), store::dumpStore(*db)}});
+        } catch (const com::ComError &e) {
+            return fail(e.description());
+        }
+    }
+    if (command == QLatin1String("file")) {
+        QFile file(rest.trimmed());
+        if (!file.open(QIODevice::ReadOnly))
+            return fail(QStringLiteral("%1: %2").arg(rest.trimmed(), file.errorString()));
+        return reply(QJsonObject{{QStringLiteral("ok"), true},
+                                 {QStringLiteral("text"), QString::fromLatin1(file.readAll())}});
+    }
+    if (command == QLatin1String("log"))
+        return reply(QJsonObject{{QStringLiteral("ok"), true},
+                                 {QStringLiteral("lines"), logLines(os::ApplicationLog().read(), 0)}});
+
+    // What a user does: these run from the event loop.
+    if (command == QLatin1String("start")) {
+        if (m_started && !m_ended)
+            return fail(QStringLiteral("the program is running"));
+        m_started = true;
+        m_ended = false;
+        m_program.reset();
+        m_program = std::make_unique<app::Program>(m_prompter);
+        return act([this] {
+            if (!app::Main(*m_program)) {
+                m_program->gfrmMain.clear();
+                m_ended = true;
+            }
+        });
+    }
+    if (command == QLatin1String("quit")) {
+        QWidget *main = mainForm();
+        if (!main)
+            return fail(QStringLiteral("the program is not running"));
+        return act([this, main] {
+            main->close();
+            m_ended = true;
+        });
+    }
+    if (command == QLatin1String("click")) {
+        auto *main = qobject_cast<frmMain *>(mainForm());
+        QTreeWidgetItem *node = main ? Inspector::findNode(main->treOutl, rest.trimmed()) : nullptr;
+        if (!node)
+            return fail(QStringLiteral("no node %1").arg(rest.trimmed()));
+        return act([main, node] {
+            main->activateWindow();
+            main->treOutl->clickNode(node);
+        });
+    }
+    if (command == QLatin1String("select")) {
+        const QStringList w = words(rest, 2);
+        QWidget *f = form(w.value(0));
+        auto *tree = f ? f->findChild<controls::SSTree *>(QStringLiteral("treOutl")) : nullptr;
+        if (!tree)
+            return fail(QStringLiteral("no tree in %1").arg(w.value(0)));
+        QList<QTreeWidgetItem *> nodes;
+        for (const QString &path : w.value(1).split(QLatin1Char('|'))) {
+            QTreeWidgetItem *node = Inspector::findNode(tree, path.trimmed());
+            if (!node)
+                return fail(QStringLiteral("no node %1").arg(path.trimmed()));
+            nodes << node;
+        }
+        return act([tree, nodes] {
+            for (int i = 0; i < nodes.size(); ++i)
+                tree->clickNode(nodes.at(i), i > 0);
+        });
+    }
+    if (command == QLatin1String("menu") || command == QLatin1String("toolbar")) {
+        QWidget *f = mainForm();
+        const QString name = command == QLatin1String("menu") ? rest.trimmed() : QStringLiteral("tbToolBar.") + rest.trimmed();
+        auto *a = f ? f->findChild<QAction *>(name) : nullptr;
+        for (QWidget *w : QApplication::topLevelWidgets())
+            if (!a && w->isVisible())
+                a = w->findChild<QAction *>(name);
+        if (!a)
+            return fail(QStringLiteral("no %1 %2").arg(command, rest.trimmed()));
+        bool usable = a->isEnabled() && a->isVisible();
+        if (auto *menu = qobject_cast<QMenu *>(a->parent()))
+            usable = usable && menu->menuAction()->isEnabled() && menu->menuAction()->isVisible();
+        if (!usable)
+            return fail(QStringLiteral("%1 is disabled or hidden").arg(rest.trimmed()));
+        if (auto *menu = qobject_cast<QMenu *>(a->parent()))
+            Q_EMIT menu->aboutToShow();
+        return act([a] { a->trigger(); });
+    }
+    if (command == QLatin1String("tab")) {
+        const QStringList w = words(rest, 3);
+        auto *tabs = qobject_cast<QTabWidget *>(Inspector::findControl(form(w.value(0)), w.value(1)));
+        if (!tabs)
+            return fail(QStringLiteral("no tab control %1").arg(w.value(1)));
+        const int index = w.value(2).toInt();
+        return act([tabs, index] { tabs->setCurrentIndex(index); });
+    }
+    if (command == QLatin1String("press")) {
+        const QStringList w = words(rest, 2);
+        QString control = w.value(1).trimmed();
+        int step = 0;
+        if (control.endsWith(QLatin1String(".Up")) || control.endsWith(QLatin1String(".Down"))) {
+            step = control.endsWith(QLatin1String(".Up")) ? 1 : -1;
+            control = control.left(control.lastIndexOf(QLatin1Char('.')));
+        }
+        QObject *o = Inspector::findControl(form(w.value(0)), control);
+        auto *widget = qobject_cast<QWidget *>(o);
+        if (!o)
+            return fail(QStringLiteral("no control %1 in %2").arg(control, w.value(0)));
+        if (widget && !widget->isEnabled())
+            return fail(QStringLiteral("%1 is disabled").arg(control));
+        if (step != 0) {
+            if (auto *spin = qobject_cast<QAbstractSpinBox *>(o))
+                return act([spin, step] { spin->stepBy(step); });
+            return act([o, step] { QMetaObject::invokeMethod(o, step > 0 ? "stepUp" : "stepDown"); });
+        }
+        if (auto *button = qobject_cast<QAbstractButton *>(o))
+            return act([button] { button->click(); });
+        if (auto *a = qobject_cast<QAction *>(o))
+            return act([a] { a->trigger(); });
+        return fail(QStringLiteral("%1 can't be pressed").arg(control));
+    }
+    if (command == QLatin1String("key")) {
+        const QStringList w = words(rest, 3);
+        auto *widget = qobject_cast<QWidget *>(Inspector::findControl(form(w.value(0)), w.value(1)));
+        if (!widget)
+            return fail(QStringLiteral("no control %1 in %2").arg(w.value(1), w.value(0)));
+        const KeyStroke key = parseKey(w.value(2).trimmed());
+        if (key.key == 0)
+            return fail(QStringLiteral("unknown key %1").arg(w.value(2)));
+        return act([widget, key] {
+            widget->window()->activateWindow();
+            widget->setFocus(Qt::OtherFocusReason);
+            QTest::keyClick(widget, static_cast<Qt::Key>(key.key), key.modifiers);
+        });
+    }
+    if (command == QLatin1String("type")) {
+        const QStringList w = words(rest, 3);
+        QObject *o = Inspector::findControl(form(w.value(0)), w.value(1));
+        const QString text = unescape(w.value(2));
+        if (auto *pane = qobject_cast<QPlainTextEdit *>(o)) {
+            if (pane->isReadOnly())
+                return fail(QStringLiteral("%1 is locked").arg(w.value(1)));
+            return act([pane, text] {
+                pane->window()->activateWindow();
+                pane->setFocus(Qt::OtherFocusReason);
+                QString t = text;
+                t.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+                t.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+                pane->selectAll();
+                pane->insertPlainText(t);
+            });
+        }
+        if (auto *edit = qobject_cast<QLineEdit *>(o))
+            return act([edit, text] {
+                edit->setFocus(Qt::OtherFocusReason);
+                edit->setText(text);
+            });
+        if (auto *spin = qobject_cast<QSpinBox *>(o))
+            return act([spin, text] { spin->setValue(text.toInt()); });
+        return fail(QStringLiteral("no text control %1 in %2").arg(w.value(1), w.value(0)));
+    }
+    if (command == QLatin1String("grid") || command == QLatin1String("dblclick")) {
+        const QStringList w = words(rest, 3);
+        QWidget *f = form(w.value(0));
+        if (command == QLatin1String("grid")) {
+            QTableWidget *grid = nullptr;
+            for (auto *g : f ? f->findChildren<QTableWidget *>() : QList<QTableWidget *>())
+                if (g->isVisible() || !grid)
+                    grid = g;
+            if (!grid)
+                return fail(QStringLiteral("no grid in %1").arg(w.value(0)));
+            const int row = w.value(1).toInt();
+            return act([grid, row] {
+                grid->setCurrentCell(row, 0);
+                grid->selectRow(row);
+            });
+        }
+        auto *grid = qobject_cast<QTableWidget *>(Inspector::findControl(f, w.value(1)));
+        if (!grid)
+            return fail(QStringLiteral("no grid %1 in %2").arg(w.value(1), w.value(0)));
+        return act([grid] { Q_EMIT grid->cellDoubleClicked(qMax(grid->currentRow(), 0), 0); });
+    }
+    if (command == QLatin1String("close")) {
+        QWidget *f = form(rest.trimmed());
+        if (!f)
+            return fail(QStringLiteral("no form %1").arg(rest.trimmed()));
+        return act([f] { f->close(); });
+    }
+    fail(QStringLiteral("unknown command \"%1\"").arg(command));
+}
+
+} // namespace driver

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "app/program.h"
+#include "platform/ui/scriptedprompter.h"
+
+#include <QJsonObject>
+#include <QObject>
+#include <QPointer>
+#include <QQueue>
+#include <QTemporaryDir>
+
+#include <functional>
+#include <memory>
+
+namespace driver {
+
+/// Runs the program's real forms and answers one command a line. A command
+/// that acts as a user would runs from the event loop, and is answered when
+/// it returns or as soon as it opens a modal form; the commands after it are
+/// then taken inside that form's own loop, as a user goes on clicking.
+class Driver : public QObject {
+    Q_OBJECT
+
+public:
+    explicit Driver(QString home);
+    ~Driver() override;
+
+    /// One line of input.
+    void take(const QString &line);
+    /// The input has ended: quit once every command has been answered.
+    void inputEnded();
+
+Q_SIGNALS:
+    void answered(const QByteArray &line);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void next();
+    void reply(QJsonObject answer);
+    void fail(const QString &error);
+    /// Runs `action` as a user's act; `answer` is called with the reply.
+    void act(std::function<void()> action);
+    void run(const QString &line);
+
+    // Commands.
+    void fixture(const QString &path);
+    void reg(const QString &rest, bool remove);
+    void regGet(const QString &rest);
+    QJsonObject state();
+    QWidget *form(const QString &name);
+    QWidget *mainForm();
+
+    QString m_home;
+    ui::ScriptedPrompter m_prompter;
+    std::unique_ptr<app::Program> m_program;
+    QString m_storePath;
+    qsizetype m_logSeen = 0;
+    QQueue<QString> m_lines;
+    bool m_busy = false;
+    bool m_inputEnded = false;
+    bool m_started = false;
+    bool m_ended = false;
+    struct Pending {
+        bool answered = false;
+    };
+    std::shared_ptr<Pending> m_pending;
+};
+
+} // namespace driver

@@ -1,0 +1,243 @@
+#include "tools/sorrelin-driver/inspector.h"
+
+#include "platform/controls/sstree.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QTextEdit>
+
+namespace driver {
+
+namespace {
+
+bool isFormName(const QString &name)
+{
+    return name.startsWith(QLatin1String("frm")) || name.startsWith(QLatin1String("ol")) ||
+           name == QLatin1String("helpViewer");
+}
+
+bool isControlName(const QString &name)
+{
+    return !name.isEmpty() && !name.startsWith(QLatin1String("qt_")) && !name.endsWith(QLatin1String("Menu"));
+}
+
+/// Visible as the user would see it: the control and every parent shown.
+bool shown(const QWidget *w)
+{
+    return w->isVisibleTo(w->window()) || w->isVisible();
+}
+
+QJsonValue checkValue(const QCheckBox *box)
+{
+    switch (box->checkState()) {
+    case Qt::Checked:
+        return 1;
+    case Qt::PartiallyChecked:
+        return 2;
+    default:
+        return 0;
+    }
+}
+
+QJsonObject describe(QObject *object)
+{
+    QJsonObject c;
+    if (auto *a = qobject_cast<QAction *>(object)) {
+        if (a->objectName().startsWith(QLatin1String("tbToolBar."))) {
+            c.insert(QStringLiteral("enabled"), a->isEnabled());
+            c.insert(QStringLiteral("visible"), a->isVisible());
+            c.insert(QStringLiteral("pressed"), a->isChecked());
+            c.insert(QStringLiteral("tooltip"), a->toolTip());
+            c.insert(QStringLiteral("image"), a->property("imageKey").toString());
+        } else {
+            c.insert(QStringLiteral("caption"), a->isSeparator() ? QStringLiteral("-") : a->text());
+            c.insert(QStringLiteral("enabled"), a->isEnabled());
+            c.insert(QStringLiteral("visible"), a->isVisible());
+            c.insert(QStringLiteral("checked"), a->isChecked());
+            if (!a->shortcut().isEmpty())
+                c.insert(QStringLiteral("shortcut"), a->shortcut().toString());
+        }
+        return c;
+    }
+    auto *w = qobject_cast<QWidget *>(object);
+    if (!w)
+        return c;
+    c.insert(QStringLiteral("enabled"), w->isEnabled());
+    c.insert(QStringLiteral("visible"), shown(w));
+    if (auto *tree = qobject_cast<controls::SSTree *>(w)) {
+        c.insert(QStringLiteral("nodes"), Inspector::nodes(tree));
+    } else if (auto *box = qobject_cast<QCheckBox *>(w)) {
+        c.insert(QStringLiteral("caption"), box->text());
+        c.insert(QStringLiteral("value"), checkValue(box));
+    } else if (auto *option = qobject_cast<QRadioButton *>(w)) {
+        c.insert(QStringLiteral("caption"), option->text());
+        c.insert(QStringLiteral("value"), option->isChecked());
+    } else if (auto *button = qobject_cast<QPushButton *>(w)) {
+        c.insert(QStringLiteral("caption"), button->text());
+        c.insert(QStringLiteral("default"), button->isDefault());
+    } else if (auto *label = qobject_cast<QLabel *>(w)) {
+        c.insert(QStringLiteral("caption"), label->text());
+    } else if (auto *group = qobject_cast<QGroupBox *>(w)) {
+        c.insert(QStringLiteral("caption"), group->title());
+    } else if (auto *edit = qobject_cast<QLineEdit *>(w)) {
+        c.insert(QStringLiteral("text"), edit->text());
+        c.insert(QStringLiteral("locked"), edit->isReadOnly());
+        if (!edit->toolTip().isEmpty())
+            c.insert(QStringLiteral("tooltip"), edit->toolTip());
+    } else if (auto *plain = qobject_cast<QPlainTextEdit *>(w)) {
+        const QVariant vb = plain->property("vbText");
+        c.insert(QStringLiteral("text"), vb.isValid() ? vb.toString() : plain->toPlainText());
+        c.insert(QStringLiteral("locked"), plain->isReadOnly());
+        c.insert(QStringLiteral("font"), plain->font().family());
+        c.insert(QStringLiteral("size"), plain->font().pointSizeF());
+        c.insert(QStringLiteral("bold"), plain->font().bold());
+        c.insert(QStringLiteral("italic"), plain->font().italic());
+    } else if (auto *rich = qobject_cast<QTextEdit *>(w)) {
+        c.insert(QStringLiteral("text"), rich->toPlainText());
+    } else if (auto *combo = qobject_cast<QComboBox *>(w)) {
+        c.insert(QStringLiteral("text"), combo->currentText());
+        QJsonArray items;
+        for (int i = 0; i < combo->count(); ++i)
+            items.append(combo->itemText(i));
+        c.insert(QStringLiteral("items"), items);
+    } else if (auto *spin = qobject_cast<QSpinBox *>(w)) {
+        c.insert(QStringLiteral("value"), spin->value());
+    } else if (auto *tabs = qobject_cast<QTabWidget *>(w)) {
+        c.insert(QStringLiteral("tab"), tabs->currentIndex());
+        QJsonArray captions;
+        for (int i = 0; i < tabs->count(); ++i)
+            captions.append(tabs->tabText(i));
+        c.insert(QStringLiteral("tabs"), captions);
+    } else if (auto *grid = qobject_cast<QTableWidget *>(w)) {
+        QJsonArray rows;
+        for (int r = 0; r < grid->rowCount(); ++r) {
+            QJsonArray cells;
+            for (int col = 0; col < grid->columnCount(); ++col)
+                cells.append(grid->item(r, col) ? grid->item(r, col)->text() : QString());
+            rows.append(cells);
+        }
+        c.insert(QStringLiteral("rows"), rows);
+        c.insert(QStringLiteral("caption"), grid->property("caption").toString());
+        c.insert(QStringLiteral("row"), grid->currentRow());
+    }
+    return c;
+}
+
+void collectNodes(const QTreeWidgetItem *item, QJsonArray &out)
+{
+    QJsonObject n;
+    n.insert(QStringLiteral("path"), Inspector::nodePath(item));
+    n.insert(QStringLiteral("key"), controls::SSTree::key(item));
+    n.insert(QStringLiteral("tag"), controls::SSTree::tag(item));
+    n.insert(QStringLiteral("text"), controls::SSTree::text(item));
+    n.insert(QStringLiteral("image"), controls::SSTree::image(item));
+    n.insert(QStringLiteral("selected"), item->isSelected());
+    n.insert(QStringLiteral("expanded"), item->isExpanded());
+    out.append(n);
+    for (int i = 0; i < item->childCount(); ++i)
+        collectNodes(item->child(i), out);
+}
+
+} // namespace
+
+QString Inspector::nodePath(const QTreeWidgetItem *node)
+{
+    const QTreeWidgetItem *root = node;
+    while (root->parent())
+        root = root->parent();
+    return controls::SSTree::fullPath(node).mid(controls::SSTree::text(root).size());
+}
+
+QJsonArray Inspector::nodes(controls::SSTree *tree)
+{
+    QJsonArray out;
+    for (int i = 0; i < tree->topLevelItemCount(); ++i)
+        collectNodes(tree->topLevelItem(i), out);
+    return out;
+}
+
+QWidget *Inspector::findForm(const QString &name)
+{
+    for (QWidget *w : QApplication::topLevelWidgets())
+        if (w->objectName() == name && w->isVisible())
+            return w;
+    for (QWidget *w : QApplication::topLevelWidgets())
+        if (w->objectName() == name)
+            return w;
+    return nullptr;
+}
+
+QObject *Inspector::findControl(QWidget *form, const QString &name)
+{
+    if (!form)
+        return nullptr;
+    const QList<QObject *> all = form->findChildren<QObject *>(name);
+    for (QObject *o : all)
+        if (qobject_cast<QWidget *>(o) || qobject_cast<QAction *>(o))
+            return o;
+    return nullptr;
+}
+
+QTreeWidgetItem *Inspector::findNode(controls::SSTree *tree, const QString &path)
+{
+    if (!tree)
+        return nullptr;
+    if (path == QLatin1String("root"))
+        return tree->node(QStringLiteral("root"));
+    if (path.startsWith(QLatin1String("key:")))
+        return tree->node(path.mid(4));
+    for (QTreeWidgetItemIterator it(tree); *it; ++it)
+        if (nodePath(*it) == path)
+            return *it;
+    return nullptr;
+}
+
+QJsonObject Inspector::form(QWidget *form)
+{
+    QJsonObject f;
+    f.insert(QStringLiteral("caption"), form->windowTitle());
+    f.insert(QStringLiteral("visible"), form->isVisible());
+    f.insert(QStringLiteral("modal"), form->isModal());
+    QJsonObject controls;
+    for (QObject *o : form->findChildren<QObject *>()) {
+        const QString name = o->objectName();
+        if (!isControlName(name) || o->property("driverSkip").toBool())
+            continue;
+        if (!qobject_cast<QWidget *>(o) && !qobject_cast<QAction *>(o))
+            continue;
+        if (auto *w = qobject_cast<QWidget *>(o); w && w->window() != form)
+            continue; // a control of another window parented here
+        if (!controls.contains(name))
+            controls.insert(name, describe(o));
+    }
+    f.insert(QStringLiteral("controls"), controls);
+    return f;
+}
+
+QJsonObject Inspector::forms()
+{
+    QJsonObject all;
+    for (QWidget *w : QApplication::topLevelWidgets()) {
+        const QString name = w->objectName();
+        if (!isFormName(name) || name == QLatin1String("frmSplash"))
+            continue;
+        if (name.startsWith(QLatin1String("ol")) && !w->isVisible())
+            continue;
+        all.insert(name, form(w));
+    }
+    return all;
+}
+
+} // namespace driver

@@ -1,0 +1,84 @@
+// sorrelin-driver: runs the program's real forms offscreen against a
+// fixture, and takes one command a line on standard input.
+#include "tools/sorrelin-driver/driver.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <cstdio>
+#include <iostream>
+#include <string>
+
+namespace {
+
+/// Reads standard input on its own thread, so that the program's event
+/// loops, modal ones included, keep running between lines.
+class LineReader : public QThread {
+    Q_OBJECT
+
+public:
+    using QThread::QThread;
+
+Q_SIGNALS:
+    void line(const QString &text);
+    void ended();
+
+protected:
+    void run() override
+    {
+        std::string text;
+        while (std::getline(std::cin, text))
+            Q_EMIT line(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+        Q_EMIT ended();
+    }
+};
+
+/// Points every folder the program writes to into `home`.
+void useHome(const QString &home)
+{
+    for (const char *sub : {"config", "state", "data", "cache", "tmp", "home"})
+        QDir(home).mkpath(QString::fromLatin1(sub));
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(home + QStringLiteral("/config")));
+    qputenv("XDG_STATE_HOME", QFile::encodeName(home + QStringLiteral("/state")));
+    qputenv("XDG_DATA_HOME", QFile::encodeName(home + QStringLiteral("/data")));
+    qputenv("XDG_CACHE_HOME", QFile::encodeName(home + QStringLiteral("/cache")));
+    qputenv("TMPDIR", QFile::encodeName(home + QStringLiteral("/tmp")));
+    qputenv("HOME", QFile::encodeName(home + QStringLiteral("/home")));
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QString keep;
+    for (int i = 1; i + 1 < argc; ++i)
+        if (QString::fromLocal8Bit(argv[i]) == QLatin1String("--keep"))
+            keep = QString::fromLocal8Bit(argv[i + 1]);
+    QTemporaryDir temporary;
+    const QString home = keep.isEmpty() ? temporary.path() : QDir(keep).absolutePath();
+    useHome(home);
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+
+    QApplication app(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    driver::Driver driver(home);
+    QObject::connect(&driver, &driver::Driver::answered, &app, [](const QByteArray &line) {
+        std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stdout);
+        std::fputc('\n', stdout);
+        std::fflush(stdout);
+    });
+    LineReader reader;
+    QObject::connect(&reader, &LineReader::line, &driver, &driver::Driver::take, Qt::QueuedConnection);
+    QObject::connect(&reader, &LineReader::ended, &driver, &driver::Driver::inputEnded, Qt::QueuedConnection);
+    reader.start();
+    const int code = QApplication::exec();
+    reader.wait(100);
+    if (reader.isRunning())
+        reader.terminate(); // input still open after an exit of ours
+    return code;
+}
+
+#include "main.moc"
