@@ -93,8 +93,11 @@ QAction *frmMain::action(const QString &name) const
 
 void frmMain::setEnabled(const QString &name, bool on)
 {
-    if (QAction *a = action(name))
+    if (QAction *a = action(name)) {
         a->setEnabled(on);
+        // A hidden entry reads as disabled; keep what the program set.
+        a->setProperty("vbEnabled", on);
+    }
 }
 
 void frmMain::createActions()

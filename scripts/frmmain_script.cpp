@@ -108,6 +108,9 @@ void frmMain::txtPreview_GotFocus()
 
 void frmMain::txtPreview_LostFocus()
 {
+    // The way out of the program runs no save: a pending edit is dropped.
+    if (m_unloaded)
+        return;
     if (blnDirty)
         mnuFileSave_Click();
     StatBar(QString());

@@ -3,8 +3,11 @@
 //   = PATH VALUE     the value at PATH equals the JSON VALUE
 //   ~ PATH TEXT      the text at PATH contains TEXT
 //   # PATH COUNT     the list at PATH has COUNT members
+//   ! PATH           there is nothing at PATH
 // PATH is dotted (forms.frmMain.caption, prompts.0.text); a list member can
-// be chosen by a member's value: tree[path=\Mailbox - Alice Admin\Inbox].image
+// be chosen by a member's value: tree[path=\Mailbox - Alice Admin\Inbox].image,
+// and a member whose name holds dots or blanks is quoted:
+// forms.frmMain.controls."tbToolBar.Agent Properties".enabled
 #include <QCoreApplication>
 #include <QFile>
 #include <QJsonArray>
@@ -24,8 +27,15 @@ QStringList splitPath(const QString &path)
     QStringList parts;
     QString current;
     int depth = 0;
+    bool quoted = false;
     for (const QChar c : path) {
-        if (c == QLatin1Char('[')) {
+        if (c == QLatin1Char('"') && depth == 0) {
+            quoted = !quoted; // "tbToolBar.Agent Properties" is one member
+            continue;
+        }
+        if (quoted) {
+            current += c;
+        } else if (c == QLatin1Char('[')) {
             if (!current.isEmpty())
                 parts << current;
             current = QStringLiteral("[");
@@ -91,9 +101,14 @@ QString show(const QJsonValue &v)
 std::pair<QString, QString> pathAndValue(const QString &rest)
 {
     int depth = 0;
+    bool quoted = false;
     for (int i = 0; i < rest.size(); ++i) {
         const QChar c = rest.at(i);
-        if (c == QLatin1Char('['))
+        if (c == QLatin1Char('"') && depth == 0)
+            quoted = !quoted;
+        else if (quoted)
+            continue;
+        else if (c == QLatin1Char('['))
             ++depth;
         else if (c == QLatin1Char(']'))
             --depth;
@@ -164,11 +179,14 @@ int main(int argc, char *argv[])
         } else if (kind == QLatin1Char('~')) {
             want = QStringLiteral("a text containing ") + expected;
             ok = actual.isString() && actual.toString().contains(expected);
+        } else if (kind == QLatin1Char('!')) {
+            want = QStringLiteral("nothing");
+            ok = actual.isUndefined();
         } else if (kind == QLatin1Char('#')) {
             want = QStringLiteral("a list of ") + expected;
             ok = actual.isArray() && actual.toArray().size() == expected.toInt();
         } else {
-            err << where << "a line begins with \">\", \"=\", \"~\", \"#\" or \"//\"\n";
+            err << where << "a line begins with \">\", \"=\", \"~\", \"#\", \"!\" or \"//\"\n";
             return 2;
         }
         if (!ok) {

@@ -63,7 +63,8 @@ QJsonObject describe(QObject *object)
             c.insert(QStringLiteral("image"), a->property("imageKey").toString());
         } else {
             c.insert(QStringLiteral("caption"), a->isSeparator() ? QStringLiteral("-") : a->text());
-            c.insert(QStringLiteral("enabled"), a->isEnabled());
+            const QVariant set = a->property("vbEnabled");
+            c.insert(QStringLiteral("enabled"), set.isValid() && !a->isVisible() ? set.toBool() : a->isEnabled());
             c.insert(QStringLiteral("visible"), a->isVisible());
             c.insert(QStringLiteral("checked"), a->isChecked());
             if (!a->shortcut().isEmpty())
