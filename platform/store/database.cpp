@@ -94,35 +94,50 @@ std::unique_ptr<Database> Database::create(const QString &path)
 
 void Database::checkIntegrity()
 {
-    // A file cut short still opens; its page count says how long it must be.
-    // With a write-ahead log beside it the count includes pages of the log.
-    if (!QFileInfo::exists(m_path + QStringLiteral("-wal"))) {
-        bool ok = false;
-        const qint64 pages = scalar(QStringLiteral("PRAGMA page_count")).toLongLong(&ok);
-        const qint64 pageSize = scalar(QStringLiteral("PRAGMA page_size")).toLongLong();
-        if (!ok || QFileInfo(m_path).size() < pages * pageSize)
-            throw com::ComError(com::err::Corrupt, kSource,
-                                QStringLiteral("The store %1 is damaged: the file is shorter than its contents.")
-                                    .arg(m_path));
-    }
-    QVariant version;
+    struct ReadError {
+        QString detail;
+    };
+    // A read of the checks below; its failure says what is wrong with the file.
+    const auto scalar = [this](const QString &sql) {
+        QSqlQuery q(QSqlDatabase::database(m_connection, false));
+        if (!q.exec(sql))
+            throw ReadError{q.lastError().text()};
+        return q.next() ? q.value(0) : QVariant();
+    };
+    const auto damaged = [this](const QString &detail) {
+        return com::ComError(com::err::Corrupt, kSource,
+                             QStringLiteral("The store %1 is damaged: %2").arg(m_path, detail));
+    };
     try {
-        version = scalar(QStringLiteral("SELECT value FROM meta WHERE key = 'schema'"));
-    } catch (const com::ComError &e) {
+        // A file cut short still opens; its page count says how long it must
+        // be. With a write-ahead log beside it the count includes its pages.
+        if (!QFileInfo::exists(m_path + QStringLiteral("-wal"))) {
+            bool ok = false;
+            const qint64 pages = scalar(QStringLiteral("PRAGMA page_count")).toLongLong(&ok);
+            const qint64 pageSize = scalar(QStringLiteral("PRAGMA page_size")).toLongLong();
+            if (!ok || QFileInfo(m_path).size() < pages * pageSize)
+                throw damaged(QStringLiteral("the file is shorter than its contents."));
+        }
+        const QVariant version = scalar(QStringLiteral("SELECT value FROM meta WHERE key = 'schema'"));
+        if (!version.isValid())
+            throw com::ComError(com::err::Corrupt, kSource,
+                                QStringLiteral("The file %1 is not a Sorrelin store (no schema version).").arg(m_path));
+        if (version.toInt() != kSchemaVersion)
+            throw com::ComError(com::err::Corrupt, kSource,
+                                QStringLiteral("The store %1 is of version %2; this program reads version %3.")
+                                    .arg(m_path, version.toString())
+                                    .arg(kSchemaVersion));
+        const QString check = scalar(QStringLiteral("PRAGMA quick_check(1)")).toString();
+        if (check != QLatin1String("ok"))
+            throw damaged(check);
+    } catch (const ReadError &e) {
+        // SQLite says "malformed" of a damaged file; anything else means the
+        // file is some other database.
+        if (e.detail.contains(QLatin1String("malformed")))
+            throw damaged(e.detail);
         throw com::ComError(com::err::Corrupt, kSource,
-                            QStringLiteral("The file %1 is not a Sorrelin store (%2).").arg(m_path, e.description()));
+                            QStringLiteral("The file %1 is not a Sorrelin store (%2).").arg(m_path, e.detail));
     }
-    if (!version.isValid())
-        throw com::ComError(com::err::Corrupt, kSource,
-                            QStringLiteral("The file %1 is not a Sorrelin store (no schema version).").arg(m_path));
-    if (version.toInt() != kSchemaVersion)
-        throw com::ComError(com::err::Corrupt, kSource,
-                            QStringLiteral("The store %1 is of version %2; this program reads version %3.")
-                                .arg(m_path, version.toString())
-                                .arg(kSchemaVersion));
-    const QString check = scalar(QStringLiteral("PRAGMA quick_check(1)")).toString();
-    if (check != QLatin1String("ok"))
-        throw com::ComError(com::err::Corrupt, kSource, QStringLiteral("The store %1 is damaged: %2").arg(m_path, check));
 }
 
 QSqlQuery Database::prepare(const QString &sql) const

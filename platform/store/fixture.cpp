@@ -53,7 +53,7 @@ public:
         if (v.isUndefined()) {
             if (required)
                 throw bad(member(name), QStringLiteral("missing"));
-            return fallback;
+            return fallback.isNull() ? QStringLiteral("") : fallback;
         }
         if (!v.isString())
             throw bad(member(name), QStringLiteral("expected a text"));
@@ -317,8 +317,11 @@ private:
                         QStringLiteral("received"), QStringLiteral("created"), QStringLiteral("modified"),
                         QStringLiteral("fields"), QStringLiteral("map"), QStringLiteral("instance"),
                         QStringLiteral("votes")});
-        const QString received = r.time(QStringLiteral("received"), m_now);
-        const QString created = r.time(QStringLiteral("created"), received);
+        // Hidden messages are never received; ordinary ones were, now if not told.
+        const QVariant received = hidden && !r.has(QStringLiteral("received"))
+                                      ? QVariant()
+                                      : QVariant(r.time(QStringLiteral("received"), m_now));
+        const QString created = r.time(QStringLiteral("created"), received.isNull() ? m_now : received.toString());
         const qint64 message =
             insertMessage(folder, hidden, r.text(QStringLiteral("class"), QStringLiteral("IPM.Note")),
                           r.text(QStringLiteral("subject"), QString(), true), created,
