@@ -353,6 +353,15 @@ void Driver::run(const QString &line)
         return reply(QJsonObject{{QStringLiteral("ok"), true},
                                  {QStringLiteral("text"), QString::fromLatin1(file.readAll())}});
     }
+    if (command == QLatin1String("screenshot")) {
+        const QStringList w = words(rest, 2);
+        QWidget *f = form(w.value(0));
+        if (!f)
+            return fail(QStringLiteral("no form %1").arg(w.value(0)));
+        if (!f->grab().save(w.value(1).trimmed()))
+            return fail(QStringLiteral("%1 could not be written").arg(w.value(1)));
+        return reply(QJsonObject{{QStringLiteral("ok"), true}});
+    }
     if (command == QLatin1String("log"))
         return reply(QJsonObject{{QStringLiteral("ok"), true},
                                  {QStringLiteral("lines"), logLines(os::ApplicationLog().read(), 0)}});
