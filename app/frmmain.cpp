@@ -110,15 +110,16 @@ void frmMain::createActions()
         connect(a, &QAction::triggered, this, handler);
         return a;
     };
-    make("mnuFileNew", "&New Script...", "Ctrl+N", [this] { tbToolBar_ButtonClick(QStringLiteral("New")); });
+    make("mnuFileNew", "&New Script...", "Ctrl+N", &frmMain::mnuFileNew_Click);
     make("mnuFileOpen", "&Open Script", "Ctrl+O", [this] { tbToolBar_ButtonClick(QStringLiteral("Open")); });
     make("mnuFileOpenFolder", "Open &Folder", "F3", &frmMain::mnuFileOpenFolder_Click);
     make("mnuFileSave", "&Save Script", "Ctrl+S", &frmMain::mnuFileSave_Click);
-    make("mnuFileSaveAs", "Save Script &As...", nullptr, [] {});
-    make("mnuFileDelete", "Dele&te Agent", "Del", [this] { tbToolBar_ButtonClick(QStringLiteral("Delete")); });
+    make("mnuFileSaveAs", "Save Script &As...", nullptr, &frmMain::mnuFileSaveAs_Click);
+    // Del deletes an agent from the tree only (its key-up there), never a
+    // character of the pane: the entry shows the key without owning it.
+    make("mnuFileDelete", "Dele&te Agent\tDel", nullptr, &frmMain::mnuFileDelete_Click);
     make("mnuFileAgentLog", "Agent &Log", "F2", [this] { tbToolBar_ButtonClick(QStringLiteral("Log")); });
-    make("mnuFileAgentProperties", "Agent P&roperties", "F8",
-         [this] { tbToolBar_ButtonClick(QStringLiteral("Agent Properties")); });
+    make("mnuFileAgentProperties", "Agent P&roperties", "F8", &frmMain::mnuFileAgentProperties_Click);
     make("mnuFolderProperties", "Folder Propert&ies", "F4", &frmMain::mnuFolderProperties_Click);
     make("mnuFileRouteMap", "Route &Map", "F11", [] {});
     make("mnuFileProcInst", "Process Instan&ces...", "F12", [] {});
@@ -235,6 +236,7 @@ void frmMain::createTabs()
     SSTab1->addTab(m_adminPage, QStringLiteral("Administration"));
     auto *installPage = new QWidget(SSTab1);
     installPage->setObjectName(QStringLiteral("SSTab1.Installation"));
+    createInstallTab(installPage);
     SSTab1->addTab(installPage, QStringLiteral("Installation"));
     setCentralWidget(SSTab1);
     m_adminPage->installEventFilter(this);

@@ -6,6 +6,10 @@
 #include <QPointer>
 
 class QAction;
+class QCheckBox;
+class QGroupBox;
+class QLineEdit;
+class QPushButton;
 class QLabel;
 class QMenu;
 class QTabWidget;
@@ -17,6 +21,7 @@ namespace app {
 struct Program;
 }
 namespace controls {
+class SSDBGrid;
 class SSTree;
 }
 namespace mapi {
@@ -85,7 +90,23 @@ public:
     /// before it removes one unless the deleting flag is set.
     bool treOutl_BeforeNodeDelete(QTreeWidgetItem *node);
 
+    // ---- Agents (agents/) ----
+    void cmdScript_Click();
+    void chkRouting_Click();
+    void chkScheduled_Click();
+    void cmdSchedule_Click();
+    void cmdFolder_Click();
+    void cmdInstall_Click();
+    /// Installs one agent in the folder of these identifiers; true when it
+    /// failed. `targetPath` names the folder in the log line.
+    bool InstallScript(const QString &strFilePath, const QString &strAgentName, const QString &entryId,
+                       const QString &storeId, const QString &targetPath);
+    void mnuFileAgentProperties_Click();
+    void mnuFileDelete_Click();
+
     // ---- Scripts (scripts/) ----
+    void mnuFileNew_Click();
+    void mnuFileSaveAs_Click();
     bool GetScript();
     void mnuFileSave_Click();
     void txtPreview_Change();
@@ -105,6 +126,21 @@ public:
     void mnuViewSetFont();
 
     controls::SSTree *treOutl = nullptr;
+    // The "Installation" tab.
+    QLineEdit *txtAgentName = nullptr;
+    QLineEdit *txtSource = nullptr;
+    QPushButton *cmdScript = nullptr;
+    QPushButton *cmdFolder = nullptr;
+    controls::SSDBGrid *SSDBTarget = nullptr;
+    QCheckBox *chkMultiple = nullptr;
+    QGroupBox *fraWhen = nullptr;
+    QCheckBox *chkScheduled = nullptr;
+    QCheckBox *chkNew = nullptr;
+    QCheckBox *chkUpdate = nullptr;
+    QCheckBox *chkDelete = nullptr;
+    QPushButton *cmdSchedule = nullptr;
+    QCheckBox *chkRouting = nullptr;
+    QPushButton *cmdInstall = nullptr;
     scripts::ScriptPane *txtPreview = nullptr;
     QPointer<frmFolder> folderForm;
 
@@ -132,6 +168,7 @@ private:
     void createToolBar();
     void createStatusBar();
     void createTabs();
+    void createInstallTab(QWidget *page);
     void connectTree();
     void setNodeCommands(int image);
     void setPaneNotice(const QString &text);

@@ -205,7 +205,7 @@ bool frmMain::Form_KeyDown(int keyCode, int shift)
         return true;
     case 78:
         if (action(QStringLiteral("mnuFileNew"))->isEnabled())
-            action(QStringLiteral("mnuFileNew"))->trigger();
+            mnuFileNew_Click();
         return true;
     case 79:
         if (action(QStringLiteral("mnuFileOpen"))->isEnabled())
@@ -222,8 +222,14 @@ bool frmMain::Form_KeyDown(int keyCode, int shift)
 
 void frmMain::tbToolBar_ButtonClick(const QString &key)
 {
-    if (key == QLatin1String("Save"))
+    if (key == QLatin1String("New"))
+        mnuFileNew_Click();
+    else if (key == QLatin1String("Save"))
         mnuFileSave_Click();
+    else if (key == QLatin1String("Delete"))
+        mnuFileDelete_Click();
+    else if (key == QLatin1String("Agent Properties"))
+        mnuFileAgentProperties_Click();
     else if (key == QLatin1String("Properties"))
         mnuFolderProperties_Click();
     else if (key == QLatin1String("Cut"))

@@ -248,26 +248,13 @@ void frmMain::treOutl_KeyDown(int keyCode, int shift, bool &swallow)
 void frmMain::treOutl_KeyUp(int keyCode, int shift)
 {
     QTreeWidgetItem *selected = treOutl->selectedItem();
-    const int image = SSTree::image(selected);
-    const bool current = !strEntryID.isEmpty() || !strStoreID.isEmpty();
+    Q_UNUSED(selected);
     switch (keyCode) {
     case 116: // F5
         RefreshFolders();
         break;
-    case 122: // F11: the map on the agent's own message
-        if (image == navigation::kImageRoutingAgent && current)
-            tbToolBar_ButtonClick(QStringLiteral("F11"));
-        break;
-    case 123: // F12
-        if (image == navigation::kImageRoutingAgent && current)
-            tbToolBar_ButtonClick(QStringLiteral("F12"));
-        break;
-    case 113: // F2
-        if (image >= navigation::kImageScriptAgent)
-            tbToolBar_ButtonClick(QStringLiteral("Log"));
-        break;
     case 46: // Delete
-        tbToolBar_ButtonClick(QStringLiteral("Delete"));
+        mnuFileDelete_Click();
         break;
     default:
         Q_UNUSED(shift);

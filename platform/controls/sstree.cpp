@@ -61,6 +61,7 @@ SSTree::Node *SSTree::nodeAt(int index) const
 
 void SSTree::forget(Node *node)
 {
+    m_picked.removeAll(node);
     for (int i = 0; i < node->childCount(); ++i)
         forget(node->child(i));
     m_keys.remove(key(node));
@@ -79,6 +80,7 @@ void SSTree::clearNodes()
 {
     m_keys.clear();
     m_order.clear();
+    m_picked.clear();
     clear();
 }
 
@@ -130,6 +132,8 @@ void SSTree::select(Node *node)
         clearSelection();
     setCurrentItem(node);
     node->setSelected(true);
+    if (!m_multiSelect)
+        m_picked = {node};
 }
 
 void SSTree::setRedraw(bool on)
@@ -149,7 +153,15 @@ void SSTree::setMultiSelect(bool on)
 
 QList<SSTree::Node *> SSTree::selectedNodes() const
 {
-    return selectedItems();
+    QList<Node *> nodes;
+    for (Node *n : m_picked)
+        if (n->isSelected())
+            nodes << n;
+    // Nodes selected some other way come after the picked ones.
+    for (Node *n : selectedItems())
+        if (!nodes.contains(n))
+            nodes << n;
+    return nodes;
 }
 
 void SSTree::clickNode(Node *node, bool withCtrl)
@@ -159,10 +171,14 @@ void SSTree::clickNode(Node *node, bool withCtrl)
     setFocus(Qt::MouseFocusReason);
     if (m_multiSelect && withCtrl) {
         setCurrentItem(node, 0, QItemSelectionModel::Toggle);
+        m_picked.removeAll(node);
+        if (node->isSelected())
+            m_picked << node;
     } else {
         clearSelection();
         setCurrentItem(node);
         node->setSelected(true);
+        m_picked = {node};
     }
     Q_EMIT NodeClick(node);
 }

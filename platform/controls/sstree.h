@@ -65,6 +65,7 @@ public:
 
     /// Whether the user may select several nodes with Ctrl+Click.
     void setMultiSelect(bool on);
+    /// The selected nodes in the order the user picked them.
     QList<Node *> selectedNodes() const;
 
 Q_SIGNALS:
@@ -91,6 +92,7 @@ private:
     QVector<QIcon> m_icons;
     QHash<QString, Node *> m_keys;
     QVector<Node *> m_order;
+    QList<Node *> m_picked;
     bool m_multiSelect = false;
 };
 

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QDialog>
+
+class QCheckBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class frmMain;
+
+/// "Agent Properties": an agent's name, whether it is active, its events
+/// and its schedule; in the new-agent mode it makes the agent from the
+/// script file picked before.
+class frmProperties : public QDialog {
+    Q_OBJECT
+
+public:
+    explicit frmProperties(frmMain &main);
+
+    bool blnDirty = false;
+    bool blnName = false;
+    bool blnNew = false;
+    bool blnIsLoading = false;
+
+    QLineEdit *txtAgentName;
+    QCheckBox *chkActive;
+    QGroupBox *Frame1;
+    QCheckBox *chkScheduled, *chkNew, *chkUpdate, *chkDelete;
+    QPushButton *cmdSchedule;
+    QLabel *lblCreated, *lblCreatedBy, *lblModified, *lblModifiedBy, *lblServer, *lblAgent;
+
+    void Form_Load();
+    void Form_Activate();
+    void chkScheduled_Click();
+    void cmdSchedule_Click();
+    void cmdOK_Click();
+    void cmdCancel_Click();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void closingSteps();
+    void saveChanges();
+
+    frmMain &m_main;
+    QPushButton *cmdOK, *cmdCancel;
+};

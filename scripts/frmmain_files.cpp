@@ -1,0 +1,82 @@
+// Script files: a new agent from a file, and a copy of the pane to a file.
+#include "agents/frmproperties.h"
+#include "app/frmmain.h"
+#include "app/program.h"
+#include "navigation/nodekinds.h"
+#include "platform/com/routine.h"
+#include "platform/controls/sstree.h"
+#include "scripts/filenames.h"
+#include "scripts/scriptmarker.h"
+#include "scripts/scriptpane.h"
+
+#include <QCheckBox>
+#include <QFile>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QPushButton>
+
+namespace {
+
+void showFileError(ui::Prompter &prompter, const com::ComError &e)
+{
+    prompter.msgBox(com::errorText(e, com::ErrorForm::Plain), ui::Buttons::OK, ui::Icon::Stop, 1, QString());
+}
+
+} // namespace
+
+void frmMain::mnuFileNew_Click()
+{
+    CommonDialog1.dialogTitle = QStringLiteral("Open Exchange Scripting Agent");
+    CommonDialog1.filter = QStringLiteral("Text Files (*.txt)|*.txt|VBScript Files"
+                                          "(*.vbs)|*.vbs|All Files (*.*)|*.*");
+    CommonDialog1.filterIndex = 2;
+    CommonDialog1.fileName = QStringLiteral("New Agent.vbs");
+    CommonDialog1.initDir = app::appPath();
+    CommonDialog1.flags = 4100;
+    CommonDialog1.cancelError = true;
+    if (!prompter().showOpen(CommonDialog1))
+        return;
+    com::withHandler(
+        [&] {
+            frmProperties form(*this);
+            form.blnNew = true;
+            form.chkActive->setChecked(true);
+            form.cmdSchedule->setEnabled(false);
+            form.txtAgentName->setText(QStringLiteral("New Agent"));
+            form.exec();
+        },
+        [&](const com::ComError &e) { showFileError(prompter(), e); });
+}
+
+void frmMain::mnuFileSaveAs_Click()
+{
+    QTreeWidgetItem *node = treOutl->selectedItem();
+    if (controls::SSTree::image(node) < navigation::kImageScriptAgent)
+        return;
+    CommonDialog1.filter = QStringLiteral("Text Files (*.txt)|*.txt|VBScript Files (*.vbs)|*.vbs|All Files (*.*)|*.*");
+    CommonDialog1.filterIndex = 2;
+    QString name = controls::SSTree::text(node);
+    CommonDialog1.fileName = scripts::CleanFileName(name) + QStringLiteral(".vbs");
+    CommonDialog1.initDir = m_program.gstrLocationPath.isEmpty() ? app::appPath() : m_program.gstrLocationPath;
+    CommonDialog1.flags = 4100;
+    CommonDialog1.cancelError = true;
+    if (!prompter().showSave(CommonDialog1))
+        return;
+    const QString fileName = CommonDialog1.fileName;
+    if (QFileInfo(fileName).isFile() &&
+        prompter().msgBox(fileName + QStringLiteral("\ralready exists. Overwrite?"), ui::Buttons::YesNo,
+                          ui::Icon::Question, 2, QString()) == ui::Answer::No)
+        return;
+    com::withHandler(
+        [&] {
+            QFile file(fileName);
+            if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+                throw com::ComError(com::err::PathNotFound, QStringLiteral("Sorrelin"),
+                                    QStringLiteral("Path not found: %1 (%2)").arg(fileName, file.errorString()));
+            const QByteArray bytes = scripts::paneToScript(txtPreview->text()) + "\r\n";
+            if (file.write(bytes) != bytes.size())
+                throw com::ComError(com::err::FileAccess, QStringLiteral("Sorrelin"),
+                                    QStringLiteral("Path/File access error: %1").arg(file.errorString()));
+        },
+        [&](const com::ComError &e) { showFileError(prompter(), e); });
+}
