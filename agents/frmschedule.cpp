@@ -69,6 +69,8 @@ frmSchedule::frmSchedule(ui::Prompter &prompter, QWidget *owner)
     DTPickerAT->setGeometry(90, 54, 80, 22);
     UpDownAT = timeSpin("UpDownAT", DTPickerAT, fraRun);
     UpDownAT->setGeometry(171, 54, 16, 22);
+    DTPickerAT->setEnabled(false);
+    UpDownAT->setEnabled(false);
     const char *const days[7][2] = {{"chkMon", "&Mon"}, {"chkTues", "Tu&es"}, {"chkWed", "We&d"}, {"chkThur", "Th&ur"},
                                     {"chkFri", "&Fri"}, {"chkSat", "Sa&t"},   {"chkSun", "&Sun"}};
     for (int i = 0; i < 7; ++i) {
