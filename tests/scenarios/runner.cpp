@@ -1,7 +1,7 @@
 // Runs one scenario file against sorrelin-driver: "> command" lines go to
 // the driver, and the check lines after one test its answer:
 //   = PATH VALUE     the value at PATH equals the JSON VALUE
-//   ~ PATH TEXT      the text at PATH contains TEXT
+//   ~ PATH TEXT      the text at PATH contains TEXT (a JSON string if quoted)
 //   # PATH COUNT     the list at PATH has COUNT members
 //   ! PATH           there is nothing at PATH
 // PATH is dotted (forms.frmMain.caption, prompts.0.text); a list member can
@@ -177,8 +177,12 @@ int main(int argc, char *argv[])
             want = expected;
             ok = doc.array().at(0) == actual;
         } else if (kind == QLatin1Char('~')) {
+            // A quoted text is a JSON string, so that it can hold "\r".
+            QString part = expected;
+            if (part.startsWith(QLatin1Char('"')))
+                part = QJsonDocument::fromJson("[" + expected.toUtf8() + "]").array().at(0).toString();
             want = QStringLiteral("a text containing ") + expected;
-            ok = actual.isString() && actual.toString().contains(expected);
+            ok = actual.isString() && actual.toString().contains(part);
         } else if (kind == QLatin1Char('!')) {
             want = QStringLiteral("nothing");
             ok = actual.isUndefined();

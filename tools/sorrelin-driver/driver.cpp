@@ -124,7 +124,8 @@ Driver::~Driver()
 
 void Driver::take(const QString &line)
 {
-    m_lines.enqueue(line);
+    // "{home}" stands for the driver's temporary folder.
+    m_lines.enqueue(QString(line).replace(QLatin1String("{home}"), m_home));
     if (!m_busy)
         next();
 }
