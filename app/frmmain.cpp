@@ -138,10 +138,21 @@ void frmMain::createActions()
     make("mnuEditFind", "&Find...", nullptr, [] {})->setVisible(false);
     make("mnuEditReplace", "&Replace...", nullptr, [] {})->setVisible(false);
 
-    make("mnuViewFolderTree", "&Folder Tree", nullptr, &frmMain::mnuViewFolderTree_Click)->setCheckable(true);
-    make("mnuViewPreview", "Script Pre&view", nullptr, &frmMain::mnuViewPreview_Click)->setCheckable(true);
-    make("mnuViewToolbar", "&Toolbar", nullptr, &frmMain::mnuViewToolbar_Click)->setCheckable(true);
-    make("mnuViewStatusBar", "Status &Bar", nullptr, &frmMain::mnuViewStatusBar_Click)->setCheckable(true);
+    // The view entries carry check marks that their commands set; a click
+    // on one must not flip the mark before the command looks at it.
+    const auto toggle = [this, &make](const char *name, const char *caption, void (frmMain::*handler)()) {
+        QAction *a = make(name, caption, nullptr, [] {});
+        a->setCheckable(true);
+        disconnect(a, &QAction::triggered, nullptr, nullptr);
+        connect(a, &QAction::triggered, this, [this, a, handler](bool checked) {
+            a->setChecked(!checked);
+            (this->*handler)();
+        });
+    };
+    toggle("mnuViewFolderTree", "&Folder Tree", &frmMain::mnuViewFolderTree_Click);
+    toggle("mnuViewPreview", "Script Pre&view", &frmMain::mnuViewPreview_Click);
+    toggle("mnuViewToolbar", "&Toolbar", &frmMain::mnuViewToolbar_Click);
+    toggle("mnuViewStatusBar", "Status &Bar", &frmMain::mnuViewStatusBar_Click);
     for (const char *name : {"mnuViewFolderTree", "mnuViewPreview", "mnuViewToolbar", "mnuViewStatusBar"})
         action(QString::fromLatin1(name))->setChecked(true);
     make("mnuViewSetFont", "Set &Font...", nullptr, &frmMain::mnuViewSetFont);

@@ -526,9 +526,12 @@ void Driver::run(const QString &line)
                 grid->selectRow(row);
             });
         }
-        auto *grid = qobject_cast<QTableWidget *>(Inspector::findControl(f, w.value(1)));
+        QObject *control = Inspector::findControl(f, w.value(1));
+        if (auto *tree = qobject_cast<controls::SSTree *>(control))
+            return act([tree] { Q_EMIT tree->DblClick(); });
+        auto *grid = qobject_cast<QTableWidget *>(control);
         if (!grid)
-            return fail(QStringLiteral("no grid %1 in %2").arg(w.value(1), w.value(0)));
+            return fail(QStringLiteral("no grid or tree %1 in %2").arg(w.value(1), w.value(0)));
         return act([grid] { Q_EMIT grid->cellDoubleClicked(qMax(grid->currentRow(), 0), 0); });
     }
     if (command == QLatin1String("close")) {
