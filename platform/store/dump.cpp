@@ -136,10 +136,17 @@ private:
                                          {QStringLiteral("at"), clock(b.value(10).toInt())}});
                 stateId = b.value(4);
             } else {
+                // Without a binding the class is known only from the handler
+                // field; one that doesn't read back the same stays a plain
+                // hidden message.
+                const QString handlerField = QString::fromLatin1(field(id, mapi::PR_HANDLER).toByteArray());
+                const QString classId = events::registryForm(handlerField);
+                if (classId.isEmpty() || events::memoryOrderHex(classId) != handlerField)
+                    continue;
                 agent.insert(QStringLiteral("binding"), false);
-                agent.insert(QStringLiteral("handler"),
-                             events::registryForm(QString::fromLatin1(field(id, mapi::PR_HANDLER).toByteArray())));
+                agent.insert(QStringLiteral("handler"), classId);
             }
+            m_claimed.insert(id.toLongLong());
             const QVariant state =
                 stateId.isNull() ? QVariant()
                                  : m_db.scalar(QStringLiteral("SELECT id FROM messages WHERE entry_id = ?"), {stateId});
@@ -161,7 +168,7 @@ private:
         while (m.next()) {
             const qint64 id = m.value(0).toLongLong();
             const QString cls = m.value(1).toString();
-            if (hidden && (cls == mapi::kBindingClass || m_claimed.contains(id)))
+            if (hidden && m_claimed.contains(id))
                 continue; // part of an agent
             QJsonObject message{{QStringLiteral("subject"), m.value(2).toString()},
                                 {QStringLiteral("class"), cls},
