@@ -72,6 +72,9 @@ std::unique_ptr<Database> Database::open(const QString &path)
     db->connect();
     db->checkIntegrity();
     db->run(QStringLiteral("PRAGMA journal_mode = WAL"));
+    // With the write-ahead log a killed process still leaves a consistent
+    // store; only a crash of the whole system may lose the last writes.
+    db->run(QStringLiteral("PRAGMA synchronous = NORMAL"));
     return db;
 }
 
