@@ -26,6 +26,20 @@ std::optional<events::Binding> findBinding(events::Bindings &bindings, const QSt
     return std::nullopt;
 }
 
+std::optional<Agent> findAgent(mapi::Session &session, events::Events &events, const QString &entryId,
+                               const QString &storeId)
+{
+    try {
+        AgentFolder folder = openAgentFolder(session, events, entryId, storeId);
+        std::optional<events::Binding> binding = findBinding(folder.bindings(), entryId);
+        if (!binding)
+            return std::nullopt;
+        return Agent{std::move(folder), *binding};
+    } catch (const com::ComError &) {
+        return std::nullopt;
+    }
+}
+
 QString handlerName(events::Events &events, const events::EventSource &source, const events::Binding &binding)
 {
     const events::Host host = events.Hosts().Item(source.HostName());

@@ -29,6 +29,17 @@ AgentFolder openMessageFolder(mapi::Session &session, events::Events &events, co
 /// collection's own order, or nothing.
 std::optional<events::Binding> findBinding(events::Bindings &bindings, const QString &entryId);
 
+/// An agent's folder and its binding.
+struct Agent {
+    AgentFolder folder;
+    events::Binding binding;
+};
+
+/// Opens the agent's folder and finds its binding; nothing when either
+/// can't be had.
+std::optional<Agent> findAgent(mapi::Session &session, events::Events &events, const QString &entryId,
+                               const QString &storeId);
+
 /// The display name of a binding's handler on the source's host; empty when
 /// no handler there has its class.
 QString handlerName(events::Events &events, const events::EventSource &source, const events::Binding &binding);

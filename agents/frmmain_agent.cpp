@@ -39,19 +39,16 @@ void frmMain::mnuFileAgentProperties_Click()
         return;
     com::ResumeNext routine;
     SetHourglass(true);
-    std::optional<agents::AgentFolder> agent;
-    routine.step([&] {
-        agent.emplace(agents::openAgentFolder(*m_program.gobjSession, *m_program.gobjEvents, strEntryID, strStoreID));
-    });
-    std::optional<events::Binding> binding;
-    if (agent)
-        routine.step([&] { binding = agents::findBinding(agent->bindings(), strEntryID); });
-    if (!binding) {
+    std::optional<agents::Agent> found =
+        agents::findAgent(*m_program.gobjSession, *m_program.gobjEvents, strEntryID, strStoreID);
+    if (!found) {
         prompter().msgBox(QStringLiteral("Can't open properties for this agent.\r") + kNoBinding, ui::Buttons::OK,
                           ui::Icon::Stop, 1, QString());
         SetHourglass(false);
         return;
     }
+    agents::AgentFolder *agent = &found->folder;
+    events::Binding *binding = &found->binding;
     const QString handler =
         routine.value<QString>([&] { return agents::handlerName(*m_program.gobjEvents, agent->source, *binding); });
 
@@ -96,18 +93,15 @@ void frmMain::mnuFileDelete_Click()
                           ui::Buttons::YesNo, ui::Icon::Question, 1, QString()) == ui::Answer::No)
         return;
     com::ResumeNext routine;
-    std::optional<agents::AgentFolder> agent;
-    routine.step([&] {
-        agent.emplace(agents::openAgentFolder(*m_program.gobjSession, *m_program.gobjEvents, strEntryID, strStoreID));
-    });
-    std::optional<events::Binding> binding;
-    if (agent)
-        routine.step([&] { binding = agents::findBinding(agent->bindings(), strEntryID); });
-    if (!binding) {
+    std::optional<agents::Agent> found =
+        agents::findAgent(*m_program.gobjSession, *m_program.gobjEvents, strEntryID, strStoreID);
+    if (!found) {
         prompter().msgBox(QStringLiteral("Can't delete this agent.\r") + kNoBinding, ui::Buttons::OK,
                           ui::Icon::Stop, 1, QString());
         return;
     }
+    agents::AgentFolder *agent = &found->folder;
+    events::Binding *binding = &found->binding;
     // The state message of this binding only.
     std::optional<mapi::Message> state;
     routine.step([&] {

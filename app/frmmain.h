@@ -159,7 +159,6 @@ public:
 protected:
     void closeEvent(QCloseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -170,6 +169,8 @@ private:
     void createTabs();
     void createInstallTab(QWidget *page);
     void connectTree();
+    /// Shows or hides the tree or the pane; the last of the two stays.
+    void toggleView(const QString &entryName, const QString &buttonName, QWidget *view, const QString &otherEntry);
     void setNodeCommands(int image);
     void setPaneNotice(const QString &text);
     /// Adds the folders below `folder` to both trees, depth first.

@@ -74,11 +74,6 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event)
     return QMainWindow::eventFilter(watched, event);
 }
 
-void frmMain::keyPressEvent(QKeyEvent *event)
-{
-    QMainWindow::keyPressEvent(event);
-}
-
 void frmMain::Form_Resize()
 {
     if (isMinimized())
@@ -122,12 +117,12 @@ void frmMain::PositionForm(QWidget *form)
         form->move(frame.topLeft());
 }
 
-void frmMain::mnuViewFolderTree_Click()
+void frmMain::toggleView(const QString &entryName, const QString &buttonName, QWidget *view,
+                         const QString &otherEntry)
 {
-    QAction *entry = action(QStringLiteral("mnuViewFolderTree"));
-    QAction *button = action(QStringLiteral("tbToolBar.ViewFolder"));
-    const bool paneShown = action(QStringLiteral("mnuViewPreview"))->isChecked();
-    if (entry->isChecked() && !paneShown) {
+    QAction *entry = action(entryName);
+    QAction *button = action(buttonName);
+    if (entry->isChecked() && !action(otherEntry)->isChecked()) {
         // The last view can't go.
         button->setChecked(true);
         QApplication::beep();
@@ -135,37 +130,28 @@ void frmMain::mnuViewFolderTree_Click()
     }
     if (entry->isChecked()) {
         entry->setChecked(false);
-        treOutl->hide();
+        view->hide();
     } else {
         entry->setChecked(true);
-        treOutl->show();
-        treOutl->setFocus();
+        view->show();
+        if (view == treOutl)
+            treOutl->setFocus();
         treOutl_NodeClick(treOutl->selectedItem());
     }
     button->setChecked(entry->isChecked());
     Form_Resize();
 }
 
+void frmMain::mnuViewFolderTree_Click()
+{
+    toggleView(QStringLiteral("mnuViewFolderTree"), QStringLiteral("tbToolBar.ViewFolder"), treOutl,
+               QStringLiteral("mnuViewPreview"));
+}
+
 void frmMain::mnuViewPreview_Click()
 {
-    QAction *entry = action(QStringLiteral("mnuViewPreview"));
-    QAction *button = action(QStringLiteral("tbToolBar.ViewPreview"));
-    const bool treeShown = action(QStringLiteral("mnuViewFolderTree"))->isChecked();
-    if (entry->isChecked() && !treeShown) {
-        button->setChecked(true);
-        QApplication::beep();
-        return;
-    }
-    if (entry->isChecked()) {
-        entry->setChecked(false);
-        txtPreview->hide();
-    } else {
-        entry->setChecked(true);
-        txtPreview->show();
-        treOutl_NodeClick(treOutl->selectedItem());
-    }
-    button->setChecked(entry->isChecked());
-    Form_Resize();
+    toggleView(QStringLiteral("mnuViewPreview"), QStringLiteral("tbToolBar.ViewPreview"), txtPreview,
+               QStringLiteral("mnuViewFolderTree"));
 }
 
 void frmMain::mnuViewToolbar_Click()

@@ -2,12 +2,12 @@
 // Installation tab, the refresh after it included, on a large store.
 //   bench_install [STORE.db]
 #include "app/frmmain.h"
+#include "bench/benchstore.h"
 #include "app/program.h"
 #include "navigation/nodekinds.h"
 #include "platform/controls/ssdbgrid.h"
 #include "platform/controls/sstree.h"
 #include "platform/mapi/profiles.h"
-#include "platform/store/generate.h"
 #include "platform/ui/scriptedprompter.h"
 
 #include <QApplication>
@@ -18,27 +18,13 @@
 #include <QTemporaryDir>
 
 #include <cstdio>
-#include <sys/resource.h>
 
 int main(int argc, char *argv[])
 {
     QTemporaryDir dir;
-    for (const char *var : {"XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_DATA_HOME"})
-        qputenv(var, QFile::encodeName(dir.path()));
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    bench::prepareEnvironment(dir);
     QApplication app(argc, argv);
-    QString path = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString();
-    if (path.isEmpty()) {
-        path = dir.filePath(QStringLiteral("bench.db"));
-        store::GenerateOptions o;
-        o.stores = 4;
-        o.folders = 20000;
-        o.agents = 5000;
-        o.hidden = 2000;
-        o.messages = 20000;
-        store::generateStore(o, path);
-    }
+    const QString path = bench::benchStore(argc, argv, dir);
     const QString script = dir.filePath(QStringLiteral("agent.vbs"));
     QFile file(script);
     file.open(QIODevice::WriteOnly);
@@ -73,12 +59,10 @@ int main(int argc, char *argv[])
     form.cmdInstall_Click();
     const double ms = t.nsecsElapsed() / 1e6;
     const QList<ui::PromptRecord> prompts = prompter.takePrompts();
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
     std::printf("installed in %d folders with the refresh after it: %.0f ms (%.2f ms a folder)\n"
                 "closing message: %s\npeak memory: %ld MB\n",
                 rows, ms, ms / rows, qPrintable(prompts.isEmpty() ? QString() : prompts.last().text),
-                usage.ru_maxrss / 1024);
+                bench::peakMemoryMB());
     form.close();
     return 0;
 }

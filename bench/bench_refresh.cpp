@@ -2,10 +2,10 @@
 // folder tree, on a large store; prints the peak memory.
 //   bench_refresh [STORE.db]
 #include "app/frmmain.h"
+#include "bench/benchstore.h"
 #include "platform/controls/sstree.h"
 #include "app/program.h"
 #include "platform/mapi/profiles.h"
-#include "platform/store/generate.h"
 #include "platform/ui/scriptedprompter.h"
 
 #include <QApplication>
@@ -15,27 +15,13 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <sys/resource.h>
 
 int main(int argc, char *argv[])
 {
     QTemporaryDir dir;
-    for (const char *var : {"XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_DATA_HOME"})
-        qputenv(var, QFile::encodeName(dir.path()));
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    bench::prepareEnvironment(dir);
     QApplication app(argc, argv);
-    QString path = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString();
-    if (path.isEmpty()) {
-        path = dir.filePath(QStringLiteral("bench.db"));
-        store::GenerateOptions o;
-        o.stores = 4;
-        o.folders = 20000;
-        o.agents = 5000;
-        o.hidden = 2000;
-        o.messages = 20000;
-        store::generateStore(o, path);
-    }
+    const QString path = bench::benchStore(argc, argv, dir);
     mapi::writeProfile(mapi::Profile{QStringLiteral("Bench"), QStringLiteral("Alice Admin"), path});
     ui::ScriptedPrompter prompter;
     prompter.setDefaultProfile(QStringLiteral("Bench"));
@@ -55,10 +41,8 @@ int main(int argc, char *argv[])
         refreshes.push_back(t.nsecsElapsed() / 1e6);
     }
     std::sort(refreshes.begin(), refreshes.end());
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
     std::printf("tree nodes: %d\nstart to shown window: %.0f ms\nrefresh: median %.0f ms (5 runs)\npeak memory: %ld MB\n",
-                program.gfrmMain->treOutl->count(), start, refreshes.at(2), usage.ru_maxrss / 1024);
+                program.gfrmMain->treOutl->count(), start, refreshes.at(2), bench::peakMemoryMB());
     program.gfrmMain->close();
     return 0;
 }

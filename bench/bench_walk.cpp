@@ -2,10 +2,10 @@
 // tree classifies it: rights, event source, hidden message count.
 //   bench_walk [STORE.db]    (without a store, one of 20,000 folders and
 //                             5,000 agents is generated in a temporary folder)
+#include "bench/benchstore.h"
 #include "navigation/folderclass.h"
 #include "platform/events/events.h"
 #include "platform/mapi/session.h"
-#include "platform/store/generate.h"
 #include "platform/ui/scriptedprompter.h"
 
 #include <QCoreApplication>
@@ -42,20 +42,7 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     QTemporaryDir dir;
-    QString path = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString();
-    if (path.isEmpty()) {
-        path = dir.filePath(QStringLiteral("bench.db"));
-        QElapsedTimer t;
-        t.start();
-        store::GenerateOptions o;
-        o.stores = 4;
-        o.folders = 20000;
-        o.agents = 5000;
-        o.hidden = 2000;
-        o.messages = 20000;
-        store::generateStore(o, path);
-        std::printf("generated 20000 folders, 5000 agents in %.0f ms\n", double(t.elapsed()));
-    }
+    const QString path = bench::benchStore(argc, argv, dir);
     std::vector<double> opens, walks;
     int folders = 0, withAgents = 0;
     for (int run = 0; run < 5; ++run) {

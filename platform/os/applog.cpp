@@ -1,5 +1,7 @@
 #include "platform/os/applog.h"
 
+#include "platform/com/escapes.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -11,43 +13,6 @@
 
 namespace os {
 
-namespace {
-
-QString escape(const QString &text)
-{
-    QString out;
-    out.reserve(text.size());
-    for (const QChar c : text) {
-        if (c == QLatin1Char('\\'))
-            out += QStringLiteral("\\\\");
-        else if (c == QLatin1Char('\r'))
-            out += QStringLiteral("\\r");
-        else if (c == QLatin1Char('\n'))
-            out += QStringLiteral("\\n");
-        else if (c == QLatin1Char('\t'))
-            out += QStringLiteral("\\t");
-        else
-            out += c;
-    }
-    return out;
-}
-
-QString unescape(const QString &text)
-{
-    QString out;
-    for (int i = 0; i < text.size(); ++i) {
-        const QChar c = text.at(i);
-        if (c != QLatin1Char('\\') || i + 1 == text.size()) {
-            out += c;
-            continue;
-        }
-        const QChar n = text.at(++i);
-        out += n == QLatin1Char('r') ? QChar(u'\r') : n == QLatin1Char('n') ? QChar(u'\n') : n == QLatin1Char('t') ? QChar(u'\t') : n;
-    }
-    return out;
-}
-
-} // namespace
 
 QString ApplicationLog::defaultPath()
 {
@@ -62,7 +27,7 @@ ApplicationLog::ApplicationLog(QString path) : m_path(std::move(path)) {}
 QString formatLogLine(const LogRecord &r)
 {
     return r.time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")) + QLatin1Char('\t') + QString::number(r.type) +
-           QLatin1Char('\t') + escape(r.source) + QLatin1Char('\t') + escape(r.text);
+           QLatin1Char('\t') + com::escapeLine(r.source) + QLatin1Char('\t') + com::escapeLine(r.text);
 }
 
 bool parseLogLine(const QString &line, LogRecord &r)
@@ -73,8 +38,8 @@ bool parseLogLine(const QString &line, LogRecord &r)
     bool ok = false;
     r.time = QDateTime::fromString(parts.at(0), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
     r.type = parts.at(1).toInt(&ok);
-    r.source = unescape(parts.at(2));
-    r.text = unescape(parts.at(3));
+    r.source = com::unescapeLine(parts.at(2));
+    r.text = com::unescapeLine(parts.at(3));
     return ok && r.time.isValid();
 }
 
@@ -90,7 +55,7 @@ bool ApplicationLog::LogEvent(const QString &text, int type, const QString &sour
     if (QFileInfo::exists(QStringLiteral("/dev/log"))) {
         const int priority = type == kLogError ? LOG_ERR : type == 2 ? LOG_WARNING : LOG_INFO;
         syslog(LOG_USER | priority, "%s: %s", source.toLocal8Bit().constData(),
-               escape(text).toLocal8Bit().constData());
+               com::escapeLine(text).toLocal8Bit().constData());
     }
 #endif
     return written;

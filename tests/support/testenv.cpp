@@ -1,5 +1,7 @@
 #include "tests/support/testenv.h"
 
+#include "platform/os/userfolders.h"
+
 #include <QDir>
 #include <QStandardPaths>
 
@@ -8,15 +10,7 @@ namespace testsupport {
 TestHome::TestHome()
 {
     QStandardPaths::setTestModeEnabled(true);
-    const QString root = m_dir.path();
-    for (const char *sub : {"config", "state", "data", "cache", "tmp", "home"})
-        QDir(root).mkpath(QString::fromLatin1(sub));
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(root + QStringLiteral("/config")));
-    qputenv("XDG_STATE_HOME", QFile::encodeName(root + QStringLiteral("/state")));
-    qputenv("XDG_DATA_HOME", QFile::encodeName(root + QStringLiteral("/data")));
-    qputenv("XDG_CACHE_HOME", QFile::encodeName(root + QStringLiteral("/cache")));
-    qputenv("TMPDIR", QFile::encodeName(root + QStringLiteral("/tmp")));
-    qputenv("HOME", QFile::encodeName(root + QStringLiteral("/home")));
+    os::redirectUserFolders(m_dir.path());
 }
 
 TestHome::~TestHome() = default;

@@ -1,24 +1,55 @@
+// The store tool as a user runs it: exit codes, what goes to standard output
+// and standard error, and that a failed command leaves no file behind.
+#include "platform/os/applog.h"
+#include "platform/store/database.h"
+#include "platform/store/fixture.h"
 #include "tests/support/testenv.h"
 
+#include <QDir>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QtTest>
 
+#include <memory>
+
 namespace {
 
-struct Run {
+struct Result {
     int code = -1;
     QString out;
     QString err;
 };
 
-Run storeTool(const QStringList &arguments)
+const QString kUsage = QStringLiteral("Usage: sorrelin-store");
+
+/// The agents of a dumped folder, found by its names from the store down.
+QJsonObject dumpedFolder(const QJsonObject &dump, const QStringList &path)
 {
-    QProcess p;
-    p.start(QStringLiteral(SORRELIN_STORE_TOOL), arguments);
-    p.waitForFinished(60000);
-    return Run{p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
+    for (const QJsonValue &s : dump.value(QStringLiteral("stores")).toArray()) {
+        if (s[QStringLiteral("name")].toString() != path.first())
+            continue;
+        QJsonArray level = s[QStringLiteral("folders")].toArray();
+        QJsonObject found;
+        for (int i = 1; i < path.size(); ++i) {
+            found = {};
+            for (const QJsonValue &f : level)
+                if (f[QStringLiteral("name")].toString() == path.at(i))
+                    found = f.toObject();
+            level = found.value(QStringLiteral("folders")).toArray();
+        }
+        return found;
+    }
+    return {};
+}
+
+QJsonObject named(const QJsonArray &list, const QString &member, const QString &name)
+{
+    for (const QJsonValue &v : list)
+        if (v[member].toString() == name)
+            return v.toObject();
+    return {};
 }
 
 } // namespace
@@ -27,108 +58,404 @@ class TestStoreTool : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void init() { m_home = std::make_unique<testsupport::TestHome>(); }
+    void cleanup() { m_home.reset(); }
+
     void misuse_data();
     void misuse();
-    void badFixtureLeavesNoFile();
-    void loadTreeDumpLoad();
-    void serviceWrites();
+    void helpListsEveryCommand();
+    void badFixture_data();
+    void badFixture();
+    void jsonSyntaxErrorNamesLineAndColumn();
+    void existingTargetIsRefused();
+    void badStore_data();
+    void badStore();
+    void loadThenDumpGivesTheStore();
+    void treeShowsEveryKindOfNode();
+    void setLog_data();
+    void setLog();
+    void unknownAgentChangesNothing();
+    void routingWrites();
+    void badMapChangesNothing();
+    void generateMakesTheSizesAsked();
+    void logPrintsTheApplicationLog();
 
 private:
-    testsupport::TestHome m_home;
+    Result tool(const QStringList &args, const QByteArray &input = {}) const
+    {
+        QProcess p;
+        p.setWorkingDirectory(m_home->path());
+        p.start(QStringLiteral(SORRELIN_STORE_TOOL), args);
+        if (!p.waitForStarted())
+            return {};
+        p.write(input);
+        p.closeWriteChannel();
+        p.waitForFinished(120000);
+        return {p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1, QString::fromUtf8(p.readAllStandardOutput()),
+                QString::fromUtf8(p.readAllStandardError())};
+    }
+
+    QString write(const QString &name, const QByteArray &bytes) const
+    {
+        QFile f(m_home->file(name));
+        if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
+            qFatal("could not write a test file");
+        return f.fileName();
+    }
+
+    /// A store made from the demo profile's fixture.
+    QString demoStore() const
+    {
+        const QString path = m_home->file(QStringLiteral("demo.db"));
+        store::loadFixture(testsupport::sourceDir() + QStringLiteral("/share/demo.json"), path);
+        return path;
+    }
+
+    QJsonObject dump(const QString &path) const { return store::dumpStore(*store::Database::open(path)); }
+
+    /// Every file of the temporary home's top folder.
+    QStringList files() const { return QDir(m_home->path()).entryList(QDir::Files | QDir::Hidden); }
+
+    std::unique_ptr<testsupport::TestHome> m_home;
 };
 
 void TestStoreTool::misuse_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("nothing") << QStringList{} << 2 << "Usage: sorrelin-store";
-    QTest::newRow("unknown command") << QStringList{QStringLiteral("frobnicate")} << 2 << "unknown command";
-    QTest::newRow("load without target") << QStringList{QStringLiteral("load"), QStringLiteral("x.json")} << 2
-                                         << "expected 2 argument(s)";
-    QTest::newRow("generate with a bad number")
-        << QStringList{QStringLiteral("generate"), QStringLiteral("g.db"), QStringLiteral("--folders"), QStringLiteral("many")}
-        << 2 << "--folders must be a whole number";
-    QTest::newRow("generate with an unknown option")
-        << QStringList{QStringLiteral("generate"), QStringLiteral("g.db"), QStringLiteral("--colour"), QStringLiteral("1")}
-        << 2 << "unknown option --colour";
-    QTest::newRow("tree of a missing store") << QStringList{QStringLiteral("tree"), QStringLiteral("/no/such.db")} << 1
-                                             << "does not exist";
+    QTest::addColumn<QStringList>("args");
+    QTest::addColumn<QString>("says");
+    QTest::newRow("nothing") << QStringList{} << kUsage;
+    QTest::newRow("unknown command") << QStringList{QStringLiteral("frobnicate")} << QStringLiteral("frobnicate");
+    QTest::newRow("load without a target") << QStringList{QStringLiteral("load"), QStringLiteral("x.json")} << kUsage;
+    QTest::newRow("load with too much")
+        << QStringList{QStringLiteral("load"), QStringLiteral("x.json"), QStringLiteral("x.db"), QStringLiteral("y")}
+        << kUsage;
+    QTest::newRow("dump without a store") << QStringList{QStringLiteral("dump")} << kUsage;
+    QTest::newRow("tree without a store") << QStringList{QStringLiteral("tree")} << kUsage;
+    QTest::newRow("generate without a store") << QStringList{QStringLiteral("generate")} << kUsage;
+    QTest::newRow("generate, word for a number")
+        << QStringList{QStringLiteral("generate"), QStringLiteral("g.db"), QStringLiteral("--folders"),
+                       QStringLiteral("many")}
+        << QStringLiteral("many");
+    QTest::newRow("generate, unknown option")
+        << QStringList{QStringLiteral("generate"), QStringLiteral("g.db"), QStringLiteral("--colour"), QStringLiteral("3")}
+        << QStringLiteral("--colour");
+    QTest::newRow("generate, option without value")
+        << QStringList{QStringLiteral("generate"), QStringLiteral("g.db"), QStringLiteral("--agents")}
+        << QStringLiteral("--agents");
+    QTest::newRow("generate, negative size")
+        << QStringList{QStringLiteral("generate"), QStringLiteral("g.db"), QStringLiteral("--folders"),
+                       QStringLiteral("-5")}
+        << QStringLiteral("--folders");
+    QTest::newRow("set-log without a log")
+        << QStringList{QStringLiteral("set-log"), QStringLiteral("s.db"), QStringLiteral("\\A\\B\\C")} << kUsage;
+    QTest::newRow("add-map without rows")
+        << QStringList{QStringLiteral("add-map"), QStringLiteral("s.db"), QStringLiteral("ID")} << kUsage;
+    QTest::newRow("add-instance, word for the RUI")
+        << QStringList{QStringLiteral("add-instance"), QStringLiteral("s.db"), QStringLiteral("ID"),
+                       QStringLiteral("seven"), QStringLiteral("Running"), QStringLiteral("2")}
+        << QStringLiteral("seven");
+    QTest::newRow("add-instance, word for the row")
+        << QStringList{QStringLiteral("add-instance"), QStringLiteral("s.db"), QStringLiteral("ID"), QStringLiteral("7"),
+                       QStringLiteral("Running"), QStringLiteral("second")}
+        << QStringLiteral("second");
+    QTest::newRow("add-votes without votes")
+        << QStringList{QStringLiteral("add-votes"), QStringLiteral("s.db"), QStringLiteral("ID")} << kUsage;
 }
 
 void TestStoreTool::misuse()
 {
-    QFETCH(QStringList, arguments);
-    QFETCH(int, code);
-    QFETCH(QString, message);
-    const Run r = storeTool(arguments);
-    QCOMPARE(r.code, code);
-    QVERIFY2(r.err.contains(message), qPrintable(r.err));
-    QVERIFY(r.out.isEmpty());
+    QFETCH(QStringList, args);
+    QFETCH(QString, says);
+    const Result r = tool(args);
+    QCOMPARE(r.code, 2);
+    QVERIFY2(r.err.contains(says), qPrintable(r.err));
+    QVERIFY2(r.err.contains(kUsage), qPrintable(r.err));
+    QCOMPARE(r.out, QString());
+    // A misused command touches nothing.
+    QCOMPARE(files(), QStringList());
 }
 
-void TestStoreTool::badFixtureLeavesNoFile()
+void TestStoreTool::helpListsEveryCommand()
 {
-    QFile bad(m_home.file(QStringLiteral("bad.json")));
-    bad.open(QIODevice::WriteOnly);
-    bad.write(R"({"user": "U", "stores": [{"name": "S", "folders": [{"name": "F", "agents": [{"name": "A", "mask": "all"}]}]}]})");
-    bad.close();
-    const QString target = m_home.file(QStringLiteral("bad.db"));
-    const Run r = storeTool({QStringLiteral("load"), bad.fileName(), target});
-    QCOMPARE(r.code, 1);
-    QVERIFY2(r.err.contains(QStringLiteral("stores[0].folders[0].agents[0].mask")), qPrintable(r.err));
-    QVERIFY(!QFile::exists(target));
+    const Result r = tool({QStringLiteral("help")});
+    QCOMPARE(r.code, 0);
+    QCOMPARE(r.err, QString());
+    for (const char *command : {"load", "dump", "tree", "generate", "set-log", "add-map", "add-instance", "add-votes",
+                                "log", "help"})
+        QVERIFY2(r.out.contains(QStringLiteral("  %1 ").arg(QLatin1String(command))), command);
+    for (const char *option : {"--stores", "--folders", "--agents", "--hidden", "--messages", "--seed"})
+        QVERIFY2(r.out.contains(QLatin1String(option)), option);
 }
 
-void TestStoreTool::loadTreeDumpLoad()
+void TestStoreTool::badFixture_data()
 {
-    const QString first = m_home.file(QStringLiteral("first.db"));
-    QCOMPARE(storeTool({QStringLiteral("load"), testsupport::fixture(QStringLiteral("agents.json")), first}).code, 0);
-    const Run tree = storeTool({QStringLiteral("tree"), first});
-    QCOMPARE(tree.code, 0);
-    QVERIFY(tree.out.contains(QStringLiteral("Current User: Tess Tester  [image 2]")));
-    QVERIFY(tree.out.contains(QStringLiteral("      Router  [image 20]")));
-    QVERIFY(!tree.out.contains(QStringLiteral("Hidden Agent")));
-    // A dump loads back to the same tree.
-    const Run dump = storeTool({QStringLiteral("dump"), first});
-    QCOMPARE(dump.code, 0);
-    QFile json(m_home.file(QStringLiteral("dump.json")));
-    json.open(QIODevice::WriteOnly);
-    json.write(dump.out.toUtf8());
-    json.close();
-    const QString second = m_home.file(QStringLiteral("second.db"));
-    QCOMPARE(storeTool({QStringLiteral("load"), json.fileName(), second}).code, 0);
-    const auto withoutKeys = [](QString text) {
-        text.remove(QRegularExpression(QStringLiteral("  [0-9A-F]{48}")));
-        return text;
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QString>("member");
+    QTest::addColumn<QString>("says");
+    const auto folderWith = [](const QByteArray &agent) {
+        return QByteArray(R"({"user": "U", "stores": [{"name": "S", "folders": [{"name": "F"}, {"name": "G", "agents": [{"name": "A"}, )") +
+               agent + "]}]}]}";
     };
-    QCOMPARE(withoutKeys(storeTool({QStringLiteral("tree"), second}).out), withoutKeys(tree.out));
+    QTest::newRow("no user") << QByteArray(R"({"stores": []})") << "user" << "missing";
+    QTest::newRow("mask too large") << folderWith(R"({"name": "B", "mask": 16})")
+                                    << "stores[0].folders[1].agents[1].mask" << "from 0 to 15";
+    QTest::newRow("mask a text") << folderWith(R"({"name": "B", "mask": "2"})")
+                                 << "stores[0].folders[1].agents[1].mask" << "from 0 to 15";
+    QTest::newRow("script beyond 8 bits") << folderWith("{\"name\": \"B\", \"script\": \"\\u20ac\"}")
+                                          << "stores[0].folders[1].agents[1].script" << "U+00FF";
+    QTest::newRow("unknown member") << folderWith(R"({"name": "B", "colour": "red"})")
+                                    << "stores[0].folders[1].agents[1].colour" << "unknown member";
+    QTest::newRow("access too large")
+        << QByteArray(R"({"user": "U", "stores": [{"name": "S", "folders": [{"name": "F", "access": 64}]}]})")
+        << "stores[0].folders[0].access" << "from 0 to 63";
 }
 
-void TestStoreTool::serviceWrites()
+void TestStoreTool::badFixture()
 {
-    const QString db = m_home.file(QStringLiteral("service.db"));
-    QCOMPARE(storeTool({QStringLiteral("load"), testsupport::fixture(QStringLiteral("agents.json")), db}).code, 0);
-    QFile log(m_home.file(QStringLiteral("log.txt")));
-    log.open(QIODevice::WriteOnly);
-    log.write("ran at 6\r\n");
-    log.close();
-    QCOMPARE(storeTool({QStringLiteral("set-log"), db, QStringLiteral("\\Mailbox - Tess Tester\\Inbox\\Router"),
-                        log.fileName()})
+    QFETCH(QByteArray, json);
+    QFETCH(QString, member);
+    QFETCH(QString, says);
+    const QString fixture = write(QStringLiteral("bad.json"), json);
+    const QStringList before = files();
+    const Result r = tool({QStringLiteral("load"), fixture, QStringLiteral("bad.db")});
+    QCOMPARE(r.code, 1);
+    QCOMPARE(r.out, QString());
+    const QString prefix = QStringLiteral("sorrelin-store: %1: %2: ").arg(fixture, member);
+    QVERIFY2(r.err.startsWith(prefix), qPrintable(r.err));
+    QVERIFY2(r.err.contains(says), qPrintable(r.err));
+    // No store, and nothing half-written beside where it would have been.
+    QCOMPARE(files(), before);
+}
+
+void TestStoreTool::jsonSyntaxErrorNamesLineAndColumn()
+{
+    const QString fixture = write(QStringLiteral("syntax.json"), "{\n  \"user\": \"U\",\n  \"stores\": [ } \n}\n");
+    const QStringList before = files();
+    const Result r = tool({QStringLiteral("load"), fixture, QStringLiteral("s.db")});
+    QCOMPARE(r.code, 1);
+    QVERIFY2(r.err.startsWith(QStringLiteral("sorrelin-store: %1:3:").arg(fixture)), qPrintable(r.err));
+    QCOMPARE(files(), before);
+}
+
+void TestStoreTool::existingTargetIsRefused()
+{
+    const QString target = write(QStringLiteral("taken.db"), "someone's file");
+    const Result r = tool({QStringLiteral("load"), testsupport::fixture(QStringLiteral("agents.json")), target});
+    QCOMPARE(r.code, 1);
+    QVERIFY2(r.err.startsWith(QStringLiteral("sorrelin-store: ")) && r.err.contains(QStringLiteral("already exists")),
+             qPrintable(r.err));
+    QFile f(target);
+    QVERIFY(f.open(QIODevice::ReadOnly));
+    QCOMPARE(f.readAll(), QByteArray("someone's file"));
+    QCOMPARE(files(), QStringList{QStringLiteral("taken.db")});
+}
+
+void TestStoreTool::badStore_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("says");
+    QTest::newRow("dump, missing") << "dump" << QByteArray() << "does not exist";
+    QTest::newRow("dump, not a database") << "dump" << QByteArray("plain text, not a store") << "not a Sorrelin store";
+    QTest::newRow("tree, missing") << "tree" << QByteArray() << "does not exist";
+    QTest::newRow("tree, not a database") << "tree" << QByteArray("plain text, not a store") << "not a Sorrelin store";
+}
+
+void TestStoreTool::badStore()
+{
+    QFETCH(QString, command);
+    QFETCH(QByteArray, content);
+    QFETCH(QString, says);
+    const QString path = m_home->file(QStringLiteral("store.db"));
+    if (!content.isNull())
+        write(QStringLiteral("store.db"), content);
+    const Result r = tool({command, path});
+    QCOMPARE(r.code, 1);
+    QCOMPARE(r.out, QString());
+    QVERIFY2(r.err.startsWith(QStringLiteral("sorrelin-store: ")) && r.err.contains(says), qPrintable(r.err));
+    QCOMPARE(QFile::exists(path), !content.isNull());
+}
+
+void TestStoreTool::loadThenDumpGivesTheStore()
+{
+    const QString fixture = testsupport::fixture(QStringLiteral("agents.json"));
+    const Result loaded = tool({QStringLiteral("load"), fixture, QStringLiteral("made.db")});
+    QCOMPARE(loaded.code, 0);
+    QCOMPARE(loaded.err, QString());
+    QCOMPARE(files(), QStringList{QStringLiteral("made.db")});
+
+    const Result dumped = tool({QStringLiteral("dump"), QStringLiteral("made.db")});
+    QCOMPARE(dumped.code, 0);
+    QJsonParseError error;
+    const QJsonDocument doc = QJsonDocument::fromJson(dumped.out.toUtf8(), &error);
+    QCOMPARE(error.error, QJsonParseError::NoError);
+    QVERIFY2(dumped.out.contains(QStringLiteral("\n    ")), "the dump is indented");
+    QCOMPARE(doc.object(), dump(m_home->file(QStringLiteral("made.db"))));
+    QCOMPARE(doc.object().value(QStringLiteral("user")).toString(), QStringLiteral("Tess Tester"));
+}
+
+void TestStoreTool::treeShowsEveryKindOfNode()
+{
+    const QString path = demoStore();
+    const Result r = tool({QStringLiteral("tree"), path});
+    QCOMPARE(r.code, 0);
+    QCOMPARE(r.err, QString());
+    const QStringList lines = r.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QVERIFY(!lines.isEmpty());
+    QVERIFY2(lines.first().startsWith(QStringLiteral("Current User: Alice Admin")), qPrintable(lines.first()));
+    QVERIFY(lines.first().contains(QStringLiteral("[image 2]")));
+    // Each kind of node of the demo profile, with its picture; the depth is
+    // the indentation.
+    const QList<std::tuple<QString, int, int>> expected = {
+        {QStringLiteral("Mailbox - Alice Admin"), 1, 1}, {QStringLiteral("Auto Reply"), 3, 19},
+        {QStringLiteral("Expense Route"), 4, 20},       {QStringLiteral("Escalation Clip"), 4, 21},
+        {QStringLiteral("Human Resources"), 3, 18},     {QStringLiteral("Announcements"), 3, 18},
+        {QStringLiteral("Outbox"), 2, 6},              {QStringLiteral("Inbox"), 2, 7},
+    };
+    for (const auto &[text, depth, image] : expected) {
+        bool found = false;
+        for (const QString &line : lines) {
+            const QString indent(depth * 2, QLatin1Char(' '));
+            if (line.startsWith(indent + text + QLatin1Char(' ')) && line.contains(QStringLiteral("[image %1]").arg(image)))
+                found = true;
+        }
+        QVERIFY2(found, qPrintable(text));
+    }
+    // No store of another provider reaches the tree.
+    QVERIFY(!r.out.contains(QStringLiteral("Personal Folders")));
+}
+
+void TestStoreTool::setLog_data()
+{
+    QTest::addColumn<bool>("byPath");
+    QTest::addColumn<bool>("fromStdin");
+    QTest::newRow("by path, from a file") << true << false;
+    QTest::newRow("by path, from standard input") << true << true;
+    QTest::newRow("by entry id, from a file") << false << false;
+}
+
+void TestStoreTool::setLog()
+{
+    QFETCH(bool, byPath);
+    QFETCH(bool, fromStdin);
+    const QString path = demoStore();
+    QString agent = QStringLiteral("\\Mailbox - Alice Admin\\Inbox\\Auto Reply");
+    if (!byPath) {
+        auto db = store::Database::open(path);
+        agent = db->scalar(QStringLiteral("SELECT entry_id FROM messages WHERE class = 'IPC.Microsoft.EventBinding'"
+                                          " AND subject = 'Auto Reply'"))
+                    .toString();
+        QVERIFY(!agent.isEmpty());
+    }
+    // Every 8-bit byte but NUL, as the service would write them.
+    QByteArray log("2026-11-23 07:00:00 Ran\r\n");
+    for (int b = 0x80; b <= 0xFF; ++b)
+        log += static_cast<char>(b);
+    const QString source = fromStdin ? QStringLiteral("-") : write(QStringLiteral("log.txt"), log);
+    const Result r = tool({QStringLiteral("set-log"), path, agent, source}, fromStdin ? log : QByteArray());
+    QCOMPARE(r.code, 0);
+    QCOMPARE(r.err, QString());
+    const QJsonObject inbox = dumpedFolder(dump(path), {QStringLiteral("Mailbox - Alice Admin"), QStringLiteral("Inbox")});
+    const QJsonObject autoReply = named(inbox[QStringLiteral("agents")].toArray(), QStringLiteral("name"),
+                                        QStringLiteral("Auto Reply"));
+    QCOMPARE(autoReply[QStringLiteral("log")].toString().toLatin1(), log);
+}
+
+void TestStoreTool::unknownAgentChangesNothing()
+{
+    const QString path = demoStore();
+    const QJsonObject before = dump(path);
+    const QString logFile = write(QStringLiteral("log.txt"), "text");
+    for (const QString &agent : {QStringLiteral("\\Mailbox - Alice Admin\\Inbox\\Nobody"),
+                                 QStringLiteral("\\No Such Store\\Inbox\\Auto Reply"), QStringLiteral("00FF00FF")}) {
+        const Result r = tool({QStringLiteral("set-log"), path, agent, logFile});
+        QCOMPARE(r.code, 1);
+        QVERIFY2(r.err.startsWith(QStringLiteral("sorrelin-store: ")) && r.err.contains(agent), qPrintable(r.err));
+    }
+    QCOMPARE(dump(path), before);
+}
+
+void TestStoreTool::routingWrites()
+{
+    const QString path = demoStore();
+    const QString message = QStringLiteral("\\Public Folders\\All Public Folders\\Expense Approvals\\Team lunch receipts");
+    const QJsonArray rows{QJsonObject{{QStringLiteral("activity"), QStringLiteral("10")},
+                                      {QStringLiteral("action"), QStringLiteral("Send")},
+                                      {QStringLiteral("flags"), QStringLiteral("0")},
+                                      {QStringLiteral("args"), QJsonArray{QStringLiteral("Manager")}}},
+                          QJsonObject{{QStringLiteral("activity"), QStringLiteral("20")},
+                                      {QStringLiteral("action"), QStringLiteral("Terminate")},
+                                      {QStringLiteral("flags"), QStringLiteral("1")},
+                                      {QStringLiteral("args"), QJsonArray{}}}};
+    const QJsonArray votes{QJsonObject{{QStringLiteral("name"), QStringLiteral("Gina Grant")},
+                                       {QStringLiteral("status"), QStringLiteral("Reject")},
+                                       {QStringLiteral("at"), QStringLiteral("2026-11-23 09:00:00")}}};
+    QCOMPARE(tool({QStringLiteral("add-map"), path, message,
+                   write(QStringLiteral("map.json"), QJsonDocument(rows).toJson())})
                  .code,
              0);
-    QCOMPARE(storeTool({QStringLiteral("add-instance"), db, QStringLiteral("\\Mailbox - Tess Tester\\Inbox\\Hello"),
-                        QStringLiteral("42"), QStringLiteral("Waiting"), QStringLiteral("3")})
+    QCOMPARE(tool({QStringLiteral("add-instance"), path, message, QStringLiteral("4711"), QStringLiteral("Waiting"),
+                   QStringLiteral("1")})
                  .code,
              0);
-    const QJsonObject dump = QJsonDocument::fromJson(storeTool({QStringLiteral("dump"), db}).out.toUtf8()).object();
-    const QJsonObject inbox = dump[QStringLiteral("stores")][0][QStringLiteral("folders")][0].toObject();
-    QCOMPARE(inbox[QStringLiteral("agents")][1][QStringLiteral("log")].toString(), QStringLiteral("ran at 6\r\n"));
-    QCOMPARE(inbox[QStringLiteral("messages")][0][QStringLiteral("instance")][QStringLiteral("rui")].toInt(), 42);
-    const Run missing = storeTool({QStringLiteral("set-log"), db, QStringLiteral("\\Mailbox - Tess Tester\\Inbox\\Nobody"),
-                                   log.fileName()});
-    QCOMPARE(missing.code, 1);
-    QVERIFY(missing.err.contains(QStringLiteral("No agent is named")));
+    QCOMPARE(tool({QStringLiteral("add-votes"), path, message, QStringLiteral("-")}, QJsonDocument(votes).toJson()).code,
+             0);
+
+    const QJsonObject folder = dumpedFolder(dump(path), {QStringLiteral("Public Folders"),
+                                                         QStringLiteral("All Public Folders"),
+                                                         QStringLiteral("Expense Approvals")});
+    const QJsonObject m =
+        named(folder[QStringLiteral("messages")].toArray(), QStringLiteral("subject"), QStringLiteral("Team lunch receipts"));
+    QCOMPARE(m[QStringLiteral("map")].toArray(), rows);
+    QCOMPARE(m[QStringLiteral("instance")].toObject(),
+             (QJsonObject{{QStringLiteral("rui"), 4711}, {QStringLiteral("status"), QStringLiteral("Waiting")},
+                          {QStringLiteral("row"), 1}}));
+    QCOMPARE(m[QStringLiteral("votes")].toArray(), votes);
+}
+
+void TestStoreTool::badMapChangesNothing()
+{
+    const QString path = demoStore();
+    const QJsonObject before = dump(path);
+    const QString message = QStringLiteral("\\Public Folders\\All Public Folders\\Expense Approvals\\Trip to Lyon");
+    for (const QByteArray &json : {QByteArray("[{\"activity\": \"10\"}, 7]"), QByteArray("{\"not\": \"a list\"}"),
+                                   QByteArray("[{\"activity\": \"10\",")}) {
+        const Result r = tool({QStringLiteral("add-map"), path, message, write(QStringLiteral("map.json"), json)});
+        QCOMPARE(r.code, 1);
+        QVERIFY2(r.err.startsWith(QStringLiteral("sorrelin-store: ")), qPrintable(r.err));
+    }
+    QCOMPARE(dump(path), before);
+}
+
+void TestStoreTool::generateMakesTheSizesAsked()
+{
+    const Result r = tool({QStringLiteral("generate"), QStringLiteral("big.db"), QStringLiteral("--stores"),
+                           QStringLiteral("3"), QStringLiteral("--folders"), QStringLiteral("400"),
+                           QStringLiteral("--agents"), QStringLiteral("90"), QStringLiteral("--hidden"),
+                           QStringLiteral("30"), QStringLiteral("--messages"), QStringLiteral("70"),
+                           QStringLiteral("--seed"), QStringLiteral("11")});
+    QCOMPARE(r.code, 0);
+    QCOMPARE(r.err, QString());
+    QCOMPARE(files(), QStringList{QStringLiteral("big.db")});
+    auto db = store::Database::open(m_home->file(QStringLiteral("big.db")));
+    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM stores")).toInt(), 3);
+    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM folders WHERE parent IS NOT NULL")).toInt(), 400);
+    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM bindings")).toInt(), 90);
+    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM messages WHERE hidden = 0")).toInt(), 70);
+}
+
+void TestStoreTool::logPrintsTheApplicationLog()
+{
+    os::ApplicationLog log;
+    QVERIFY(log.LogEvent(QStringLiteral("Installed Auto Reply in \\Mailbox - Alice Admin\\Inbox"), os::kLogInformation));
+    QVERIFY(log.LogEvent(QStringLiteral("Could not install in \\Public Folders\\Favorites"), os::kLogError));
+    const Result r = tool({QStringLiteral("log")});
+    QCOMPARE(r.code, 0);
+    QStringList expected;
+    for (const os::LogRecord &record : log.read())
+        expected << os::formatLogLine(record);
+    QCOMPARE(expected.size(), 2);
+    QCOMPARE(r.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts), expected);
 }
 
 QTEST_GUILESS_MAIN(TestStoreTool)

@@ -1,6 +1,7 @@
 #include "tools/sorrelin-driver/driver.h"
 
 #include "app/basregistry.h"
+#include "platform/com/escapes.h"
 #include "app/frmmain.h"
 #include "platform/controls/sstree.h"
 #include "platform/mapi/profiles.h"
@@ -30,30 +31,6 @@
 namespace driver {
 
 namespace {
-
-QString unescape(const QString &text)
-{
-    QString out;
-    for (int i = 0; i < text.size(); ++i) {
-        const QChar c = text.at(i);
-        if (c != QLatin1Char('\\') || i + 1 == text.size()) {
-            out += c;
-            continue;
-        }
-        const QChar n = text.at(++i);
-        if (n == QLatin1Char('r'))
-            out += QLatin1Char('\r');
-        else if (n == QLatin1Char('n'))
-            out += QLatin1Char('\n');
-        else if (n == QLatin1Char('t'))
-            out += QLatin1Char('\t');
-        else if (n == QLatin1Char('0'))
-            out += QChar(u'\0');
-        else
-            out += n;
-    }
-    return out;
-}
 
 /// Splits off the first `count` words; the rest of the line is the last.
 QStringList words(const QString &text, int count)
@@ -262,7 +239,7 @@ void Driver::reg(const QString &rest, bool remove)
             r.RegCloseKey(h);
         }
     } else {
-        basRegistry::SetKeyValue(r, root, key, name, unescape(w.at(2)), registry::REG_SZ);
+        basRegistry::SetKeyValue(r, root, key, name, com::unescapeLine(w.at(2)), registry::REG_SZ);
     }
     reply(QJsonObject{{QStringLiteral("ok"), true}});
 }
@@ -330,7 +307,7 @@ void Driver::run(const QString &line)
     if (command == QLatin1String("reg-get"))
         return regGet(rest);
     if (command == QLatin1String("answer")) {
-        m_prompter.enqueue(unescape(rest));
+        m_prompter.enqueue(com::unescapeLine(rest));
         return reply(QJsonObject{{QStringLiteral("ok"), true}});
     }
     if (command == QLatin1String("state"))
@@ -487,7 +464,7 @@ void Driver::run(const QString &line)
     if (command == QLatin1String("type")) {
         const QStringList w = words(rest, 3);
         QObject *o = Inspector::findControl(form(w.value(0)), w.value(1));
-        const QString text = unescape(w.value(2));
+        const QString text = com::unescapeLine(w.value(2));
         if (auto *pane = qobject_cast<QPlainTextEdit *>(o)) {
             if (pane->isReadOnly())
                 return fail(QStringLiteral("%1 is locked").arg(w.value(1)));

@@ -2,6 +2,8 @@
 // fixture, and takes one command a line on standard input.
 #include "tools/sorrelin-driver/driver.h"
 
+#include "platform/os/userfolders.h"
+
 #include <QApplication>
 #include <QDir>
 #include <QTemporaryDir>
@@ -35,19 +37,6 @@ protected:
     }
 };
 
-/// Points every folder the program writes to into `home`.
-void useHome(const QString &home)
-{
-    for (const char *sub : {"config", "state", "data", "cache", "tmp", "home"})
-        QDir(home).mkpath(QString::fromLatin1(sub));
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(home + QStringLiteral("/config")));
-    qputenv("XDG_STATE_HOME", QFile::encodeName(home + QStringLiteral("/state")));
-    qputenv("XDG_DATA_HOME", QFile::encodeName(home + QStringLiteral("/data")));
-    qputenv("XDG_CACHE_HOME", QFile::encodeName(home + QStringLiteral("/cache")));
-    qputenv("TMPDIR", QFile::encodeName(home + QStringLiteral("/tmp")));
-    qputenv("HOME", QFile::encodeName(home + QStringLiteral("/home")));
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
@@ -58,7 +47,7 @@ int main(int argc, char *argv[])
             keep = QString::fromLocal8Bit(argv[i + 1]);
     QTemporaryDir temporary;
     const QString home = keep.isEmpty() ? temporary.path() : QDir(keep).absolutePath();
-    useHome(home);
+    os::redirectUserFolders(home);
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
 

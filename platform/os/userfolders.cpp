@@ -1,0 +1,21 @@
+#include "platform/os/userfolders.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace os {
+
+void redirectUserFolders(const QString &root)
+{
+    const std::pair<const char *, const char *> folders[] = {
+        {"XDG_CONFIG_HOME", "config"}, {"XDG_STATE_HOME", "state"}, {"XDG_DATA_HOME", "data"},
+        {"XDG_CACHE_HOME", "cache"},   {"TMPDIR", "tmp"},           {"HOME", "home"},
+    };
+    for (const auto &[variable, sub] : folders) {
+        const QString path = root + QLatin1Char('/') + QString::fromLatin1(sub);
+        QDir().mkpath(path);
+        qputenv(variable, QFile::encodeName(path));
+    }
+}
+
+} // namespace os

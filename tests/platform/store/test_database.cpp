@@ -1,0 +1,175 @@
+// Opening a store: every kind of bad file is refused with a clear error and
+// left as it was; writes are all or nothing.
+#include "platform/store/database.h"
+#include "platform/store/fixture.h"
+#include "tests/support/testenv.h"
+
+#include <QtTest>
+
+#include <memory>
+
+class TestDatabase : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_home = std::make_unique<testsupport::TestHome>(); }
+    void cleanup() { m_home.reset(); }
+    void badStore_data();
+    void badStore();
+    void createRefusesAFile();
+    void transactionRollsBack();
+    void nestedTransactionJoinsTheOuter();
+    void entryIdsAreUpperCaseAndStable();
+
+private:
+    QByteArray read(const QString &path) const
+    {
+        QFile f(path);
+        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+    }
+
+    std::unique_ptr<testsupport::TestHome> m_home;
+};
+
+void TestDatabase::badStore_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<int>("number");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("missing") << "missing" << com::err::NotFound << "does not exist";
+    QTest::newRow("a folder") << "folder" << com::err::Corrupt << "is not a Sorrelin store";
+    QTest::newRow("empty file") << "empty" << com::err::Corrupt << "is not a Sorrelin store";
+    QTest::newRow("text file") << "text" << com::err::Corrupt << "is not a Sorrelin store";
+    QTest::newRow("another database") << "foreign" << com::err::Corrupt << "is not a Sorrelin store";
+    QTest::newRow("no schema version") << "unversioned" << com::err::Corrupt << "no schema version";
+    QTest::newRow("other version") << "version" << com::err::Corrupt << "is of version 99; this program reads version 1";
+    QTest::newRow("truncated") << "truncated" << com::err::Corrupt << "is damaged";
+}
+
+void TestDatabase::badStore()
+{
+    QFETCH(QString, kind);
+    QFETCH(int, number);
+    QFETCH(QString, message);
+    const QString path = m_home->file(QStringLiteral("store.db"));
+    const auto writeFile = [&](const QByteArray &bytes) {
+        QFile f(path);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write(bytes);
+    };
+    if (kind == QLatin1String("folder")) {
+        QVERIFY(QDir(m_home->path()).mkdir(QStringLiteral("store.db")));
+    } else if (kind == QLatin1String("empty")) {
+        writeFile(QByteArray());
+    } else if (kind == QLatin1String("text")) {
+        writeFile("just some text, no database at all");
+    } else if (kind == QLatin1String("foreign")) {
+        // An SQLite database of some other program.
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("foreign"));
+        db.setDatabaseName(path);
+        QVERIFY(db.open());
+        QSqlQuery(QStringLiteral("CREATE TABLE recipes(name TEXT)"), db).exec();
+        db.close();
+        db = QSqlDatabase();
+        QSqlDatabase::removeDatabase(QStringLiteral("foreign"));
+    } else if (kind == QLatin1String("unversioned")) {
+        store::Database::create(path)->run(QStringLiteral("DELETE FROM meta"));
+    } else if (kind == QLatin1String("version")) {
+        store::Database::create(path)->setMeta(QStringLiteral("schema"), QStringLiteral("99"));
+    } else if (kind == QLatin1String("truncated")) {
+        store::loadFixture(testsupport::fixture(QStringLiteral("agents.json")), path);
+        QFile f(path);
+        QVERIFY(f.size() > 8192);
+        QVERIFY(f.resize(f.size() / 2));
+    }
+    const QByteArray before = read(path);
+    const QStringList filesBefore = QDir(m_home->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    try {
+        store::Database::open(path);
+        QFAIL("a bad store opened");
+    } catch (const com::ComError &e) {
+        QCOMPARE(e.number(), number);
+        QVERIFY2(e.description().contains(path), qPrintable(e.description()));
+        QVERIFY2(e.description().contains(message), qPrintable(e.description()));
+    }
+    // The file is left as it was, and nothing is made beside it.
+    QCOMPARE(read(path), before);
+    QCOMPARE(QDir(m_home->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), filesBefore);
+}
+
+void TestDatabase::createRefusesAFile()
+{
+    const QString path = m_home->file(QStringLiteral("taken.db"));
+    {
+        QFile f(path);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write("mine");
+    }
+    QVERIFY_THROWS_EXCEPTION(com::ComError, store::Database::create(path));
+    QCOMPARE(read(path), QByteArray("mine"));
+}
+
+void TestDatabase::transactionRollsBack()
+{
+    const auto db = store::Database::create(m_home->file(QStringLiteral("t.db")));
+    try {
+        db->transaction([&] {
+            db->setMeta(QStringLiteral("probe"), QStringLiteral("1"));
+            throw com::ComError(1, QStringLiteral("test"), QStringLiteral("stop"));
+        });
+        QFAIL("the error did not come through");
+    } catch (const com::ComError &e) {
+        QCOMPARE(e.description(), QStringLiteral("stop"));
+    }
+    QCOMPARE(db->meta(QStringLiteral("probe")), QString());
+    // The store is still usable after the rollback.
+    db->transaction([&] { db->setMeta(QStringLiteral("probe"), QStringLiteral("2")); });
+    QCOMPARE(db->meta(QStringLiteral("probe")), QStringLiteral("2"));
+}
+
+void TestDatabase::nestedTransactionJoinsTheOuter()
+{
+    const auto db = store::Database::create(m_home->file(QStringLiteral("n.db")));
+    try {
+        db->transaction([&] {
+            db->transaction([&] { db->setMeta(QStringLiteral("inner"), QStringLiteral("1")); });
+            throw com::ComError(1, QStringLiteral("test"), QStringLiteral("outer fails"));
+        });
+    } catch (const com::ComError &) {
+    }
+    QCOMPARE(db->meta(QStringLiteral("inner")), QString());
+}
+
+void TestDatabase::entryIdsAreUpperCaseAndStable()
+{
+    const QString path = m_home->file(QStringLiteral("ids.db"));
+    store::loadFixture(testsupport::fixture(QStringLiteral("agents.json")), path);
+    QStringList first;
+    {
+        const auto db = store::Database::open(path);
+        QSqlQuery q = db->run(QStringLiteral("SELECT entry_id FROM folders UNION ALL SELECT entry_id FROM messages"
+                                             " UNION ALL SELECT store_id FROM stores"));
+        while (q.next())
+            first << q.value(0).toString();
+    }
+    QVERIFY(first.size() > 20);
+    QCOMPARE(QSet<QString>(first.begin(), first.end()).size(), first.size());
+    for (const QString &id : first) {
+        QVERIFY2(!id.isEmpty() && id == id.toUpper(), qPrintable(id));
+        bool hex = true;
+        for (const QChar c : id)
+            hex = hex && QStringLiteral("0123456789ABCDEF").contains(c);
+        QVERIFY2(hex, qPrintable(id));
+    }
+    // Opened again, the store gives the same identifiers.
+    const auto db = store::Database::open(path);
+    QSqlQuery q = db->run(QStringLiteral("SELECT entry_id FROM folders UNION ALL SELECT entry_id FROM messages"
+                                         " UNION ALL SELECT store_id FROM stores"));
+    QStringList again;
+    while (q.next())
+        again << q.value(0).toString();
+    QCOMPARE(again, first);
+}
+
+QTEST_GUILESS_MAIN(TestDatabase)
+#include "test_database.moc"
