@@ -25,7 +25,6 @@ private Q_SLOTS:
     void plausibleTree();
     void agentsAreWhole();
     void existingTargetIsRefused();
-    void largeStoreIsQuick();
 
 private:
     QString generate(const store::GenerateOptions &o, const QString &name) const
@@ -203,22 +202,6 @@ void TestGenerate::existingTargetIsRefused()
     QVERIFY(f.open(QIODevice::ReadOnly));
     QCOMPARE(f.readAll(), QByteArray("mine"));
     QCOMPARE(QDir(m_home->path()).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("taken.db")});
-}
-
-void TestGenerate::largeStoreIsQuick()
-{
-    // The benchmark's size: it must take seconds, not minutes. The bound is
-    // generous so that a busy machine doesn't fail it.
-    store::GenerateOptions o;
-    o.folders = 20000;
-    o.agents = 5000;
-    QElapsedTimer timer;
-    timer.start();
-    const QString path = generate(o, QStringLiteral("large.db"));
-    QVERIFY2(timer.elapsed() < 30000, qPrintable(QString::number(timer.elapsed())));
-    const auto db = store::Database::open(path);
-    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM folders WHERE parent IS NOT NULL")).toInt(), 20000);
-    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM bindings")).toInt(), 5000);
 }
 
 QTEST_GUILESS_MAIN(TestGenerate)
