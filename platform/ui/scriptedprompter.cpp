@@ -222,17 +222,16 @@ QString ScriptedPrompter::chooseProfile(const ProfileChoice &choice)
     r.text = choice.profiles.join(QLatin1Char('\n'));
     r.extra.insert(QStringLiteral("default"), choice.defaultProfile);
     r.extra.insert(QStringLiteral("offerDemo"), choice.offerDemo);
-    QString answer;
-    if (m_answers.isEmpty()) {
-        answer = !m_defaultProfile.isEmpty() ? m_defaultProfile
-                 : choice.offerDemo          ? choice.demoProfile
-                                             : choice.defaultProfile;
-    } else {
-        answer = m_answers.dequeue();
-    }
+    // With nothing queued, or "OK", the dialog takes the profile it offers.
+    const QString offered = !m_defaultProfile.isEmpty() ? m_defaultProfile
+                            : choice.offerDemo          ? choice.demoProfile
+                                                        : choice.defaultProfile;
+    QString answer = m_answers.isEmpty() ? offered : m_answers.dequeue();
     r.answer = answer;
     m_prompts << r;
-    return answer == QLatin1String("Cancel") ? QString() : answer;
+    if (answer == QLatin1String("Cancel"))
+        return QString();
+    return answer == QLatin1String("OK") ? offered : answer;
 }
 
 } // namespace ui

@@ -33,11 +33,20 @@ namespace driver {
 namespace {
 
 /// Splits off the first `count` words; the rest of the line is the last.
+/// A word in double quotes may hold blanks ("Windows NT\CurrentVersion").
 QStringList words(const QString &text, int count)
 {
     QStringList out;
     QString rest = text.trimmed();
     while (out.size() < count - 1 && !rest.isEmpty()) {
+        if (rest.startsWith(QLatin1Char('"'))) {
+            const qsizetype close = rest.indexOf(QLatin1Char('"'), 1);
+            if (close > 0) {
+                out << rest.mid(1, close - 1);
+                rest = rest.mid(close + 1).trimmed();
+                continue;
+            }
+        }
         const qsizetype blank = rest.indexOf(QLatin1Char(' '));
         if (blank < 0) {
             out << rest;
