@@ -2,6 +2,7 @@
 // the keys the window sees before its controls.
 #include "app/frmmain.h"
 
+#include "app/positionform.h"
 #include "app/program.h"
 #include "platform/controls/sstree.h"
 #include "scripts/scriptpane.h"
@@ -106,15 +107,14 @@ void frmMain::Form_Resize()
 
 void frmMain::PositionForm(QWidget *form)
 {
-    // Centre the window in what the taskbar leaves of the screen.
     const QScreen *screen = form->screen();
     if (!screen)
         return;
-    const QRect area = screen->availableGeometry();
-    QRect frame = form->frameGeometry();
-    frame.moveCenter(area.center());
-    if (!form->isMaximized())
-        form->move(frame.topLeft());
+    const QRect taskbar = app::taskbarRect(screen->geometry(), screen->availableGeometry());
+    const QSize window = form->frameGeometry().size();
+    const QPoint place = app::centredPosition(screen->geometry().size() * kTwipsPerPixel, window * kTwipsPerPixel,
+                                              taskbar, kTwipsPerPixel, kTwipsPerPixel);
+    form->move(screen->geometry().topLeft() + place / kTwipsPerPixel);
 }
 
 void frmMain::toggleView(const QString &entryName, const QString &buttonName, QWidget *view,

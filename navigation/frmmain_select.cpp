@@ -247,19 +247,11 @@ void frmMain::treOutl_KeyDown(int keyCode, int shift, bool &swallow)
 
 void frmMain::treOutl_KeyUp(int keyCode, int shift)
 {
-    QTreeWidgetItem *selected = treOutl->selectedItem();
-    Q_UNUSED(selected);
-    switch (keyCode) {
-    case 116: // F5
-        RefreshFolders();
-        break;
-    case 46: // Delete
+    // F5 reaches the refresh through the menu's own shortcut, which takes the
+    // key first; doing it again on the key's release would refresh twice.
+    Q_UNUSED(shift);
+    if (keyCode == 46) // Delete
         mnuFileDelete_Click();
-        break;
-    default:
-        Q_UNUSED(shift);
-        break;
-    }
 }
 
 void frmMain::treOutl_MouseUp(int button, const QPoint &globalPos)

@@ -6,7 +6,6 @@
 #include "tests/support/testenv.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QtTest>
 
