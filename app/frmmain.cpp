@@ -102,31 +102,38 @@ void frmMain::setEnabled(const QString &name, bool on)
 
 void frmMain::createActions()
 {
-    const auto make = [this](const char *name, const char *caption, const char *shortcut, auto handler) {
+    // An entry of the menus. Those made without a command are the entries
+    // whose windows (editors, lists, routing views, options, help) the
+    // program doesn't have yet: they stand where they belong and take part
+    // in the enabling, and choosing one does nothing.
+    const auto entry = [this](const char *name, const char *caption, const char *shortcut) {
         auto *a = new QAction(QString::fromLatin1(caption), this);
         a->setObjectName(QString::fromLatin1(name));
         if (shortcut)
             a->setShortcut(QKeySequence(QString::fromLatin1(shortcut)));
+        return a;
+    };
+    const auto make = [this, &entry](const char *name, const char *caption, const char *shortcut, auto handler) {
+        QAction *a = entry(name, caption, shortcut);
         connect(a, &QAction::triggered, this, handler);
         return a;
     };
     make("mnuFileNew", "&New Script...", "Ctrl+N", &frmMain::mnuFileNew_Click);
-    make("mnuFileOpen", "&Open Script", "Ctrl+O", [this] { tbToolBar_ButtonClick(QStringLiteral("Open")); });
+    entry("mnuFileOpen", "&Open Script", "Ctrl+O");
     make("mnuFileOpenFolder", "Open &Folder", "F3", &frmMain::mnuFileOpenFolder_Click);
     make("mnuFileSave", "&Save Script", "Ctrl+S", &frmMain::mnuFileSave_Click);
     make("mnuFileSaveAs", "Save Script &As...", nullptr, &frmMain::mnuFileSaveAs_Click);
     // Del deletes an agent from the tree only (its key-up there), never a
     // character of the pane: the entry shows the key without owning it.
     make("mnuFileDelete", "Dele&te Agent\tDel", nullptr, &frmMain::mnuFileDelete_Click);
-    make("mnuFileAgentLog", "Agent &Log", "F2", [this] { tbToolBar_ButtonClick(QStringLiteral("Log")); });
+    entry("mnuFileAgentLog", "Agent &Log", "F2");
     make("mnuFileAgentProperties", "Agent P&roperties", "F8", &frmMain::mnuFileAgentProperties_Click);
     make("mnuFolderProperties", "Folder Propert&ies", "F4", &frmMain::mnuFolderProperties_Click);
-    make("mnuFileRouteMap", "Route &Map", "F11", [] {});
-    make("mnuFileProcInst", "Process Instan&ces...", "F12", [] {});
-    make("mnuFileExport", "&Export Agent List...", nullptr, [] {});
-    make("mnuFileInstalledAgents", "I&nstalled Agents", nullptr,
-         [this] { tbToolBar_ButtonClick(QStringLiteral("Installed")); });
-    make("mnuFileSend", "Sen&d...", nullptr, [this] { tbToolBar_ButtonClick(QStringLiteral("Send")); });
+    entry("mnuFileRouteMap", "Route &Map", "F11");
+    entry("mnuFileProcInst", "Process Instan&ces...", "F12");
+    entry("mnuFileExport", "&Export Agent List...", nullptr);
+    entry("mnuFileInstalledAgents", "I&nstalled Agents", nullptr);
+    entry("mnuFileSend", "Sen&d...", nullptr);
     make("mnuFileExit", "E&xit", nullptr, &frmMain::mnuFileExit_Click);
 
     make("mnuEditUndo", "&Undo", "Ctrl+Z", &frmMain::mnuEditUndo_Click);
@@ -135,15 +142,14 @@ void frmMain::createActions()
     make("mnuEditPaste", "&Paste", "Ctrl+V", &frmMain::mnuEditPaste_Click);
     make("mnuEditSelectAll", "Select &All", "Ctrl+A", &frmMain::mnuEditSelectAll_Click);
     make("mnuEditTimeDate", "Time/&Date", "Ctrl+T", &frmMain::mnuEditTimeDate_Click)->setVisible(false);
-    make("mnuEditFind", "&Find...", nullptr, [] {})->setVisible(false);
-    make("mnuEditReplace", "&Replace...", nullptr, [] {})->setVisible(false);
+    entry("mnuEditFind", "&Find...", nullptr)->setVisible(false);
+    entry("mnuEditReplace", "&Replace...", nullptr)->setVisible(false);
 
     // The view entries carry check marks that their commands set; a click
     // on one must not flip the mark before the command looks at it.
-    const auto toggle = [this, &make](const char *name, const char *caption, void (frmMain::*handler)()) {
-        QAction *a = make(name, caption, nullptr, [] {});
+    const auto toggle = [this, &entry](const char *name, const char *caption, void (frmMain::*handler)()) {
+        QAction *a = entry(name, caption, nullptr);
         a->setCheckable(true);
-        disconnect(a, &QAction::triggered, nullptr, nullptr);
         connect(a, &QAction::triggered, this, [this, a, handler](bool checked) {
             a->setChecked(!checked);
             (this->*handler)();
@@ -160,12 +166,12 @@ void frmMain::createActions()
     make("mnuViewIncrease", "&Increase Font Size", "F7", &frmMain::mnuViewIncrease_Click);
     make("mnuViewFavorite", "Set Fa&vorite Folder", "F9", &frmMain::mnuViewFavorite_Click);
     make("mnuViewRefresh", "&Refresh Folder List", "F5", &frmMain::mnuViewRefresh_Click);
-    make("mnuViewOptions", "&Options...", nullptr, [] {});
+    entry("mnuViewOptions", "&Options...", nullptr);
 
-    make("mnuHelpContents", "&Contents", nullptr, [] {});
-    make("mnuHelpSearch", "&Search For Help On...", nullptr, [] {});
-    make("mnuHelpTechSupport", "&Technical Support", nullptr, [] {});
-    make("mnuHelpAbout", "&About Sorrelin", nullptr, [] {});
+    entry("mnuHelpContents", "&Contents", nullptr);
+    entry("mnuHelpSearch", "&Search For Help On...", nullptr);
+    entry("mnuHelpTechSupport", "&Technical Support", nullptr);
+    entry("mnuHelpAbout", "&About Sorrelin", nullptr);
 }
 
 void frmMain::createMenus()
