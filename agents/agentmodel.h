@@ -42,6 +42,7 @@ std::optional<Agent> findAgent(mapi::Session &session, events::Events &events, c
 
 /// The display name of a binding's handler on the source's host; empty when
 /// no handler there has its class.
-QString handlerName(events::Events &events, const events::EventSource &source, const events::Binding &binding);
+QString handlerName(events::Events &events, const events::EventSource &source,
+                    const events::Binding &binding);
 
 } // namespace agents

@@ -42,15 +42,15 @@ void frmMain::mnuFileAgentProperties_Click()
     std::optional<agents::Agent> found =
         agents::findAgent(*m_program.gobjSession, *m_program.gobjEvents, strEntryID, strStoreID);
     if (!found) {
-        prompter().msgBox(QStringLiteral("Can't open properties for this agent.\r") + kNoBinding, ui::Buttons::OK,
-                          ui::Icon::Stop, 1, QString());
+        prompter().msgBox(QStringLiteral("Can't open properties for this agent.\r") + kNoBinding,
+                          ui::Buttons::OK, ui::Icon::Stop, 1, QString());
         SetHourglass(false);
         return;
     }
     agents::AgentFolder *agent = &found->folder;
     events::Binding *binding = &found->binding;
-    const QString handler =
-        routine.value<QString>([&] { return agents::handlerName(*m_program.gobjEvents, agent->source, *binding); });
+    const QString handler = routine.value<QString>(
+        [&] { return agents::handlerName(*m_program.gobjEvents, agent->source, *binding); });
 
     frmProperties form(*this);
     const int mask = binding->EventMask();

@@ -120,8 +120,8 @@ void frmMain::cmdScript_Click()
     CommonDialog1.flags = 4100;
     CommonDialog1.cancelError = true;
     CommonDialog1.initDir = app::appPath();
-    CommonDialog1.dialogTitle =
-        routing ? QStringLiteral("Open Exchange Routing Agent") : QStringLiteral("Open Exchange Scripting Agent");
+    CommonDialog1.dialogTitle = routing ? QStringLiteral("Open Exchange Routing Agent")
+                                        : QStringLiteral("Open Exchange Scripting Agent");
     CommonDialog1.fileName = routing ? QStringLiteral("Routing.vbs") : QStringLiteral("New Agent.vbs");
     if (!prompter().showOpen(CommonDialog1))
         return;
@@ -193,20 +193,23 @@ void frmMain::cmdFolder_Click()
         switch (SSTree::image(node)) {
         case navigation::kImageStore:
         case navigation::kImageRoot:
-            prompter().msgBox(QStringLiteral("Agents cannot be installed in folder\r") + path, ui::Buttons::OK,
-                              ui::Icon::Stop, 1, QString());
+            prompter().msgBox(QStringLiteral("Agents cannot be installed in folder\r") + path,
+                              ui::Buttons::OK, ui::Icon::Stop, 1, QString());
             break;
         case navigation::kImageFolder:
         case navigation::kImageFolderWithAgents:
-            SSDBTarget->AddItem(path + QLatin1Char('\t') + SSTree::key(node) + QLatin1Char('\t') + SSTree::tag(node));
+            SSDBTarget->AddItem(path + QLatin1Char('\t') + SSTree::key(node) + QLatin1Char('\t') +
+                                SSTree::tag(node));
             break;
         default:
             if (navigation::isUnderFavorites(SSTree::fullPath(node), user))
-                prompter().msgBox(QStringLiteral("Cannot install agents under Favorites.\rSelect the source folder."),
-                                  ui::Buttons::OK, ui::Icon::Stop, 1, QString());
+                prompter().msgBox(
+                    QStringLiteral("Cannot install agents under Favorites.\rSelect the source folder."),
+                    ui::Buttons::OK, ui::Icon::Stop, 1, QString());
             else
-                prompter().msgBox(QStringLiteral("You do not have permissions to install agents in folder\r") + path,
-                                  ui::Buttons::OK, ui::Icon::Stop, 1, QString());
+                prompter().msgBox(
+                    QStringLiteral("You do not have permissions to install agents in folder\r") + path,
+                    ui::Buttons::OK, ui::Icon::Stop, 1, QString());
             break;
         }
     }
@@ -217,18 +220,22 @@ void frmMain::cmdInstall_Click()
 {
     const int rows = SSDBTarget->Rows();
     // A routing agent's fields are not checked.
-    if (!chkRouting->isChecked() && (txtSource->text().isEmpty() || txtAgentName->text().isEmpty() || rows == 0)) {
+    if (!chkRouting->isChecked() &&
+        (txtSource->text().isEmpty() || txtAgentName->text().isEmpty() || rows == 0)) {
         prompter().msgBox(QStringLiteral("Must specify source script, agent name, and target folder(s)."),
                           ui::Buttons::OK, ui::Icon::Stop, 1, QString());
         return;
     }
     const QString path = SSDBTarget->cellText(0, 0);
-    QString question = QStringLiteral("Install ") + txtSource->text().toLower() + QStringLiteral("\ras agent '") +
-                       txtAgentName->text() + QStringLiteral("' in \r") + path;
+    QString question = QStringLiteral("Install ") + txtSource->text().toLower() +
+                       QStringLiteral("\ras agent '") + txtAgentName->text() + QStringLiteral("' in \r") +
+                       path;
     question += rows > 1 ? QStringLiteral("\rand additional selected folders?") : QStringLiteral("?");
-    if (!chkScheduled->isChecked() && !chkNew->isChecked() && !chkUpdate->isChecked() && !chkDelete->isChecked()) {
-        if (prompter().msgBox(QStringLiteral("You have not selected any events to run for this agent. Continue?"),
-                              ui::Buttons::YesNo, ui::Icon::Question, 2, QString()) == ui::Answer::No)
+    if (!chkScheduled->isChecked() && !chkNew->isChecked() && !chkUpdate->isChecked() &&
+        !chkDelete->isChecked()) {
+        if (prompter().msgBox(
+                QStringLiteral("You have not selected any events to run for this agent. Continue?"),
+                ui::Buttons::YesNo, ui::Icon::Question, 2, QString()) == ui::Answer::No)
             return;
     }
     if (prompter().msgBox(question, ui::Buttons::YesNo, ui::Icon::Question, 1, QString()) == ui::Answer::No)
@@ -262,15 +269,16 @@ bool frmMain::InstallScript(const QString &strFilePath, const QString &strAgentN
             if (chkScheduled->checkState() == Qt::Checked)
                 agents::writeSchedule(binding);
             binding.setName(strAgentName);
-            const int16_t mask = chkRouting->isChecked()
-                                     ? 15
-                                     : static_cast<int16_t>((chkScheduled->isChecked() ? 1 : 0) +
-                                                            (chkNew->isChecked() ? 2 : 0) +
-                                                            (chkUpdate->isChecked() ? 4 : 0) +
-                                                            (chkDelete->isChecked() ? 8 : 0));
+            const int16_t mask =
+                chkRouting->isChecked()
+                    ? 15
+                    : static_cast<int16_t>((chkScheduled->isChecked() ? 1 : 0) +
+                                           (chkNew->isChecked() ? 2 : 0) + (chkUpdate->isChecked() ? 4 : 0) +
+                                           (chkDelete->isChecked() ? 8 : 0));
             binding.setActive(mask != 0);
             binding.setEventMask(mask);
-            binding.setHandlerClassID(chkRouting->isChecked() ? events::kRoutingHandler : events::kScriptHandler);
+            binding.setHandlerClassID(chkRouting->isChecked() ? events::kRoutingHandler
+                                                              : events::kScriptHandler);
             binding.SaveChanges();
             mapi::Message message = session.GetMessage(binding.EntryID(), QString());
             // The file is read anew for every folder, byte for byte.
@@ -284,14 +292,15 @@ bool frmMain::InstallScript(const QString &strFilePath, const QString &strAgentN
             message.Update();
             binding.SaveCustomChanges(message);
             source.SaveChanges();
-            log.LogEvent(generalDate() + QLatin1Char(' ') + txtAgentName->text() + QStringLiteral(" installed in ") +
-                             targetPath,
+            log.LogEvent(generalDate() + QLatin1Char(' ') + txtAgentName->text() +
+                             QStringLiteral(" installed in ") + targetPath,
                          os::kLogInformation);
         },
         [&](const com::ComError &e) {
             log.LogEvent(generalDate() + QLatin1Char(' ') + txtAgentName->text() +
-                             QStringLiteral(" installation failure. ") + e.source() + QStringLiteral(" Error#: ") +
-                             QString::number(e.number()) + QStringLiteral(" Description: ") + e.description(),
+                             QStringLiteral(" installation failure. ") + e.source() +
+                             QStringLiteral(" Error#: ") + QString::number(e.number()) +
+                             QStringLiteral(" Description: ") + e.description(),
                          os::kLogError);
         });
     return !ok;

@@ -161,9 +161,11 @@ void frmProperties::closingSteps()
 void frmProperties::cmdOK_Click()
 {
     ui::Prompter &prompter = m_main.prompter();
-    if (!chkScheduled->isChecked() && !chkNew->isChecked() && !chkUpdate->isChecked() && !chkDelete->isChecked()) {
-        if (prompter.msgBox(QStringLiteral("You have not selected any events to run for this agent. Continue?"),
-                            ui::Buttons::YesNo, ui::Icon::Question, 2, QString()) == ui::Answer::No)
+    if (!chkScheduled->isChecked() && !chkNew->isChecked() && !chkUpdate->isChecked() &&
+        !chkDelete->isChecked()) {
+        if (prompter.msgBox(
+                QStringLiteral("You have not selected any events to run for this agent. Continue?"),
+                ui::Buttons::YesNo, ui::Icon::Question, 2, QString()) == ui::Answer::No)
             return;
         blnDirty = true;
     }
@@ -181,9 +183,10 @@ void frmProperties::cmdOK_Click()
     com::withHandler([&] { saveChanges(); },
                      [&](const com::ComError &e) {
                          if (e.number() == com::err::PermissionDenied)
-                             prompter.msgBox(QStringLiteral("You do not have author or above permission for Event "
-                                                            "scripting.\rPlease contact your Exchange Administrator."),
-                                             ui::Buttons::OK, ui::Icon::Stop, 1, QStringLiteral("Permission Denied"));
+                             prompter.msgBox(
+                                 QStringLiteral("You do not have author or above permission for Event "
+                                                "scripting.\rPlease contact your Exchange Administrator."),
+                                 ui::Buttons::OK, ui::Icon::Stop, 1, QStringLiteral("Permission Denied"));
                          else
                              prompter.msgBox(com::errorText(e, com::ErrorForm::Description), ui::Buttons::OK,
                                              ui::Icon::Information, 1, QString());
@@ -214,8 +217,9 @@ void frmProperties::saveChanges()
     if (chkScheduled->checkState() == Qt::Checked)
         agents::writeSchedule(binding);
     binding.setName(txtAgentName->text());
-    binding.setEventMask(static_cast<int16_t>((chkScheduled->isChecked() ? 1 : 0) + (chkNew->isChecked() ? 2 : 0) +
-                                              (chkUpdate->isChecked() ? 4 : 0) + (chkDelete->isChecked() ? 8 : 0)));
+    binding.setEventMask(
+        static_cast<int16_t>((chkScheduled->isChecked() ? 1 : 0) + (chkNew->isChecked() ? 2 : 0) +
+                             (chkUpdate->isChecked() ? 4 : 0) + (chkDelete->isChecked() ? 8 : 0)));
     if (blnNew) {
         binding.setHandlerClassID(events::kScriptHandler);
     } else if (SSTree::image(node) == navigation::kImageScriptAgent) {
@@ -229,7 +233,8 @@ void frmProperties::saveChanges()
         mapi::Message created = session.GetMessage(binding.EntryID(), QString());
         QFile file(m_main.CommonDialog1.fileName);
         if (!file.open(QIODevice::ReadOnly))
-            throw com::ComError(com::err::FileNotFound, QStringLiteral("Sorrelin"), QStringLiteral("File not found"));
+            throw com::ComError(com::err::FileNotFound, QStringLiteral("Sorrelin"),
+                                QStringLiteral("File not found"));
         created.Fields(mapi::PR_SCRIPT).setValue(file.readAll());
         created.setSubject(txtAgentName->text());
         created.Update();

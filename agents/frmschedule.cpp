@@ -71,8 +71,9 @@ frmSchedule::frmSchedule(ui::Prompter &prompter, QWidget *owner)
     UpDownAT->setGeometry(171, 54, 16, 22);
     DTPickerAT->setEnabled(false);
     UpDownAT->setEnabled(false);
-    const char *const days[7][2] = {{"chkMon", "&Mon"}, {"chkTues", "Tu&es"}, {"chkWed", "We&d"}, {"chkThur", "Th&ur"},
-                                    {"chkFri", "&Fri"}, {"chkSat", "Sa&t"},   {"chkSun", "&Sun"}};
+    const char *const days[7][2] = {{"chkMon", "&Mon"},   {"chkTues", "Tu&es"}, {"chkWed", "We&d"},
+                                    {"chkThur", "Th&ur"}, {"chkFri", "&Fri"},   {"chkSat", "Sa&t"},
+                                    {"chkSun", "&Sun"}};
     for (int i = 0; i < 7; ++i) {
         auto *box = new QCheckBox(QString::fromLatin1(days[i][1]), fraRun);
         box->setObjectName(QString::fromLatin1(days[i][0]));
@@ -160,8 +161,8 @@ void frmSchedule::stepTime(QLineEdit *box, int quarters)
 bool frmSchedule::eventFilter(QObject *watched, QEvent *event)
 {
     // The keypad's plus and minus step a time box like its spin control.
-    if (event->type() == QEvent::KeyPress && (watched == DTPickerAT || watched == DTPickerStart ||
-                                               watched == DTPickerEnd)) {
+    if (event->type() == QEvent::KeyPress &&
+        (watched == DTPickerAT || watched == DTPickerStart || watched == DTPickerEnd)) {
         const int code = controls::vbKeyCode(static_cast<QKeyEvent *>(event));
         if (code == 107 || code == 109) {
             stepTime(static_cast<QLineEdit *>(watched), code == 107 ? 1 : -1);
@@ -224,11 +225,12 @@ void frmSchedule::optHourly_Click()
     for (QWidget *w : {static_cast<QWidget *>(DTPickerStart), static_cast<QWidget *>(UpDownStart),
                        static_cast<QWidget *>(DTPickerEnd), static_cast<QWidget *>(UpDownEnd)})
         w->setEnabled(false);
-    for (QWidget *w : {static_cast<QWidget *>(fraOnly), static_cast<QWidget *>(optStart),
-                       static_cast<QWidget *>(optAllDay), static_cast<QWidget *>(lblEnd),
-                       static_cast<QWidget *>(optEvery), static_cast<QWidget *>(lblHrs),
-                       static_cast<QWidget *>(lblMin), static_cast<QWidget *>(txtHrs), static_cast<QWidget *>(txtMin),
-                       static_cast<QWidget *>(UpDownHrs), static_cast<QWidget *>(UpDownMin)})
+    for (QWidget *w :
+         {static_cast<QWidget *>(fraOnly), static_cast<QWidget *>(optStart),
+          static_cast<QWidget *>(optAllDay), static_cast<QWidget *>(lblEnd), static_cast<QWidget *>(optEvery),
+          static_cast<QWidget *>(lblHrs), static_cast<QWidget *>(lblMin), static_cast<QWidget *>(txtHrs),
+          static_cast<QWidget *>(txtMin), static_cast<QWidget *>(UpDownHrs),
+          static_cast<QWidget *>(UpDownMin)})
         w->setEnabled(true);
     optEvery->setChecked(true);
     for (QWidget *w : {static_cast<QWidget *>(optAt), static_cast<QWidget *>(DTPickerAT),
@@ -259,9 +261,9 @@ void frmSchedule::optDaily_Click()
 {
     if (!optDaily->isChecked())
         return;
-    runAtTime({DTPickerStart, UpDownStart, DTPickerEnd, UpDownEnd, fraOnly, optStart, optAllDay, lblEnd, optEvery,
-               lblHrs, lblMin, txtHrs, txtMin, UpDownHrs, UpDownMin, m_days[0], m_days[1], m_days[2], m_days[3],
-               m_days[4], m_days[5], m_days[6]},
+    runAtTime({DTPickerStart, UpDownStart, DTPickerEnd, UpDownEnd, fraOnly,   optStart,  optAllDay, lblEnd,
+               optEvery,      lblHrs,      lblMin,      txtHrs,    txtMin,    UpDownHrs, UpDownMin, m_days[0],
+               m_days[1],     m_days[2],   m_days[3],   m_days[4], m_days[5], m_days[6]},
               {optAt, DTPickerAT, UpDownAT, fraRun}, optEvery, optAt);
 }
 
@@ -269,10 +271,10 @@ void frmSchedule::optWeekly_Click()
 {
     if (!optWeekly->isChecked())
         return;
-    runAtTime({DTPickerStart, UpDownStart, DTPickerEnd, UpDownEnd, fraOnly, optStart, optAllDay, lblEnd, optEvery,
-               lblHrs, lblMin, txtHrs, txtMin, UpDownHrs, UpDownMin},
-              {optAt, DTPickerAT, UpDownAT, fraRun, m_days[0], m_days[1], m_days[2], m_days[3], m_days[4], m_days[5],
-               m_days[6]},
+    runAtTime({DTPickerStart, UpDownStart, DTPickerEnd, UpDownEnd, fraOnly, optStart, optAllDay, lblEnd,
+               optEvery, lblHrs, lblMin, txtHrs, txtMin, UpDownHrs, UpDownMin},
+              {optAt, DTPickerAT, UpDownAT, fraRun, m_days[0], m_days[1], m_days[2], m_days[3], m_days[4],
+               m_days[5], m_days[6]},
               optEvery, optAt);
 }
 
@@ -311,7 +313,8 @@ void frmSchedule::cmdOK_Click()
             agents::intervalRule(app::leadingNumber(txtHrs->text()), app::leadingNumber(txtMin->text()),
                                  optAllDay->isChecked(), agents::windowMinutes(start, end));
         if (r.adjusted)
-            m_prompter.msgBox(agents::adjustmentMessage(), ui::Buttons::OK, ui::Icon::Information, 1, QString());
+            m_prompter.msgBox(agents::adjustmentMessage(), ui::Buttons::OK, ui::Icon::Information, 1,
+                              QString());
         s.interval = static_cast<int16_t>(r.interval);
         if (optAllDay->isChecked()) {
             s.StartTime = QTime(0, 0);

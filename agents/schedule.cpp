@@ -131,8 +131,9 @@ QString formatBoxTime(const QTime &time)
 QTime parseBoxTime(const QString &text)
 {
     const QString t = text.trimmed().toUpper();
-    for (const QString &format : {QStringLiteral("h:mm:ss AP"), QStringLiteral("h:mm AP"), QStringLiteral("hh:mm AP"),
-                                  QStringLiteral("H:mm:ss"), QStringLiteral("H:mm")}) {
+    for (const QString &format :
+         {QStringLiteral("h:mm:ss AP"), QStringLiteral("h:mm AP"), QStringLiteral("hh:mm AP"),
+          QStringLiteral("H:mm:ss"), QStringLiteral("H:mm")}) {
         const QTime time = QLocale::c().toTime(t, format);
         if (time.isValid())
             return time;

@@ -12,10 +12,10 @@ namespace agents {
 /// schedule dialog reads and writes and the install and properties commands
 /// copy to and from a binding.
 struct udtSchedule {
-    QTime At;         ///< time of a daily or weekly run
-    int16_t Days = 0; ///< weekdays, Monday 1 ... Sunday 64
-    QTime StartTime;  ///< an hourly run's window opens
-    QTime EndTime;    ///< and closes
+    QTime At;             ///< time of a daily or weekly run
+    int16_t Days = 0;     ///< weekdays, Monday 1 ... Sunday 64
+    QTime StartTime;      ///< an hourly run's window opens
+    QTime EndTime;        ///< and closes
     int16_t interval = 0; ///< minutes between hourly runs
     int16_t Type = 0;     ///< 0 not set yet, 1 hourly, 2 daily, 3 weekly
 

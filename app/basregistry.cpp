@@ -69,8 +69,8 @@ QVariant QueryValue(HKEY root, const QString &keyName, const QString &valueName)
     return QueryValue(Registry::system(), root, keyName, valueName);
 }
 
-bool SetKeyValue(Registry &reg, HKEY root, const QString &keyName, const QString &valueName, const QVariant &value,
-                 uint32_t type)
+bool SetKeyValue(Registry &reg, HKEY root, const QString &keyName, const QString &valueName,
+                 const QVariant &value, uint32_t type)
 {
     QString name = keyName;
     if (name.startsWith(QLatin1Char('\\')))
@@ -84,7 +84,8 @@ bool SetKeyValue(Registry &reg, HKEY root, const QString &keyName, const QString
     return true;
 }
 
-bool SetKeyValue(HKEY root, const QString &keyName, const QString &valueName, const QVariant &value, uint32_t type)
+bool SetKeyValue(HKEY root, const QString &keyName, const QString &valueName, const QVariant &value,
+                 uint32_t type)
 {
     return SetKeyValue(Registry::system(), root, keyName, valueName, value, type);
 }

@@ -12,7 +12,8 @@ namespace basRegistry {
 
 /// Writes one value: type 1 as text of its own length with no NUL, type 4
 /// as a 32-bit number; any other type writes nothing and gives 0.
-long SetValueEx(registry::Registry &reg, registry::HKEY key, const QString &name, uint32_t type, const QVariant &value);
+long SetValueEx(registry::Registry &reg, registry::HKEY key, const QString &name, uint32_t type,
+                const QVariant &value);
 
 /// Reads one value into `value`; 0 on success. Another type than text or
 /// number gives -1 and leaves `value` empty.
@@ -20,13 +21,14 @@ long QueryValueEx(registry::Registry &reg, registry::HKEY key, const QString &na
 
 /// One value of a key, without one trailing NUL; empty when the key or the
 /// value is missing or anything fails. Never fails for its caller.
-QVariant QueryValue(registry::Registry &reg, registry::HKEY root, const QString &keyName, const QString &valueName);
+QVariant QueryValue(registry::Registry &reg, registry::HKEY root, const QString &keyName,
+                    const QString &valueName);
 QVariant QueryValue(registry::HKEY root, const QString &keyName, const QString &valueName);
 
 /// Writes one value, making the key and its parents; false for an empty key
 /// name or a raised error, true otherwise (a refused write included).
-bool SetKeyValue(registry::Registry &reg, registry::HKEY root, const QString &keyName, const QString &valueName,
-                 const QVariant &value, uint32_t type);
+bool SetKeyValue(registry::Registry &reg, registry::HKEY root, const QString &keyName,
+                 const QString &valueName, const QVariant &value, uint32_t type);
 bool SetKeyValue(registry::HKEY root, const QString &keyName, const QString &valueName, const QVariant &value,
                  uint32_t type);
 

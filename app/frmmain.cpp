@@ -113,7 +113,8 @@ void frmMain::createActions()
             a->setShortcut(QKeySequence(QString::fromLatin1(shortcut)));
         return a;
     };
-    const auto make = [this, &entry](const char *name, const char *caption, const char *shortcut, auto handler) {
+    const auto make = [this, &entry](const char *name, const char *caption, const char *shortcut,
+                                     auto handler) {
         QAction *a = entry(name, caption, shortcut);
         connect(a, &QAction::triggered, this, handler);
         return a;
@@ -194,14 +195,32 @@ void frmMain::createMenus()
         }
     };
     mnuFile = menu("mnuFile", "&File");
-    fill(mnuFile, {"mnuFileNew", "mnuFileOpen", "mnuFileOpenFolder", "mnuFileBar1", "mnuFileSave", "mnuFileSaveAs",
-                   "mnuFileBar2", "mnuFileDelete", "mnuFileBar3", "mnuFileAgentLog", "mnuFileAgentProperties",
-                   "mnuFolderProperties", "mnuFileBar4", "mnuFileRouteMap", "mnuFileProcInst", "mnuFileBar5",
-                   "mnuFileExport", "mnuFileInstalledAgents", "mnuFileBar6", "mnuFileSend", "mnuFileBar7",
+    fill(mnuFile, {"mnuFileNew",
+                   "mnuFileOpen",
+                   "mnuFileOpenFolder",
+                   "mnuFileBar1",
+                   "mnuFileSave",
+                   "mnuFileSaveAs",
+                   "mnuFileBar2",
+                   "mnuFileDelete",
+                   "mnuFileBar3",
+                   "mnuFileAgentLog",
+                   "mnuFileAgentProperties",
+                   "mnuFolderProperties",
+                   "mnuFileBar4",
+                   "mnuFileRouteMap",
+                   "mnuFileProcInst",
+                   "mnuFileBar5",
+                   "mnuFileExport",
+                   "mnuFileInstalledAgents",
+                   "mnuFileBar6",
+                   "mnuFileSend",
+                   "mnuFileBar7",
                    "mnuFileExit"});
     mnuEdit = menu("mnuEdit", "&Edit");
-    fill(mnuEdit, {"mnuEditUndo", "mnuEditBar1", "mnuEditCut", "mnuEditCopy", "mnuEditPaste", "mnuEditSelectAll",
-                   "mnuEditBar2", "mnuEditTimeDate", "mnuEditBar3", "mnuEditFind", "mnuEditReplace"});
+    fill(mnuEdit,
+         {"mnuEditUndo", "mnuEditBar1", "mnuEditCut", "mnuEditCopy", "mnuEditPaste", "mnuEditSelectAll",
+          "mnuEditBar2", "mnuEditTimeDate", "mnuEditBar3", "mnuEditFind", "mnuEditReplace"});
     for (const char *hidden : {"mnuEditBar2", "mnuEditBar3"})
         action(QString::fromLatin1(hidden))->setVisible(false);
     connect(mnuEdit, &QMenu::aboutToShow, this, &frmMain::mnuEdit_Click);
@@ -224,7 +243,8 @@ void frmMain::createToolBar()
     for (const ToolButton &b : kToolButtons) {
         const QString key = QString::fromLatin1(b.key);
         if (key.isEmpty()) {
-            tbToolBar->addSeparator()->setObjectName(QStringLiteral("tbToolBar.separator%1").arg(++separator));
+            tbToolBar->addSeparator()->setObjectName(
+                QStringLiteral("tbToolBar.separator%1").arg(++separator));
             continue;
         }
         QAction *a = tbToolBar->addAction(app::icons::toolbarImage(QString::fromLatin1(b.image)), key);

@@ -23,7 +23,7 @@ struct Program;
 namespace controls {
 class SSDBGrid;
 class SSTree;
-}
+} // namespace controls
 namespace mapi {
 class Folder;
 }
@@ -170,7 +170,8 @@ private:
     void createInstallTab(QWidget *page);
     void connectTree();
     /// Shows or hides the tree or the pane; the last of the two stays.
-    void toggleView(const QString &entryName, const QString &buttonName, QWidget *view, const QString &otherEntry);
+    void toggleView(const QString &entryName, const QString &buttonName, QWidget *view,
+                    const QString &otherEntry);
     void setNodeCommands(int image);
     void setPaneNotice(const QString &text);
     /// Adds the folders below `folder` to both trees, depth first.

@@ -27,10 +27,27 @@ QString readSetting(const QString &name)
 
 // The commands that wait for the first refresh when the tree starts empty.
 const char *const kRefreshCommands[] = {
-    "tbToolBar.New", "tbToolBar.Open", "tbToolBar.Save", "tbToolBar.Send", "tbToolBar.Delete",
-    "tbToolBar.Properties", "tbToolBar.Agent Properties", "mnuFileNew", "mnuFileOpen", "mnuFileSave",
-    "mnuFileSaveAs", "mnuFileDelete", "mnuFileSend", "mnuEditFind", "mnuEditReplace", "mnuFolderProperties",
-    "mnuFileAgentProperties", "mnuFileAgentLog", "mnuFileProcInst", "mnuFileRouteMap", "mnuFileExport",
+    "tbToolBar.New",
+    "tbToolBar.Open",
+    "tbToolBar.Save",
+    "tbToolBar.Send",
+    "tbToolBar.Delete",
+    "tbToolBar.Properties",
+    "tbToolBar.Agent Properties",
+    "mnuFileNew",
+    "mnuFileOpen",
+    "mnuFileSave",
+    "mnuFileSaveAs",
+    "mnuFileDelete",
+    "mnuFileSend",
+    "mnuEditFind",
+    "mnuEditReplace",
+    "mnuFolderProperties",
+    "mnuFileAgentProperties",
+    "mnuFileAgentLog",
+    "mnuFileProcInst",
+    "mnuFileRouteMap",
+    "mnuFileExport",
     "mnuFileInstalledAgents",
 };
 
@@ -44,9 +61,10 @@ bool frmMain::Form_Load()
 
     routine.step([&] { p.gobjEvents = std::make_unique<events::Events>(); });
     if (routine.failed() || !p.gobjEvents) {
-        prompter().msgBox(QStringLiteral("Could not create Microsoft Exchange Events Configuration Object Library!\r"
-                                         "Cannot start Sorrelin."),
-                          ui::Buttons::OK, ui::Icon::Stop, 1, QString());
+        prompter().msgBox(
+            QStringLiteral("Could not create Microsoft Exchange Events Configuration Object Library!\r"
+                           "Cannot start Sorrelin."),
+            ui::Buttons::OK, ui::Icon::Stop, 1, QString());
         return false;
     }
     routine.step([&] { p.gobjEvents->SetSession(p.gobjSession->MAPIOBJECT()); });
@@ -80,7 +98,8 @@ bool frmMain::Form_Load()
     p.gstrDefaultEditor = readSetting(QStringLiteral("DefaultEditor"));
     p.gstrOtherPath = readSetting(QStringLiteral("OtherPath"));
     p.gstrLocationPath = readSetting(QStringLiteral("LocationPath"));
-    p.gvarPrintDialogs = basRegistry::QueryValue(registry::HKEY_CURRENT_USER, kSettingsKey, QStringLiteral("PrintDialogs"));
+    p.gvarPrintDialogs =
+        basRegistry::QueryValue(registry::HKEY_CURRENT_USER, kSettingsKey, QStringLiteral("PrintDialogs"));
     if (p.gstrLocationPath.isEmpty())
         p.gstrLocationPath = app::appPath();
 
@@ -124,7 +143,8 @@ void frmMain::SaveRegSettings()
     com::ResumeNext routine;
     const auto write = [&](const QString &name, const QString &value) {
         routine.step([&] {
-            basRegistry::SetKeyValue(registry::HKEY_CURRENT_USER, kSettingsKey, name, value, registry::REG_SZ);
+            basRegistry::SetKeyValue(registry::HKEY_CURRENT_USER, kSettingsKey, name, value,
+                                     registry::REG_SZ);
         });
     };
     const QFont font = txtPreview->font();
@@ -134,9 +154,11 @@ void frmMain::SaveRegSettings()
     write(QStringLiteral("FontItalic"), app::yesNo(font.italic()));
     write(QStringLiteral("Maximized"), app::yesNo(isMaximized() && !isMinimized()));
     write(QStringLiteral("ViewToolbar"), app::yesNo(action(QStringLiteral("mnuViewToolbar"))->isChecked()));
-    write(QStringLiteral("ViewStatusBar"), app::yesNo(action(QStringLiteral("mnuViewStatusBar"))->isChecked()));
+    write(QStringLiteral("ViewStatusBar"),
+          app::yesNo(action(QStringLiteral("mnuViewStatusBar"))->isChecked()));
     write(QStringLiteral("ViewPreview"), app::yesNo(action(QStringLiteral("mnuViewPreview"))->isChecked()));
-    write(QStringLiteral("ViewFolders"), app::yesNo(action(QStringLiteral("mnuViewFolderTree"))->isChecked()));
+    write(QStringLiteral("ViewFolders"),
+          app::yesNo(action(QStringLiteral("mnuViewFolderTree"))->isChecked()));
     if (p.gvarPrintDialogs.isNull() || p.gvarPrintDialogs.toString().isEmpty())
         p.gvarPrintDialogs = QStringLiteral("yes");
     write(QStringLiteral("PrintDialogs"), p.gvarPrintDialogs.toString());
@@ -148,8 +170,9 @@ void frmMain::SaveRegSettings()
         p.gstrLocationPath = app::appPath();
     write(QStringLiteral("LocationPath"), p.gstrLocationPath);
     if (routine.failed())
-        prompter().msgBox(QStringLiteral("An error occurred while saving current user settings to the registry."),
-                          ui::Buttons::OK, ui::Icon::Information, 1, QString());
+        prompter().msgBox(
+            QStringLiteral("An error occurred while saving current user settings to the registry."),
+            ui::Buttons::OK, ui::Icon::Information, 1, QString());
 }
 
 void frmMain::Form_QueryUnload()

@@ -11,8 +11,8 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
-#include <QScreen>
 #include <QLabel>
+#include <QScreen>
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QToolBar>
@@ -112,8 +112,9 @@ void frmMain::PositionForm(QWidget *form)
         return;
     const QRect taskbar = app::taskbarRect(screen->geometry(), screen->availableGeometry());
     const QSize window = form->frameGeometry().size();
-    const QPoint place = app::centredPosition(screen->geometry().size() * kTwipsPerPixel, window * kTwipsPerPixel,
-                                              taskbar, kTwipsPerPixel, kTwipsPerPixel);
+    const QPoint place =
+        app::centredPosition(screen->geometry().size() * kTwipsPerPixel, window * kTwipsPerPixel, taskbar,
+                             kTwipsPerPixel, kTwipsPerPixel);
     form->move(screen->geometry().topLeft() + place / kTwipsPerPixel);
 }
 

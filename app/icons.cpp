@@ -66,7 +66,8 @@ void lines(QPainter &p, const QRectF &r, int count, const QColor &color = kGrey)
 {
     p.setPen(QPen(color, 0.9));
     for (int i = 0; i < count; ++i)
-        p.drawLine(QPointF(r.left() + 1.5, r.top() + 3 + i * 2.2), QPointF(r.right() - 1.5, r.top() + 3 + i * 2.2));
+        p.drawLine(QPointF(r.left() + 1.5, r.top() + 3 + i * 2.2),
+                   QPointF(r.right() - 1.5, r.top() + 3 + i * 2.2));
 }
 
 void envelope(QPainter &p, bool open)
@@ -135,22 +136,33 @@ const QHash<int, Draw> &treeDrawings()
         {1, book},
         {2, [](QPainter &p) { envelope(p, false); }},
         {3, [](QPainter &p) { envelope(p, true); }},
-        {4, [](QPainter &p) { folder(p, kFolder, kFolderDark); star(p, QPointF(11, 10), 3, kBlue); }},
-        {5, [](QPainter &p) { folder(p, kFolder, kFolderDark); envelope(p, false); }},
+        {4,
+         [](QPainter &p) {
+             folder(p, kFolder, kFolderDark);
+             star(p, QPointF(11, 10), 3, kBlue);
+         }},
+        {5,
+         [](QPainter &p) {
+             folder(p, kFolder, kFolderDark);
+             envelope(p, false);
+         }},
         {6, [](QPainter &p) { folder(p, kFolder, kFolderDark); }},
-        {7, [](QPainter &p) {
+        {7,
+         [](QPainter &p) {
              page(p, QRectF(5, 1, 8, 9));
              lines(p, QRectF(5, 1, 8, 8), 2);
              folder(p, kFolder, kFolderDark);
          }},
         {8, [](QPainter &p) { folder(p, QColor(0x9D, 0xB4, 0xCF), kBlue.darker(130)); }},
-        {9, [](QPainter &p) {
+        {9,
+         [](QPainter &p) {
              folder(p, kFolder, kFolderDark);
              p.setPen(QPen(kBlue, 0.8));
              p.setBrush(QColor(0xD6, 0xE6, 0xF8));
              p.drawEllipse(QPointF(10.5, 10), 3.2, 3.2);
          }},
-        {10, [](QPainter &p) {
+        {10,
+         [](QPainter &p) {
              p.setPen(QPen(kGreyDark, 0.8));
              p.setBrush(kPaper);
              p.drawRoundedRect(QRectF(1.5, 3, 13, 10), 1, 1);
@@ -158,7 +170,8 @@ const QHash<int, Draw> &treeDrawings()
              p.drawEllipse(QPointF(5, 7), 1.8, 1.8);
              lines(p, QRectF(7, 3, 7.5, 9), 3);
          }},
-        {11, [](QPainter &p) {
+        {11,
+         [](QPainter &p) {
              p.setPen(QPen(kGreyDark, 0.8));
              p.setBrush(kPaper);
              p.drawRect(QRectF(1.5, 2.5, 13, 12));
@@ -169,7 +182,8 @@ const QHash<int, Draw> &treeDrawings()
                  for (int y = 0; y < 2; ++y)
                      p.drawRect(QRectF(3 + x * 3.8, 7 + y * 3.5, 2, 2));
          }},
-        {12, [](QPainter &p) {
+        {12,
+         [](QPainter &p) {
              p.setPen(QPen(kGreyDark, 0.8));
              p.setBrush(kPaper);
              p.drawRect(QRectF(2.5, 2.5, 11, 11));
@@ -177,25 +191,29 @@ const QHash<int, Draw> &treeDrawings()
              p.drawLine(QPointF(4.5, 8), QPointF(7, 10.5));
              p.drawLine(QPointF(7, 10.5), QPointF(11.5, 4.5));
          }},
-        {13, [](QPainter &p) {
+        {13,
+         [](QPainter &p) {
              book(p);
              p.setPen(QPen(kPaper, 1));
              p.drawLine(QPointF(6, 7.5), QPointF(11, 7.5));
          }},
-        {14, [](QPainter &p) {
+        {14,
+         [](QPainter &p) {
              p.setPen(QPen(kFolderDark, 0.8));
              p.setBrush(QColor(0xFF, 0xEE, 0x8C));
              p.drawRect(QRectF(2, 2, 12, 12));
              lines(p, QRectF(2, 2, 12, 11), 3, kFolderDark);
          }},
         {15, [](QPainter &p) { envelope(p, false); }},
-        {16, [](QPainter &p) {
+        {16,
+         [](QPainter &p) {
              page(p, QRectF(3, 1.5, 10, 13));
              lines(p, QRectF(3, 2, 10, 12), 5, kBlue);
          }},
         {17, [](QPainter &p) { envelope(p, true); }},
         {18, [](QPainter &p) { folder(p, QColor(0xC4, 0xC7, 0xCC), kGreyDark); }},
-        {19, [](QPainter &p) {
+        {19,
+         [](QPainter &p) {
              page(p, QRectF(2.5, 1.5, 11, 13));
              p.setPen(QPen(kBlue, 1));
              p.drawLine(QPointF(4.5, 5), QPointF(6.5, 5));
@@ -212,14 +230,20 @@ const QHash<int, Draw> &treeDrawings()
 const QHash<QString, Draw> &toolbarDrawings()
 {
     static const QHash<QString, Draw> drawings = {
-        {QStringLiteral("New"), [](QPainter &p) { page(p, QRectF(2.5, 1.5, 10, 13)); star(p, QPointF(12, 4), 3.2, kFolder); }},
-        {QStringLiteral("OpenScript"), [](QPainter &p) {
+        {QStringLiteral("New"),
+         [](QPainter &p) {
+             page(p, QRectF(2.5, 1.5, 10, 13));
+             star(p, QPointF(12, 4), 3.2, kFolder);
+         }},
+        {QStringLiteral("OpenScript"),
+         [](QPainter &p) {
              page(p, QRectF(5, 1, 8, 9));
              lines(p, QRectF(5, 1, 8, 8), 2, kBlue);
              folder(p, kFolder, kFolderDark);
          }},
         {QStringLiteral("Open"), [](QPainter &p) { folder(p, kFolder, kFolderDark); }},
-        {QStringLiteral("Save"), [](QPainter &p) {
+        {QStringLiteral("Save"),
+         [](QPainter &p) {
              p.setPen(QPen(kBlue.darker(140), 0.8));
              p.setBrush(kBlue);
              p.drawRoundedRect(QRectF(1.5, 1.5, 13, 13), 1, 1);
@@ -228,19 +252,22 @@ const QHash<QString, Draw> &toolbarDrawings()
              p.setBrush(kGrey);
              p.drawRect(QRectF(4.5, 9.5, 7, 5));
          }},
-        {QStringLiteral("Delete"), [](QPainter &p) {
+        {QStringLiteral("Delete"),
+         [](QPainter &p) {
              p.setPen(QPen(kRed, 2.6, Qt::SolidLine, Qt::RoundCap));
              p.drawLine(QPointF(3.5, 3.5), QPointF(12.5, 12.5));
              p.drawLine(QPointF(12.5, 3.5), QPointF(3.5, 12.5));
          }},
-        {QStringLiteral("Properties"), [](QPainter &p) {
+        {QStringLiteral("Properties"),
+         [](QPainter &p) {
              folder(p, kFolder, kFolderDark);
              p.setPen(QPen(kGreyDark, 0.9));
              p.setBrush(kPaper);
              p.drawRect(QRectF(8, 8, 6.5, 6.5));
              lines(p, QRectF(8, 6.5, 6.5, 7), 2, kBlue);
          }},
-        {QStringLiteral("ScriptProperties"), [](QPainter &p) {
+        {QStringLiteral("ScriptProperties"),
+         [](QPainter &p) {
              page(p, QRectF(1.5, 1.5, 10, 13));
              lines(p, QRectF(1.5, 2, 10, 12), 3, kBlue);
              p.setPen(QPen(kGreyDark, 0.9));
@@ -249,7 +276,8 @@ const QHash<QString, Draw> &toolbarDrawings()
              p.setBrush(kPaper);
              p.drawEllipse(QPointF(11.5, 11.5), 1.3, 1.3);
          }},
-        {QStringLiteral("Question"), [](QPainter &p) {
+        {QStringLiteral("Question"),
+         [](QPainter &p) {
              page(p, QRectF(2.5, 1.5, 11, 13));
              QFont f;
              f.setPixelSize(10);
@@ -258,14 +286,16 @@ const QHash<QString, Draw> &toolbarDrawings()
              p.setPen(kBlue);
              p.drawText(QRectF(2.5, 2.5, 11, 12), Qt::AlignCenter, QStringLiteral("?"));
          }},
-        {QStringLiteral("Send"), [](QPainter &p) {
+        {QStringLiteral("Send"),
+         [](QPainter &p) {
              envelope(p, false);
              p.setPen(QPen(kGreen, 1.6, Qt::SolidLine, Qt::RoundCap));
              p.drawLine(QPointF(9, 2.5), QPointF(15, 2.5));
              p.drawLine(QPointF(13, 0.8), QPointF(15, 2.5));
              p.drawLine(QPointF(13, 4.2), QPointF(15, 2.5));
          }},
-        {QStringLiteral("Grid"), [](QPainter &p) {
+        {QStringLiteral("Grid"),
+         [](QPainter &p) {
              p.setPen(QPen(kGreyDark, 0.8));
              p.setBrush(kPaper);
              p.drawRect(QRectF(1.5, 2.5, 13, 11));
@@ -275,7 +305,8 @@ const QHash<QString, Draw> &toolbarDrawings()
              p.drawLine(QPointF(1.5, 8), QPointF(14.5, 8));
              p.drawLine(QPointF(1.5, 10.8), QPointF(14.5, 10.8));
          }},
-        {QStringLiteral("Cut"), [](QPainter &p) {
+        {QStringLiteral("Cut"),
+         [](QPainter &p) {
              p.setPen(QPen(kGreyDark, 1.1));
              p.setBrush(Qt::NoBrush);
              p.drawEllipse(QPointF(4.5, 12), 2.2, 2.2);
@@ -283,12 +314,14 @@ const QHash<QString, Draw> &toolbarDrawings()
              p.drawLine(QPointF(5.8, 10.3), QPointF(11, 1.5));
              p.drawLine(QPointF(10.2, 10.3), QPointF(5, 1.5));
          }},
-        {QStringLiteral("Copy"), [](QPainter &p) {
+        {QStringLiteral("Copy"),
+         [](QPainter &p) {
              page(p, QRectF(1.5, 1.5, 8.5, 10));
              page(p, QRectF(6, 4.5, 8.5, 10));
              lines(p, QRectF(6, 5, 8.5, 9), 3, kBlue);
          }},
-        {QStringLiteral("Paste"), [](QPainter &p) {
+        {QStringLiteral("Paste"),
+         [](QPainter &p) {
              p.setPen(QPen(kFolderDark, 0.8));
              p.setBrush(QColor(0xC9, 0x9A, 0x5B));
              p.drawRoundedRect(QRectF(2, 2.5, 10, 12), 1, 1);
@@ -296,7 +329,8 @@ const QHash<QString, Draw> &toolbarDrawings()
              p.drawRect(QRectF(4.5, 1.5, 5, 2.5));
              page(p, QRectF(7, 6, 7.5, 9));
          }},
-        {QStringLiteral("TimeDate"), [](QPainter &p) {
+        {QStringLiteral("TimeDate"),
+         [](QPainter &p) {
              p.setPen(QPen(kGreyDark, 0.9));
              p.setBrush(kPaper);
              p.drawEllipse(QPointF(8, 8), 6.5, 6.5);
@@ -304,7 +338,8 @@ const QHash<QString, Draw> &toolbarDrawings()
              p.drawLine(QPointF(8, 8), QPointF(8, 3.8));
              p.drawLine(QPointF(8, 8), QPointF(11, 9.5));
          }},
-        {QStringLiteral("Folder"), [](QPainter &p) {
+        {QStringLiteral("Folder"),
+         [](QPainter &p) {
              p.setPen(QPen(kGreyDark, 0.8));
              p.drawLine(QPointF(3, 4), QPointF(3, 13));
              p.drawLine(QPointF(3, 8.5), QPointF(6, 8.5));
@@ -315,26 +350,31 @@ const QHash<QString, Draw> &toolbarDrawings()
              p.drawRect(QRectF(6, 7, 8, 3.5));
              p.drawRect(QRectF(6, 11.5, 8, 3.5));
          }},
-        {QStringLiteral("Script"), [](QPainter &p) {
+        {QStringLiteral("Script"),
+         [](QPainter &p) {
              page(p, QRectF(2.5, 1.5, 11, 13));
              lines(p, QRectF(2.5, 2, 11, 12), 5, kBlue);
          }},
-        {QStringLiteral("Favorite"), [](QPainter &p) {
+        {QStringLiteral("Favorite"),
+         [](QPainter &p) {
              folder(p, kFolder, kFolderDark);
              star(p, QPointF(10.5, 9.5), 4.5, QColor(0xF5, 0xC5, 0x18));
          }},
-        {QStringLiteral("FolderScript"), [](QPainter &p) {
+        {QStringLiteral("FolderScript"),
+         [](QPainter &p) {
              page(p, QRectF(5, 1, 8, 9));
              folder(p, kFolder, kFolderDark);
          }},
-        {QStringLiteral("Print"), [](QPainter &p) {
+        {QStringLiteral("Print"),
+         [](QPainter &p) {
              page(p, QRectF(4, 1.5, 8, 6));
              p.setPen(QPen(kGreyDark, 0.8));
              p.setBrush(kGrey);
              p.drawRoundedRect(QRectF(1.5, 6.5, 13, 6), 1, 1);
              page(p, QRectF(4, 10, 8, 5));
          }},
-        {QStringLiteral("Find"), [](QPainter &p) {
+        {QStringLiteral("Find"),
+         [](QPainter &p) {
              p.setPen(QPen(kGreyDark, 1.2));
              p.setBrush(QColor(0xD6, 0xE6, 0xF8));
              p.drawEllipse(QPointF(6.5, 6.5), 4.5, 4.5);

@@ -16,6 +16,7 @@ int main(int argc, char *argv[])
     app::Program program(prompter);
     if (!app::Main(program))
         return 0;
-    QObject::connect(program.gfrmMain.data(), &QObject::destroyed, &application, [] { QApplication::quit(); });
+    QObject::connect(program.gfrmMain.data(), &QObject::destroyed, &application,
+                     [] { QApplication::quit(); });
     return QApplication::exec();
 }

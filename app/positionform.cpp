@@ -16,7 +16,7 @@ QPoint centredPosition(QSize screen, QSize window, QRect taskbar, int twipsPerPi
         top = (screen.height() - window.height()) / 2;
         const int half = (screen.width() - window.width()) / 2;
         left = taskbar.isNull() || taskbar.left() == 0 ? (twipsPerPixelX * right) / 2 + half
-                                                        : half - (twipsPerPixelX * width) / 2;
+                                                       : half - (twipsPerPixelX * width) / 2;
     } else { // at the top or the bottom
         left = (screen.width() - window.width()) / 2;
         const int half = (screen.height() - window.height()) / 2;
@@ -30,11 +30,13 @@ QRect taskbarRect(const QRect &screen, const QRect &available)
     if (available.top() > screen.top())
         return QRect(screen.left(), screen.top(), screen.width(), available.top() - screen.top());
     if (available.bottom() < screen.bottom())
-        return QRect(screen.left(), available.bottom() + 1, screen.width(), screen.bottom() - available.bottom());
+        return QRect(screen.left(), available.bottom() + 1, screen.width(),
+                     screen.bottom() - available.bottom());
     if (available.left() > screen.left())
         return QRect(screen.left(), screen.top(), available.left() - screen.left(), screen.height());
     if (available.right() < screen.right())
-        return QRect(available.right() + 1, screen.top(), screen.right() - available.right(), screen.height());
+        return QRect(available.right() + 1, screen.top(), screen.right() - available.right(),
+                     screen.height());
     return QRect();
 }
 

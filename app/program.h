@@ -15,7 +15,7 @@ class Events;
 namespace outlook {
 class Application;
 class NameSpace;
-}
+} // namespace outlook
 namespace ui {
 class Prompter;
 }

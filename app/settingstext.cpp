@@ -6,7 +6,8 @@ namespace app {
 
 double leadingNumber(const QString &text)
 {
-    static const QRegularExpression number(QStringLiteral("^\\s*([-+]?(\\d+\\.?\\d*|\\.\\d+)([eE][-+]?\\d+)?)"));
+    static const QRegularExpression number(
+        QStringLiteral("^\\s*([-+]?(\\d+\\.?\\d*|\\.\\d+)([eE][-+]?\\d+)?)"));
     const QRegularExpressionMatch m = number.match(text);
     return m.hasMatch() ? m.captured(1).toDouble() : 0.0;
 }

@@ -2,8 +2,8 @@
 // Installation tab, the refresh after it included, on a large store.
 //   bench_install [STORE.db]
 #include "app/frmmain.h"
-#include "bench/benchstore.h"
 #include "app/program.h"
+#include "bench/benchstore.h"
 #include "navigation/nodekinds.h"
 #include "platform/controls/ssdbgrid.h"
 #include "platform/controls/sstree.h"
@@ -28,7 +28,8 @@ int main(int argc, char *argv[])
     const QString script = dir.filePath(QStringLiteral("agent.vbs"));
     QFile file(script);
     file.open(QIODevice::WriteOnly);
-    file.write("<SCRIPT RunAt=Server Language=VBScript>\r\nSub Folder_OnMessageCreated\r\nEnd Sub\r\n</SCRIPT>\r\n");
+    file.write(
+        "<SCRIPT RunAt=Server Language=VBScript>\r\nSub Folder_OnMessageCreated\r\nEnd Sub\r\n</SCRIPT>\r\n");
     file.close();
     mapi::writeProfile(mapi::Profile{QStringLiteral("Bench"), QStringLiteral("Alice Admin"), path});
     ui::ScriptedPrompter prompter;
@@ -46,7 +47,8 @@ int main(int argc, char *argv[])
         if (image != navigation::kImageFolder && image != navigation::kImageFolderWithAgents)
             continue;
         form.SSDBTarget->AddItem(form.StripCurrentUser(controls::SSTree::fullPath(node)) + QLatin1Char('\t') +
-                                 controls::SSTree::key(node) + QLatin1Char('\t') + controls::SSTree::tag(node));
+                                 controls::SSTree::key(node) + QLatin1Char('\t') +
+                                 controls::SSTree::tag(node));
         ++rows;
     }
     form.txtSource->setText(script);

@@ -2,9 +2,9 @@
 // folder tree, on a large store; prints the peak memory.
 //   bench_refresh [STORE.db]
 #include "app/frmmain.h"
+#include "app/program.h"
 #include "bench/benchstore.h"
 #include "platform/controls/sstree.h"
-#include "app/program.h"
 #include "platform/mapi/profiles.h"
 #include "platform/ui/scriptedprompter.h"
 
@@ -41,7 +41,8 @@ int main(int argc, char *argv[])
         refreshes.push_back(t.nsecsElapsed() / 1e6);
     }
     std::sort(refreshes.begin(), refreshes.end());
-    std::printf("tree nodes: %d\nstart to shown window: %.0f ms\nrefresh: median %.0f ms (5 runs)\npeak memory: %ld MB\n",
+    std::printf("tree nodes: %d\nstart to shown window: %.0f ms\nrefresh: median %.0f ms (5 runs)\npeak "
+                "memory: %ld MB\n",
                 program.gfrmMain->treOutl->count(), start, refreshes.at(2), bench::peakMemoryMB());
     program.gfrmMain->close();
     return 0;

@@ -60,7 +60,7 @@ int main(int argc, char *argv[])
             folders += walk(store.RootFolder(), events, withAgents);
         walks.push_back(t.nsecsElapsed() / 1e6);
     }
-    std::printf("%d folders, %d holding agents\nopen: median %.1f ms\nwalk: median %.1f ms (5 runs)\n", folders,
-                withAgents, median(opens), median(walks));
+    std::printf("%d folders, %d holding agents\nopen: median %.1f ms\nwalk: median %.1f ms (5 runs)\n",
+                folders, withAgents, median(opens), median(walks));
     return 0;
 }

@@ -24,7 +24,8 @@ QString benchStore(int argc, char *argv[], const QTemporaryDir &dir)
     o.hidden = 2000;
     o.messages = 20000;
     store::generateStore(o, path);
-    std::printf("generated a store of %d folders and %d agents in %lld ms\n", o.folders, o.agents, t.elapsed());
+    std::printf("generated a store of %d folders and %d agents in %lld ms\n", o.folders, o.agents,
+                t.elapsed());
     return path;
 }
 

@@ -50,17 +50,28 @@ bool notRoot(int image)
 }
 
 const NodeCommand kNodeCommands[] = {
-    {"mnuFileNew", folderWithRights},      {"tbToolBar.New", folderWithRights},
-    {"mnuFileOpen", agent},                {"tbToolBar.Open", agent},
-    {"mnuFileSave", agent},                {"tbToolBar.Save", agent},
-    {"mnuFileSaveAs", agent},              {"mnuFileDelete", agent},
-    {"tbToolBar.Delete", agent},           {"mnuFileSend", agent},
-    {"tbToolBar.Send", agent},             {"mnuFileAgentProperties", agent},
-    {"tbToolBar.Agent Properties", agent}, {"mnuFileAgentLog", agent},
-    {"tbToolBar.Log", agent},              {"tbToolBar.DateTime", agent},
-    {"mnuEditFind", agent},                {"mnuEditReplace", agent},
-    {"mnuFileRouteMap", routing},          {"mnuFileProcInst", routing},
-    {"mnuFileOpenFolder", folderOrStore},  {"mnuFolderProperties", notRoot},
+    {"mnuFileNew", folderWithRights},
+    {"tbToolBar.New", folderWithRights},
+    {"mnuFileOpen", agent},
+    {"tbToolBar.Open", agent},
+    {"mnuFileSave", agent},
+    {"tbToolBar.Save", agent},
+    {"mnuFileSaveAs", agent},
+    {"mnuFileDelete", agent},
+    {"tbToolBar.Delete", agent},
+    {"mnuFileSend", agent},
+    {"tbToolBar.Send", agent},
+    {"mnuFileAgentProperties", agent},
+    {"tbToolBar.Agent Properties", agent},
+    {"mnuFileAgentLog", agent},
+    {"tbToolBar.Log", agent},
+    {"tbToolBar.DateTime", agent},
+    {"mnuEditFind", agent},
+    {"mnuEditReplace", agent},
+    {"mnuFileRouteMap", routing},
+    {"mnuFileProcInst", routing},
+    {"mnuFileOpenFolder", folderOrStore},
+    {"mnuFolderProperties", notRoot},
     {"tbToolBar.Properties", notRoot},
 };
 
@@ -120,7 +131,8 @@ void frmMain::treOutl_NodeClick(QTreeWidgetItem *node)
         setPaneNotice(QStringLiteral("No agents installed."));
         break;
     case navigation::kImageNoRights:
-        setPaneNotice(underFavorites ? kFavoritesText : QStringLiteral("You do not have permissions in this folder."));
+        setPaneNotice(underFavorites ? kFavoritesText
+                                     : QStringLiteral("You do not have permissions in this folder."));
         break;
     case navigation::kImageStore:
         setPaneNotice(QStringLiteral("Cannot install agents in this folder."));
@@ -163,14 +175,15 @@ void frmMain::mnuViewFavorite_Click()
         return;
     }
     if (!strEntryID.isEmpty() || !strStoreID.isEmpty())
-        basRegistry::SetKeyValue(registry::HKEY_CURRENT_USER, kSettingsKey, QStringLiteral("FavoriteID"), strEntryID,
-                                 registry::REG_SZ);
+        basRegistry::SetKeyValue(registry::HKEY_CURRENT_USER, kSettingsKey, QStringLiteral("FavoriteID"),
+                                 strEntryID, registry::REG_SZ);
 }
 
 void frmMain::GoToFavorite()
 {
     const QString favorite =
-        basRegistry::QueryValue(registry::HKEY_CURRENT_USER, kSettingsKey, QStringLiteral("FavoriteID")).toString();
+        basRegistry::QueryValue(registry::HKEY_CURRENT_USER, kSettingsKey, QStringLiteral("FavoriteID"))
+            .toString();
     if (favorite.isEmpty()) {
         prompter().msgBox(QStringLiteral("No favorite folder has been set.\rSelect a folder and press F9\r"
                                          "to set a favorite folder."),
@@ -179,8 +192,9 @@ void frmMain::GoToFavorite()
     }
     QTreeWidgetItem *node = treOutl->node(favorite);
     if (!node) {
-        prompter().msgBox(QStringLiteral("The folder or agent marked as favorite is not available in this session."),
-                          ui::Buttons::OK, ui::Icon::Information, 1, QString());
+        prompter().msgBox(
+            QStringLiteral("The folder or agent marked as favorite is not available in this session."),
+            ui::Buttons::OK, ui::Icon::Information, 1, QString());
         return;
     }
     treOutl->select(node);

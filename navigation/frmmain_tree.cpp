@@ -20,8 +20,8 @@ namespace {
 
 /// Adds a node to a tree; a key that already stands in the tree is not
 /// added again, and the walk goes on.
-SSTree::Node *addNode(SSTree *tree, const QString &parentKey, const QString &key, const QString &text, int image,
-                      const QString &tag)
+SSTree::Node *addNode(SSTree *tree, const QString &parentKey, const QString &key, const QString &text,
+                      int image, const QString &tag)
 {
     try {
         SSTree::Node *node = tree->add(parentKey, key, text, image);
@@ -48,7 +48,8 @@ void frmMain::addFolderNode(const QString &parentKey, const mapi::Folder &folder
 {
     const int image = navigation::classifyFolder(folder, *m_program.gobjEvents);
     for (SSTree *tree : {treOutl, folderForm->treOutl})
-        if (SSTree::Node *node = addNode(tree, parentKey, folder.ID(), folder.Name(), image, folder.StoreID()))
+        if (SSTree::Node *node =
+                addNode(tree, parentKey, folder.ID(), folder.Name(), image, folder.StoreID()))
             node->setExpanded(true);
 }
 
@@ -113,7 +114,8 @@ void frmMain::RefreshFolders()
             for (const mapi::Message &message : hidden) {
                 const int image =
                     navigation::classifyHandlerField(message.Fields(mapi::PR_HANDLER).Value().toByteArray());
-                addNode(treOutl, SSTree::key(folderNode), message.ID(), message.Subject(), image, message.StoreID());
+                addNode(treOutl, SSTree::key(folderNode), message.ID(), message.Subject(), image,
+                        message.StoreID());
             }
         });
     }

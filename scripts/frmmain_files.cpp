@@ -53,11 +53,13 @@ void frmMain::mnuFileSaveAs_Click()
     QTreeWidgetItem *node = treOutl->selectedItem();
     if (controls::SSTree::image(node) < navigation::kImageScriptAgent)
         return;
-    CommonDialog1.filter = QStringLiteral("Text Files (*.txt)|*.txt|VBScript Files (*.vbs)|*.vbs|All Files (*.*)|*.*");
+    CommonDialog1.filter =
+        QStringLiteral("Text Files (*.txt)|*.txt|VBScript Files (*.vbs)|*.vbs|All Files (*.*)|*.*");
     CommonDialog1.filterIndex = 2;
     QString name = controls::SSTree::text(node);
     CommonDialog1.fileName = scripts::CleanFileName(name) + QStringLiteral(".vbs");
-    CommonDialog1.initDir = m_program.gstrLocationPath.isEmpty() ? app::appPath() : m_program.gstrLocationPath;
+    CommonDialog1.initDir =
+        m_program.gstrLocationPath.isEmpty() ? app::appPath() : m_program.gstrLocationPath;
     CommonDialog1.flags = 4100;
     CommonDialog1.cancelError = true;
     if (!prompter().showSave(CommonDialog1))
@@ -71,8 +73,9 @@ void frmMain::mnuFileSaveAs_Click()
         [&] {
             QFile file(fileName);
             if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-                throw com::ComError(com::err::PathNotFound, QStringLiteral("Sorrelin"),
-                                    QStringLiteral("Path not found: %1 (%2)").arg(fileName, file.errorString()));
+                throw com::ComError(
+                    com::err::PathNotFound, QStringLiteral("Sorrelin"),
+                    QStringLiteral("Path not found: %1 (%2)").arg(fileName, file.errorString()));
             const QByteArray bytes = scripts::paneToScript(txtPreview->text()) + "\r\n";
             if (file.write(bytes) != bytes.size())
                 throw com::ComError(com::err::FileAccess, QStringLiteral("Sorrelin"),

@@ -91,8 +91,8 @@ void frmMain::mnuEditTimeDate_Click()
 
 void frmMain::mnuViewDecrease_Click()
 {
-    setPaneSize(txtPreview,
-                menuDecrease(txtPreview->font().pointSizeF(), action(QStringLiteral("mnuViewPreview"))->isChecked()));
+    setPaneSize(txtPreview, menuDecrease(txtPreview->font().pointSizeF(),
+                                         action(QStringLiteral("mnuViewPreview"))->isChecked()));
 }
 
 void frmMain::mnuViewIncrease_Click()

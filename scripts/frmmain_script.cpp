@@ -42,9 +42,9 @@ void frmMain::mnuFileSave_Click()
     }
     const QString text = txtPreview->text();
     if (!scripts::hasScriptMarker(text)) {
-        const ui::Answer answer =
-            prompter().msgBox(QStringLiteral("This agent does not appear to contain a valid script. Continue?"),
-                              ui::Buttons::YesNo, ui::Icon::Question, 2, QString());
+        const ui::Answer answer = prompter().msgBox(
+            QStringLiteral("This agent does not appear to contain a valid script. Continue?"),
+            ui::Buttons::YesNo, ui::Icon::Question, 2, QString());
         if (answer == ui::Answer::No)
             return;
     }
@@ -57,10 +57,10 @@ void frmMain::mnuFileSave_Click()
             mapi::Message message = m_program.gobjSession->GetMessage(strEntryID, strStoreID);
             if (mode == QLatin1String("prompt")) {
                 const QString path = StripCurrentUser(controls::SSTree::fullPath(treOutl->selectedItem()));
-                const ui::Answer answer = prompter().msgBox(
-                    QStringLiteral("Save '") + message.Subject() + QStringLiteral("' in") + QLatin1Char('\r') + path +
-                        QLatin1Char('?'),
-                    ui::Buttons::YesNo, ui::Icon::Question, 1, QString());
+                const ui::Answer answer =
+                    prompter().msgBox(QStringLiteral("Save '") + message.Subject() + QStringLiteral("' in") +
+                                          QLatin1Char('\r') + path + QLatin1Char('?'),
+                                      ui::Buttons::YesNo, ui::Icon::Question, 1, QString());
                 if (answer == ui::Answer::No) {
                     blnDirty = false;
                     return;
@@ -85,8 +85,8 @@ void frmMain::mnuFileSave_Click()
             SetHourglass(false);
         },
         [&](const com::ComError &e) {
-            prompter().msgBox(com::errorText(e, com::ErrorForm::Description), ui::Buttons::OK, ui::Icon::Information,
-                              1, QString());
+            prompter().msgBox(com::errorText(e, com::ErrorForm::Description), ui::Buttons::OK,
+                              ui::Icon::Information, 1, QString());
             blnDirty = false;
             SetHourglass(false);
         });

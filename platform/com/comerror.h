@@ -11,15 +11,15 @@ namespace com {
 /// Error numbers raised by the platform objects. The HRESULTs are kept as the
 /// signed 32-bit numbers that a caller sees in an error's number.
 namespace err {
-inline constexpr int32_t UserCancel = static_cast<int32_t>(0x80040113u);    ///< logon dialog cancelled
-inline constexpr int32_t NotFound = static_cast<int32_t>(0x8004010Fu);      ///< identifier names nothing
-inline constexpr int32_t NoSupport = static_cast<int32_t>(0x80040102u);     ///< object can't do that
-inline constexpr int32_t Corrupt = static_cast<int32_t>(0x80040115u);       ///< store damaged or unreadable
-inline constexpr int32_t NotLoggedOn = static_cast<int32_t>(0x80040111u);   ///< no session
+inline constexpr int32_t UserCancel = static_cast<int32_t>(0x80040113u);  ///< logon dialog cancelled
+inline constexpr int32_t NotFound = static_cast<int32_t>(0x8004010Fu);    ///< identifier names nothing
+inline constexpr int32_t NoSupport = static_cast<int32_t>(0x80040102u);   ///< object can't do that
+inline constexpr int32_t Corrupt = static_cast<int32_t>(0x80040115u);     ///< store damaged or unreadable
+inline constexpr int32_t NotLoggedOn = static_cast<int32_t>(0x80040111u); ///< no session
 inline constexpr int32_t InvalidParameter = static_cast<int32_t>(0x80070057u);
 inline constexpr int32_t CallFailed = static_cast<int32_t>(0x80004005u);    ///< any other store failure
 inline constexpr int32_t NoEventSource = static_cast<int32_t>(0x80041001u); ///< folder has no event source
-inline constexpr int32_t PermissionDenied = 70;                            ///< refused binding write
+inline constexpr int32_t PermissionDenied = 70;                             ///< refused binding write
 inline constexpr int32_t FileNotFound = 53;
 inline constexpr int32_t PathNotFound = 76;
 inline constexpr int32_t FileAccess = 75;

@@ -15,8 +15,7 @@ namespace com {
 class ResumeNext {
 public:
     /// Runs one step; an error it raises is remembered, never thrown.
-    template <class F>
-    void step(F &&f) noexcept
+    template <class F> void step(F &&f) noexcept
     {
         try {
             std::forward<F>(f)();
@@ -26,8 +25,7 @@ public:
     }
 
     /// Runs one step that gives a value; on error gives `fallback`.
-    template <class T, class F>
-    T value(F &&f, T fallback = T{}) noexcept
+    template <class T, class F> T value(F &&f, T fallback = T{}) noexcept
     {
         try {
             return std::forward<F>(f)();
@@ -39,8 +37,7 @@ public:
 
     /// The test of a condition: when evaluating it raises, the condition
     /// counts as true, so that the steps it guards run.
-    template <class F>
-    bool test(F &&cond) noexcept
+    template <class F> bool test(F &&cond) noexcept
     {
         try {
             return static_cast<bool>(std::forward<F>(cond)());
@@ -69,8 +66,7 @@ QString errorText(const ComError &e, ErrorForm form);
 
 /// Routines with one handler: runs `body`; an error it raises ends it and is
 /// handed to `handler`, which shows it and runs the closing steps.
-template <class Body, class Handler>
-bool withHandler(Body &&body, Handler &&handler)
+template <class Body, class Handler> bool withHandler(Body &&body, Handler &&handler)
 {
     try {
         std::forward<Body>(body)();

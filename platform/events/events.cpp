@@ -158,8 +158,8 @@ void Binding::SaveChanges()
     checkAuthor(d->state, d->host);
     const QString now = store::Database::now();
     const QByteArray user = d->state->user.toLatin1();
-    const QVariantList schedule = {d->schedType, d->interval, minutesOf(d->start), minutesOf(d->end), d->days,
-                                   minutesOf(d->at)};
+    const QVariantList schedule = {d->schedType,      d->interval, minutesOf(d->start),
+                                   minutesOf(d->end), d->days,     minutesOf(d->at)};
     db.transaction([&] {
         const qint64 storeRow =
             db.scalar(QStringLiteral("SELECT store FROM folders WHERE id = ?"), {d->folder}).toLongLong();
@@ -167,22 +167,25 @@ void Binding::SaveChanges()
         if (d->row == 0) {
             // The binding message and the state message, as the service makes them.
             const auto hiddenMessage = [&](const QString &cls, const QString &subject) {
-                QSqlQuery q = db.run(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created,"
-                                                    " modified) VALUES(?, 1, ?, ?, ?, ?)"),
-                                     {d->folder, cls, subject, now, now});
+                QSqlQuery q =
+                    db.run(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created,"
+                                          " modified) VALUES(?, 1, ?, ?, ?, ?)"),
+                           {d->folder, cls, subject, now, now});
                 const qint64 row = q.lastInsertId().toLongLong();
                 return std::make_pair(row, db.assignEntryId(store::IdKind::Message, storeRow, row));
             };
             const auto binding = hiddenMessage(mapi::kBindingClass, d->name);
             const auto state = hiddenMessage(mapi::kStateClass, d->name);
             messageRow = binding.first;
-            for (const auto &[tag, value] : {std::pair{mapi::PR_CREATOR_NAME, user}, {mapi::PR_LAST_MODIFIER_NAME, user}})
+            for (const auto &[tag, value] :
+                 {std::pair{mapi::PR_CREATOR_NAME, user}, {mapi::PR_LAST_MODIFIER_NAME, user}})
                 db.run(QStringLiteral("INSERT INTO fields(message, tag, value) VALUES(?, ?, ?)"),
                        {messageRow, mapi::tagKey(tag), value});
             db.run(QStringLiteral("INSERT INTO fields(message, tag, value) VALUES(?, ?, ?)"),
                    {state.first, mapi::tagKey(mapi::PR_AGENT_LOG), QByteArray("")});
-            QSqlQuery q = db.run(QStringLiteral("INSERT INTO bindings(folder, message, state_message) VALUES(?, ?, ?)"),
-                                 {d->folder, binding.second, state.second});
+            QSqlQuery q =
+                db.run(QStringLiteral("INSERT INTO bindings(folder, message, state_message) VALUES(?, ?, ?)"),
+                       {d->folder, binding.second, state.second});
             d->row = q.lastInsertId().toLongLong();
             d->entryId = binding.second;
             d->stateId = state.second;
@@ -193,24 +196,27 @@ void Binding::SaveChanges()
                 db.run(QStringLiteral("UPDATE messages SET subject = ?, modified = ? WHERE id = ?"),
                        {d->name, now, messageRow});
             if (messageRow)
-                db.run(QStringLiteral("INSERT INTO fields(message, tag, value) VALUES(?, ?, ?) ON CONFLICT(message,"
-                                      " tag) DO UPDATE SET value = excluded.value"),
+                db.run(QStringLiteral(
+                           "INSERT INTO fields(message, tag, value) VALUES(?, ?, ?) ON CONFLICT(message,"
+                           " tag) DO UPDATE SET value = excluded.value"),
                        {messageRow, mapi::tagKey(mapi::PR_LAST_MODIFIER_NAME), user});
         }
         QVariantList values = {d->name, d->active ? 1 : 0, d->mask, d->handler};
         values += schedule;
         values << d->row;
-        QSqlQuery updated = db.run(
-            QStringLiteral("UPDATE bindings SET name = ?, active = ?, event_mask = ?, handler_class = ?,"
-                           " sched_type = ?, sched_interval = ?, sched_start = ?, sched_end = ?, sched_days = ?,"
-                           " sched_at = ? WHERE id = ?"),
-            values);
+        QSqlQuery updated =
+            db.run(QStringLiteral(
+                       "UPDATE bindings SET name = ?, active = ?, event_mask = ?, handler_class = ?,"
+                       " sched_type = ?, sched_interval = ?, sched_start = ?, sched_end = ?, sched_days = ?,"
+                       " sched_at = ? WHERE id = ?"),
+                   values);
         if (updated.numRowsAffected() == 0)
             throw com::ComError(com::err::NotFound, kSource, QStringLiteral("The binding no longer exists."));
         if (messageRow) {
             const QString field = memoryOrderHex(d->handler);
-            db.run(QStringLiteral("INSERT INTO fields(message, tag, value) VALUES(?, ?, ?) ON CONFLICT(message, tag)"
-                                  " DO UPDATE SET value = excluded.value"),
+            db.run(QStringLiteral(
+                       "INSERT INTO fields(message, tag, value) VALUES(?, ?, ?) ON CONFLICT(message, tag)"
+                       " DO UPDATE SET value = excluded.value"),
                    {messageRow, mapi::tagKey(mapi::PR_HANDLER),
                     field.isEmpty() ? d->handler.toLatin1() : field.toLatin1()});
         }
@@ -244,10 +250,10 @@ void Bindings::load() const
     if (m_loaded)
         return;
     auto list = std::make_unique<QVector<Binding>>();
-    QSqlQuery &q = m_state->query(
-        QStringLiteral("SELECT id, COALESCE(message, ''), COALESCE(state_message, ''), name, active, event_mask,"
-                       " handler_class, sched_type, sched_interval, sched_start, sched_end, sched_days, sched_at"
-                       " FROM bindings WHERE folder = ? ORDER BY id"));
+    QSqlQuery &q = m_state->query(QStringLiteral(
+        "SELECT id, COALESCE(message, ''), COALESCE(state_message, ''), name, active, event_mask,"
+        " handler_class, sched_type, sched_interval, sched_start, sched_end, sched_days, sched_at"
+        " FROM bindings WHERE folder = ? ORDER BY id"));
     q.addBindValue(m_folder);
     m_state->db->exec(q);
     while (q.next()) {
@@ -306,7 +312,8 @@ void Bindings::Remove(const Binding &binding)
         QSqlQuery q = m_state->db->run(QStringLiteral("DELETE FROM bindings WHERE id = ? AND folder = ?"),
                                        {row, m_folder});
         if (q.numRowsAffected() == 0)
-            throw com::ComError(com::err::NotFound, kSource, QStringLiteral("The binding is not in this folder."));
+            throw com::ComError(com::err::NotFound, kSource,
+                                QStringLiteral("The binding is not in this folder."));
     });
     m_loaded.reset();
 }
@@ -336,9 +343,10 @@ Host Hosts::Item(const QString &name) const
     m_state->check();
     const QVariant id = m_state->db->scalar(QStringLiteral("SELECT id FROM hosts WHERE name = ?"), {name});
     if (!id.isValid())
-        throw com::ComError(com::err::NotFound, kSource, QStringLiteral("There is no host named \"%1\".").arg(name));
-    QSqlQuery q = m_state->db->run(QStringLiteral("SELECT class_id, name FROM handlers WHERE host = ? ORDER BY seq, id"),
-                                   {id});
+        throw com::ComError(com::err::NotFound, kSource,
+                            QStringLiteral("There is no host named \"%1\".").arg(name));
+    QSqlQuery q = m_state->db->run(
+        QStringLiteral("SELECT class_id, name FROM handlers WHERE host = ? ORDER BY seq, id"), {id});
     QVector<Handler> handlers;
     while (q.next())
         handlers.append(Handler{q.value(0).toString(), q.value(1).toString()});

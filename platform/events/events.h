@@ -129,7 +129,9 @@ private:
 
 class Host {
 public:
-    Host(QString name, events::Handlers handlers) : m_name(std::move(name)), m_handlers(std::move(handlers)) {}
+    Host(QString name, events::Handlers handlers) : m_name(std::move(name)), m_handlers(std::move(handlers))
+    {
+    }
     QString Name() const { return m_name; }
     const events::Handlers &Handlers() const { return m_handlers; }
 

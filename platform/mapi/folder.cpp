@@ -5,15 +5,16 @@
 namespace mapi {
 
 namespace {
-const QString kSelect = QStringLiteral(
-    "SELECT f.id, f.store, f.entry_id, s.store_id, f.name, COALESCE(a.access, f.access), f.event_source, s.host"
-    " FROM folders f JOIN stores s ON s.id = f.store"
-    " LEFT JOIN folder_access a ON a.folder = f.id AND a.user = ?");
+const QString kSelect = QStringLiteral("SELECT f.id, f.store, f.entry_id, s.store_id, f.name, "
+                                       "COALESCE(a.access, f.access), f.event_source, s.host"
+                                       " FROM folders f JOIN stores s ON s.id = f.store"
+                                       " LEFT JOIN folder_access a ON a.folder = f.id AND a.user = ?");
 } // namespace
 
 QVector<Folder> queryFolders(const StatePtr &state, const QString &where, const QVariantList &values)
 {
-    QSqlQuery &q = state->query(kSelect + QStringLiteral(" WHERE ") + where + QStringLiteral(" ORDER BY f.seq, f.id"));
+    QSqlQuery &q =
+        state->query(kSelect + QStringLiteral(" WHERE ") + where + QStringLiteral(" ORDER BY f.seq, f.id"));
     q.addBindValue(state->user);
     for (const QVariant &v : values)
         q.addBindValue(v);
@@ -65,7 +66,8 @@ QVariant Folder::Fields(uint32_t tag) const
 
 qint64 Folder::parentRow() const
 {
-    return m_state->db->scalar(QStringLiteral("SELECT COALESCE(parent, 0) FROM folders WHERE id = ?"), {m_row.row})
+    return m_state->db
+        ->scalar(QStringLiteral("SELECT COALESCE(parent, 0) FROM folders WHERE id = ?"), {m_row.row})
         .toLongLong();
 }
 

@@ -21,7 +21,8 @@ const QString kSelect = QStringLiteral(
 
 QDateTime storeTime(const QVariant &v)
 {
-    return v.isNull() ? QDateTime() : QDateTime::fromString(v.toString(), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    return v.isNull() ? QDateTime()
+                      : QDateTime::fromString(v.toString(), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
 }
 
 std::shared_ptr<MessageData> fromRow(const StatePtr &state, const QSqlQuery &q)
@@ -74,7 +75,8 @@ QVariant Field::Value() const
     const auto it = m_message->pending.constFind(m_key);
     if (it != m_message->pending.constEnd())
         return it.value();
-    QSqlQuery &q = m_message->state->query(QStringLiteral("SELECT value FROM fields WHERE message = ? AND tag = ?"));
+    QSqlQuery &q =
+        m_message->state->query(QStringLiteral("SELECT value FROM fields WHERE message = ? AND tag = ?"));
     q.addBindValue(m_message->row);
     q.addBindValue(m_key);
     m_message->state->db->exec(q);
@@ -157,7 +159,8 @@ void Message::Update()
         d->pending.insert(tagKey(PR_LAST_MODIFIER_NAME), st.user.toLatin1());
         for (auto it = d->pending.constBegin(); it != d->pending.constEnd(); ++it) {
             if (it.value().isNull())
-                st.db->run(QStringLiteral("DELETE FROM fields WHERE message = ? AND tag = ?"), {d->row, it.key()});
+                st.db->run(QStringLiteral("DELETE FROM fields WHERE message = ? AND tag = ?"),
+                           {d->row, it.key()});
             else
                 st.db->run(QStringLiteral("INSERT INTO fields(message, tag, value) VALUES(?, ?, ?)"
                                           " ON CONFLICT(message, tag) DO UPDATE SET value = excluded.value"),
@@ -228,10 +231,12 @@ void MessageList::Sort(int order, uint32_t tag)
         column = QStringLiteral("m.subject");
         break;
     default:
-        column = QStringLiteral("(SELECT value FROM fields WHERE message = m.id AND tag = '%1')").arg(tagKey(tag));
+        column =
+            QStringLiteral("(SELECT value FROM fields WHERE message = m.id AND tag = '%1')").arg(tagKey(tag));
         break;
     }
-    d->orderBy = column + (order == 2 ? QStringLiteral(" DESC, m.id DESC") : QStringLiteral(" ASC, m.id ASC"));
+    d->orderBy =
+        column + (order == 2 ? QStringLiteral(" DESC, m.id DESC") : QStringLiteral(" ASC, m.id ASC"));
     d->loaded.reset();
 }
 

@@ -36,7 +36,8 @@ void writeString(Registry &reg, HKEY key, const QString &name, const QString &va
 
 QString profilesKey()
 {
-    return QStringLiteral("Software\\Microsoft\\Windows NT\\CurrentVersion\\Windows Messaging Subsystem\\Profiles");
+    return QStringLiteral(
+        "Software\\Microsoft\\Windows NT\\CurrentVersion\\Windows Messaging Subsystem\\Profiles");
 }
 
 QString demoProfileName()

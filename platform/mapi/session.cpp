@@ -13,7 +13,8 @@ InfoStore::InfoStore(StatePtr state, qint64 row, QString id, QString name, QStri
 
 Folder InfoStore::RootFolder() const
 {
-    const QVector<Folder> roots = queryFolders(m_state, QStringLiteral("f.store = ? AND f.parent IS NULL"), {m_row});
+    const QVector<Folder> roots =
+        queryFolders(m_state, QStringLiteral("f.store = ? AND f.parent IS NULL"), {m_row});
     if (roots.isEmpty())
         throw notFound(QStringLiteral("The store %1 has no root folder.").arg(m_name));
     return roots.constFirst();
@@ -83,12 +84,13 @@ StatePtr Session::MAPIOBJECT() const
 
 QVector<InfoStore> Session::InfoStores() const
 {
-    QSqlQuery &q = m_state->query(QStringLiteral("SELECT id, store_id, name, provider FROM stores ORDER BY seq, id"));
+    QSqlQuery &q =
+        m_state->query(QStringLiteral("SELECT id, store_id, name, provider FROM stores ORDER BY seq, id"));
     m_state->db->exec(q);
     QVector<InfoStore> stores;
     while (q.next())
-        stores.append(InfoStore(m_state, q.value(0).toLongLong(), q.value(1).toString(), q.value(2).toString(),
-                                q.value(3).toString()));
+        stores.append(InfoStore(m_state, q.value(0).toLongLong(), q.value(1).toString(),
+                                q.value(2).toString(), q.value(3).toString()));
     return stores;
 }
 
@@ -96,8 +98,9 @@ Folder Session::GetFolder(const QString &id, const QString &storeId) const
 {
     m_state->check();
     const QVector<Folder> found =
-        storeId.isEmpty() ? queryFolders(m_state, QStringLiteral("f.entry_id = ?"), {id})
-                          : queryFolders(m_state, QStringLiteral("f.entry_id = ? AND s.store_id = ?"), {id, storeId});
+        storeId.isEmpty()
+            ? queryFolders(m_state, QStringLiteral("f.entry_id = ?"), {id})
+            : queryFolders(m_state, QStringLiteral("f.entry_id = ? AND s.store_id = ?"), {id, storeId});
     if (found.isEmpty())
         throw notFound(QStringLiteral("No folder has the identifier %1.").arg(id));
     return found.constFirst();

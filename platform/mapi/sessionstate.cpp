@@ -6,8 +6,10 @@ namespace mapi {
 
 QString tagKey(uint32_t tag)
 {
-    return QStringLiteral("0x%1").arg(tag, 8, 16, QLatin1Char('0')).toUpper().replace(QLatin1String("0X"),
-                                                                                     QLatin1String("0x"));
+    return QStringLiteral("0x%1")
+        .arg(tag, 8, 16, QLatin1Char('0'))
+        .toUpper()
+        .replace(QLatin1String("0X"), QLatin1String("0x"));
 }
 
 QSqlQuery &SessionState::query(const QString &sql)
@@ -29,8 +31,9 @@ void SessionState::check() const
 
 com::ComError notFound(const QString &what)
 {
-    return com::ComError(com::err::NotFound, QStringLiteral("Collaboration Data Objects"),
-                         QStringLiteral("[Collaboration Data Objects - [MAPI_E_NOT_FOUND(8004010F)]] %1").arg(what));
+    return com::ComError(
+        com::err::NotFound, QStringLiteral("Collaboration Data Objects"),
+        QStringLiteral("[Collaboration Data Objects - [MAPI_E_NOT_FOUND(8004010F)]] %1").arg(what));
 }
 
 } // namespace mapi

@@ -13,7 +13,6 @@
 
 namespace os {
 
-
 QString ApplicationLog::defaultPath()
 {
     QString state = QString::fromLocal8Bit(qgetenv("XDG_STATE_HOME"));
@@ -26,8 +25,9 @@ ApplicationLog::ApplicationLog(QString path) : m_path(std::move(path)) {}
 
 QString formatLogLine(const LogRecord &r)
 {
-    return r.time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")) + QLatin1Char('\t') + QString::number(r.type) +
-           QLatin1Char('\t') + com::escapeLine(r.source) + QLatin1Char('\t') + com::escapeLine(r.text);
+    return r.time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")) + QLatin1Char('\t') +
+           QString::number(r.type) + QLatin1Char('\t') + com::escapeLine(r.source) + QLatin1Char('\t') +
+           com::escapeLine(r.text);
 }
 
 bool parseLogLine(const QString &line, LogRecord &r)
@@ -49,7 +49,8 @@ bool ApplicationLog::LogEvent(const QString &text, int type, const QString &sour
     QFile file(m_path);
     if (!file.open(QIODevice::Append | QIODevice::Text))
         return false;
-    const QByteArray line = formatLogLine(LogRecord{QDateTime::currentDateTime(), type, source, text}).toUtf8() + '\n';
+    const QByteArray line =
+        formatLogLine(LogRecord{QDateTime::currentDateTime(), type, source, text}).toUtf8() + '\n';
     const bool written = file.write(line) == line.size() && file.flush();
 #ifdef Q_OS_UNIX
     if (QFileInfo::exists(QStringLiteral("/dev/log"))) {

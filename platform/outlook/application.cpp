@@ -132,7 +132,8 @@ void Application::displayed(const MAPIFolder &folder, mapi::Session &session, co
     QList<ItemRow> rows;
     mapi::MessageList messages = raw.Messages();
     for (const mapi::Message &m : messages)
-        rows.append(ItemRow{m.Subject(), QString::fromLatin1(m.Fields(mapi::PR_SENDER_NAME).Value().toByteArray()),
+        rows.append(ItemRow{m.Subject(),
+                            QString::fromLatin1(m.Fields(mapi::PR_SENDER_NAME).Value().toByteArray()),
                             QLocale().toString(m.TimeReceived(), QLocale::ShortFormat), m.Class()});
     delete m_window.data();
     m_window = new ExplorerWindow(folder.Name(), path, rows); // deletes itself when closed

@@ -10,7 +10,8 @@
 
 namespace outlook {
 
-ExplorerWindow::ExplorerWindow(const QString &folderName, const QString &folderPath, const QList<ItemRow> &items)
+ExplorerWindow::ExplorerWindow(const QString &folderName, const QString &folderPath,
+                               const QList<ItemRow> &items)
     : QWidget(nullptr, Qt::Window), m_path(folderPath)
 {
     setObjectName(QStringLiteral("olExplorer"));
@@ -25,8 +26,8 @@ ExplorerWindow::ExplorerWindow(const QString &folderName, const QString &folderP
 
     auto *grid = new QTableWidget(static_cast<int>(items.size()), 4, this);
     grid->setObjectName(QStringLiteral("Items"));
-    grid->setHorizontalHeaderLabels({QStringLiteral("Subject"), QStringLiteral("From"), QStringLiteral("Received"),
-                                     QStringLiteral("Message Class")});
+    grid->setHorizontalHeaderLabels({QStringLiteral("Subject"), QStringLiteral("From"),
+                                     QStringLiteral("Received"), QStringLiteral("Message Class")});
     grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
     grid->setSelectionBehavior(QAbstractItemView::SelectRows);
     grid->verticalHeader()->hide();
@@ -43,8 +44,8 @@ ExplorerWindow::ExplorerWindow(const QString &folderName, const QString &folderP
 
 QString accessText(int access)
 {
-    static const char *const names[] = {"modify", "read", "delete", "create subfolders", "create contents",
-                                        "create associated contents"};
+    static const char *const names[] = {
+        "modify", "read", "delete", "create subfolders", "create contents", "create associated contents"};
     QStringList words;
     for (int bit = 0; bit < 6; ++bit)
         if (access & (1 << bit))

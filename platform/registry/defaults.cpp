@@ -49,16 +49,16 @@ void fillDesktopDefaults(Registry &r, const ProgramLookup &lookup)
 {
     // Editors that keep running until their window closes (no single-instance
     // hand-off), plainest first.
-    const QString plain = firstProgram(lookup, {QStringLiteral("mousepad"), QStringLiteral("featherpad"),
-                                                QStringLiteral("leafpad"), QStringLiteral("xed"),
-                                                QStringLiteral("pluma"), QStringLiteral("gedit"),
-                                                QStringLiteral("kate"), QStringLiteral("xedit")});
-    const QString rich = firstProgram(lookup, {QStringLiteral("abiword"), QStringLiteral("lowriter"),
-                                               QStringLiteral("kwrite"), QStringLiteral("gedit"),
-                                               QStringLiteral("mousepad"), QStringLiteral("xedit")});
-    const QString code = firstProgram(lookup, {QStringLiteral("codium"), QStringLiteral("code"),
-                                               QStringLiteral("geany"), QStringLiteral("kate"),
-                                               QStringLiteral("gedit"), QStringLiteral("mousepad")});
+    const QString plain =
+        firstProgram(lookup, {QStringLiteral("mousepad"), QStringLiteral("featherpad"),
+                              QStringLiteral("leafpad"), QStringLiteral("xed"), QStringLiteral("pluma"),
+                              QStringLiteral("gedit"), QStringLiteral("kate"), QStringLiteral("xedit")});
+    const QString rich =
+        firstProgram(lookup, {QStringLiteral("abiword"), QStringLiteral("lowriter"), QStringLiteral("kwrite"),
+                              QStringLiteral("gedit"), QStringLiteral("mousepad"), QStringLiteral("xedit")});
+    const QString code =
+        firstProgram(lookup, {QStringLiteral("codium"), QStringLiteral("code"), QStringLiteral("geany"),
+                              QStringLiteral("kate"), QStringLiteral("gedit"), QStringLiteral("mousepad")});
     const auto command = [](const QString &program, const QString &extra = QString()) {
         return program.isEmpty() ? QString() : program + extra + QStringLiteral(" \"%1\"");
     };
@@ -69,17 +69,20 @@ void fillDesktopDefaults(Registry &r, const ProgramLookup &lookup)
         setDefault(r, HKEY_CLASSES_ROOT, QStringLiteral("txtfile\\shell\\open\\command"), command(plain));
     }
     if (!rich.isEmpty())
-        setDefault(r, HKEY_CLASSES_ROOT, QStringLiteral("Wordpad.Document.1\\shell\\open\\command"), command(rich));
+        setDefault(r, HKEY_CLASSES_ROOT, QStringLiteral("Wordpad.Document.1\\shell\\open\\command"),
+                   command(rich));
     if (!code.isEmpty()) {
         const QString wait = code.contains(QLatin1String("code")) || code.contains(QLatin1String("codium"))
                                  ? QStringLiteral(" --wait")
                                  : QString();
         setDefault(r, HKEY_CLASSES_ROOT, QStringLiteral("VisualBasic.Module\\shell\\open\\command"),
                    command(code, wait));
-        setDefault(r, HKEY_CLASSES_ROOT, QStringLiteral("dspfile\\shell\\open\\command"), command(code, wait));
+        setDefault(r, HKEY_CLASSES_ROOT, QStringLiteral("dspfile\\shell\\open\\command"),
+                   command(code, wait));
     }
-    const QString info = firstProgram(lookup, {QStringLiteral("hardinfo"), QStringLiteral("hardinfo2"),
-                                               QStringLiteral("kinfocenter"), QStringLiteral("gnome-system-monitor")});
+    const QString info =
+        firstProgram(lookup, {QStringLiteral("hardinfo"), QStringLiteral("hardinfo2"),
+                              QStringLiteral("kinfocenter"), QStringLiteral("gnome-system-monitor")});
     if (!info.isEmpty())
         setValue(r, HKEY_LOCAL_MACHINE, QStringLiteral("SOFTWARE\\Microsoft\\Shared Tools\\MSINFO"),
                  QStringLiteral("PATH"), info.mid(1, info.size() - 2));

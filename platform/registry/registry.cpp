@@ -57,10 +57,7 @@ public:
 
     QSqlDatabase db() const { return QSqlDatabase::database(connection, false); }
 
-    bool run(QSqlQuery &q)
-    {
-        return q.exec();
-    }
+    bool run(QSqlQuery &q) { return q.exec(); }
 
     /// Root and path of an open key or a root key.
     bool resolve(HKEY key, HKEY &root, QString &keyPath) const
@@ -199,15 +196,17 @@ long Registry::RegCloseKey(HKEY key)
     return d->open.remove(key) ? ERROR_SUCCESS : ERROR_INVALID_HANDLE;
 }
 
-long Registry::RegQueryValueEx(HKEY key, const QString &name, uint32_t *type, QByteArray *data, uint32_t *size)
+long Registry::RegQueryValueEx(HKEY key, const QString &name, uint32_t *type, QByteArray *data,
+                               uint32_t *size)
 {
     HKEY root;
     QString keyPath;
     if (!d->resolve(key, root, keyPath))
         return ERROR_INVALID_HANDLE;
     QSqlQuery q(d->db());
-    q.prepare(QStringLiteral("SELECT v.type, v.data FROM \"values\" v JOIN keys k ON k.id = v.key"
-                             " WHERE k.root = ? AND k.path = ? COLLATE NOCASE AND v.name = ? COLLATE NOCASE"));
+    q.prepare(
+        QStringLiteral("SELECT v.type, v.data FROM \"values\" v JOIN keys k ON k.id = v.key"
+                       " WHERE k.root = ? AND k.path = ? COLLATE NOCASE AND v.name = ? COLLATE NOCASE"));
     q.addBindValue(static_cast<qint64>(root));
     q.addBindValue(notNull(keyPath));
     q.addBindValue(notNull(name));
@@ -239,9 +238,10 @@ long Registry::RegSetValueEx(HKEY key, const QString &name, uint32_t type, const
     if (keyPath.isEmpty())
         return ERROR_ACCESS_DENIED; // no values on a root itself
     QSqlQuery q(d->db());
-    q.prepare(QStringLiteral("INSERT INTO \"values\"(key, name, type, data)"
-                             " SELECT id, ?, ?, ? FROM keys WHERE root = ? AND path = ? COLLATE NOCASE"
-                             " ON CONFLICT(key, name) DO UPDATE SET type = excluded.type, data = excluded.data"));
+    q.prepare(
+        QStringLiteral("INSERT INTO \"values\"(key, name, type, data)"
+                       " SELECT id, ?, ?, ? FROM keys WHERE root = ? AND path = ? COLLATE NOCASE"
+                       " ON CONFLICT(key, name) DO UPDATE SET type = excluded.type, data = excluded.data"));
     q.addBindValue(notNull(name));
     q.addBindValue(type);
     q.addBindValue(notNull(data));

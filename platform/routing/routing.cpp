@@ -10,12 +10,14 @@ const QString kSource = QStringLiteral("Exchange Routing Objects");
 
 com::ComError noSuchRow(int index)
 {
-    return com::ComError(com::err::SubscriptOutOfRange, kSource, QStringLiteral("There is no row %1.").arg(index));
+    return com::ComError(com::err::SubscriptOutOfRange, kSource,
+                         QStringLiteral("There is no row %1.").arg(index));
 }
 } // namespace
 
 MapRow::MapRow(QString activity, QString action, QString flags, QStringList args)
-    : m_activity(std::move(activity)), m_action(std::move(action)), m_flags(std::move(flags)), m_args(std::move(args))
+    : m_activity(std::move(activity)), m_action(std::move(action)), m_flags(std::move(flags)),
+      m_args(std::move(args))
 {
 }
 
@@ -74,8 +76,9 @@ void ProcessInstance::Open()
     QSqlQuery q = state->db->run(QStringLiteral("SELECT rui, status, row FROM instances WHERE message = ?"),
                                  {m_message->row()});
     if (!q.next())
-        throw com::ComError(com::err::NotFound, kSource,
-                            QStringLiteral("The message \"%1\" is no process instance.").arg(m_message->Subject()));
+        throw com::ComError(
+            com::err::NotFound, kSource,
+            QStringLiteral("The message \"%1\" is no process instance.").arg(m_message->Subject()));
     m_rui = q.value(0).toInt();
     m_status = q.value(1).toString();
     m_row = q.value(2).toInt();
@@ -85,8 +88,8 @@ void Tracking::attach(const mapi::Message &message)
 {
     m_records.clear();
     const mapi::StatePtr &state = message.state();
-    QSqlQuery q = state->db->run(QStringLiteral("SELECT status, at, name FROM votes WHERE message = ? ORDER BY seq"),
-                                 {message.row()});
+    QSqlQuery q = state->db->run(
+        QStringLiteral("SELECT status, at, name FROM votes WHERE message = ? ORDER BY seq"), {message.row()});
     while (q.next())
         m_records.append(TrackingRecord{q.value(0).toString(), q.value(1).toString(), q.value(2).toString()});
 }

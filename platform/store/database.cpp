@@ -54,8 +54,9 @@ void Database::connect()
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
     db.setDatabaseName(m_path);
     if (!db.open())
-        throw com::ComError(com::err::Corrupt, kSource,
-                            QStringLiteral("The store %1 could not be opened: %2").arg(m_path, db.lastError().text()));
+        throw com::ComError(
+            com::err::Corrupt, kSource,
+            QStringLiteral("The store %1 could not be opened: %2").arg(m_path, db.lastError().text()));
     run(QStringLiteral("PRAGMA busy_timeout = 5000"));
     run(QStringLiteral("PRAGMA foreign_keys = ON"));
 }
@@ -64,7 +65,8 @@ std::unique_ptr<Database> Database::open(const QString &path)
 {
     const QFileInfo info(path);
     if (!info.exists())
-        throw com::ComError(com::err::NotFound, kSource, QStringLiteral("The store %1 does not exist.").arg(path));
+        throw com::ComError(com::err::NotFound, kSource,
+                            QStringLiteral("The store %1 does not exist.").arg(path));
     if (!info.isFile() || !looksLikeSqlite(path))
         throw com::ComError(com::err::Corrupt, kSource,
                             QStringLiteral("The file %1 is not a Sorrelin store.").arg(path));
@@ -123,13 +125,15 @@ void Database::checkIntegrity()
         }
         const QVariant version = scalar(QStringLiteral("SELECT value FROM meta WHERE key = 'schema'"));
         if (!version.isValid())
-            throw com::ComError(com::err::Corrupt, kSource,
-                                QStringLiteral("The file %1 is not a Sorrelin store (no schema version).").arg(m_path));
+            throw com::ComError(
+                com::err::Corrupt, kSource,
+                QStringLiteral("The file %1 is not a Sorrelin store (no schema version).").arg(m_path));
         if (version.toInt() != kSchemaVersion)
-            throw com::ComError(com::err::Corrupt, kSource,
-                                QStringLiteral("The store %1 is of version %2; this program reads version %3.")
-                                    .arg(m_path, version.toString())
-                                    .arg(kSchemaVersion));
+            throw com::ComError(
+                com::err::Corrupt, kSource,
+                QStringLiteral("The store %1 is of version %2; this program reads version %3.")
+                    .arg(m_path, version.toString())
+                    .arg(kSchemaVersion));
         const QString check = scalar(QStringLiteral("PRAGMA quick_check(1)")).toString();
         if (check != QLatin1String("ok"))
             throw damaged(check);
@@ -138,8 +142,9 @@ void Database::checkIntegrity()
         // file is some other database.
         if (e.detail.contains(QLatin1String("malformed")))
             throw damaged(e.detail);
-        throw com::ComError(com::err::Corrupt, kSource,
-                            QStringLiteral("The file %1 is not a Sorrelin store (%2).").arg(m_path, e.detail));
+        throw com::ComError(
+            com::err::Corrupt, kSource,
+            QStringLiteral("The file %1 is not a Sorrelin store (%2).").arg(m_path, e.detail));
     }
 }
 
@@ -158,8 +163,9 @@ void Database::exec(QSqlQuery &query) const
         const QSqlError e = query.lastError();
         // SQLITE_CORRUPT (11) and SQLITE_NOTADB (26) mean the file itself is bad.
         const QString code = e.nativeErrorCode();
-        const int32_t number = (code == QLatin1String("11") || code == QLatin1String("26")) ? com::err::Corrupt
-                                                                                          : com::err::CallFailed;
+        const int32_t number = (code == QLatin1String("11") || code == QLatin1String("26"))
+                                   ? com::err::Corrupt
+                                   : com::err::CallFailed;
         throw com::ComError(number, kSource,
                             QStringLiteral("A store operation failed in %1: %2").arg(m_path, e.text()));
     }
@@ -187,7 +193,8 @@ QString Database::meta(const QString &key) const
 
 void Database::setMeta(const QString &key, const QString &value)
 {
-    run(QStringLiteral("INSERT INTO meta(key, value) VALUES(?, ?) ON CONFLICT(key) DO UPDATE SET value = excluded.value"),
+    run(QStringLiteral("INSERT INTO meta(key, value) VALUES(?, ?) ON CONFLICT(key) DO UPDATE SET value = "
+                       "excluded.value"),
         {key, value});
 }
 

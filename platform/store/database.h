@@ -46,8 +46,7 @@ public:
 
     /// Runs `body` in one write transaction: committed when it returns,
     /// rolled back when it raises. Nested calls join the outer transaction.
-    template <class F>
-    auto transaction(F &&body) -> decltype(body())
+    template <class F> auto transaction(F &&body) -> decltype(body())
     {
         Transaction t(*this);
         if constexpr (std::is_void_v<decltype(body())>) {

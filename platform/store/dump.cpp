@@ -45,15 +45,17 @@ public:
             host.insert(QStringLiteral("name"), h.value(1).toString());
             if (h.value(2).toInt()) {
                 QJsonArray authors;
-                QSqlQuery a = m_db.run(QStringLiteral("SELECT user FROM host_authors WHERE host = ? ORDER BY user"),
-                                       {h.value(0)});
+                QSqlQuery a =
+                    m_db.run(QStringLiteral("SELECT user FROM host_authors WHERE host = ? ORDER BY user"),
+                             {h.value(0)});
                 while (a.next())
                     authors.append(a.value(0).toString());
                 host.insert(QStringLiteral("authors"), authors);
             }
             QJsonArray handlers;
-            QSqlQuery k = m_db.run(QStringLiteral("SELECT class_id, name FROM handlers WHERE host = ? ORDER BY seq, id"),
-                                   {h.value(0)});
+            QSqlQuery k = m_db.run(
+                QStringLiteral("SELECT class_id, name FROM handlers WHERE host = ? ORDER BY seq, id"),
+                {h.value(0)});
             while (k.next())
                 handlers.append(QJsonObject{{QStringLiteral("class"), k.value(0).toString()},
                                             {QStringLiteral("name"), k.value(1).toString()}});
@@ -62,13 +64,14 @@ public:
         }
         root.insert(QStringLiteral("hosts"), hosts);
         QJsonArray stores;
-        QSqlQuery s = m_db.run(QStringLiteral("SELECT id, name, provider, host FROM stores ORDER BY seq, id"));
+        QSqlQuery s =
+            m_db.run(QStringLiteral("SELECT id, name, provider, host FROM stores ORDER BY seq, id"));
         while (s.next()) {
             QJsonObject store{{QStringLiteral("name"), s.value(1).toString()},
                               {QStringLiteral("provider"), s.value(2).toString()},
                               {QStringLiteral("host"), s.value(3).toString()}};
-            const QVariant rootFolder =
-                m_db.scalar(QStringLiteral("SELECT id FROM folders WHERE store = ? AND parent IS NULL"), {s.value(0)});
+            const QVariant rootFolder = m_db.scalar(
+                QStringLiteral("SELECT id FROM folders WHERE store = ? AND parent IS NULL"), {s.value(0)});
             store.insert(QStringLiteral("folders"), folders(rootFolder));
             stores.append(store);
         }
@@ -81,7 +84,8 @@ private:
     {
         QJsonArray list;
         QSqlQuery f = m_db.run(
-            QStringLiteral("SELECT id, name, access, event_source FROM folders WHERE parent = ? ORDER BY seq, id"),
+            QStringLiteral(
+                "SELECT id, name, access, event_source FROM folders WHERE parent = ? ORDER BY seq, id"),
             {parent});
         while (f.next()) {
             QJsonObject folder{{QStringLiteral("name"), f.value(1).toString()},
@@ -117,10 +121,11 @@ private:
                               {QStringLiteral("created"), m.value(3).toString()},
                               {QStringLiteral("modifiedBy"), text8(field(id, mapi::PR_LAST_MODIFIER_NAME))},
                               {QStringLiteral("modified"), m.value(4).toString()}};
-            QSqlQuery b = m_db.run(QStringLiteral("SELECT name, active, event_mask, handler_class, state_message,"
-                                                  " sched_type, sched_interval, sched_start, sched_end, sched_days,"
-                                                  " sched_at FROM bindings WHERE message = ?"),
-                                   {m.value(1)});
+            QSqlQuery b =
+                m_db.run(QStringLiteral("SELECT name, active, event_mask, handler_class, state_message,"
+                                        " sched_type, sched_interval, sched_start, sched_end, sched_days,"
+                                        " sched_at FROM bindings WHERE message = ?"),
+                         {m.value(1)});
             QVariant stateId;
             if (b.next()) {
                 agent.insert(QStringLiteral("binding"), true);
@@ -148,10 +153,12 @@ private:
             }
             m_claimed.insert(id.toLongLong());
             const QVariant state =
-                stateId.isNull() ? QVariant()
-                                 : m_db.scalar(QStringLiteral("SELECT id FROM messages WHERE entry_id = ?"), {stateId});
+                stateId.isNull()
+                    ? QVariant()
+                    : m_db.scalar(QStringLiteral("SELECT id FROM messages WHERE entry_id = ?"), {stateId});
             agent.insert(QStringLiteral("stateMessage"), state.isValid());
-            agent.insert(QStringLiteral("log"), state.isValid() ? text8(field(state, mapi::PR_AGENT_LOG)) : QString());
+            agent.insert(QStringLiteral("log"),
+                         state.isValid() ? text8(field(state, mapi::PR_AGENT_LOG)) : QString());
             if (state.isValid())
                 m_claimed.insert(state.toLongLong());
             list.append(agent);
@@ -162,9 +169,10 @@ private:
     QJsonArray messages(const QVariant &folder, bool hidden)
     {
         QJsonArray list;
-        QSqlQuery m = m_db.run(QStringLiteral("SELECT id, class, subject, created, modified, received FROM messages"
-                                              " WHERE folder = ? AND hidden = ? ORDER BY id"),
-                               {folder, hidden ? 1 : 0});
+        QSqlQuery m =
+            m_db.run(QStringLiteral("SELECT id, class, subject, created, modified, received FROM messages"
+                                    " WHERE folder = ? AND hidden = ? ORDER BY id"),
+                     {folder, hidden ? 1 : 0});
         while (m.next()) {
             const qint64 id = m.value(0).toLongLong();
             const QString cls = m.value(1).toString();
@@ -177,7 +185,8 @@ private:
             if (!m.value(5).isNull())
                 message.insert(QStringLiteral("received"), m.value(5).toString());
             QJsonObject fields;
-            QSqlQuery f = m_db.run(QStringLiteral("SELECT tag, value FROM fields WHERE message = ? ORDER BY tag"), {id});
+            QSqlQuery f = m_db.run(
+                QStringLiteral("SELECT tag, value FROM fields WHERE message = ? ORDER BY tag"), {id});
             while (f.next()) {
                 if (f.value(0).toString() == mapi::tagKey(mapi::PR_SENDER_NAME))
                     message.insert(QStringLiteral("from"), text8(f.value(1)));
@@ -187,7 +196,9 @@ private:
             message.insert(QStringLiteral("fields"), fields);
             QJsonArray map;
             QSqlQuery r = m_db.run(
-                QStringLiteral("SELECT activity, action, flags, args FROM map_rows WHERE message = ? ORDER BY row"), {id});
+                QStringLiteral(
+                    "SELECT activity, action, flags, args FROM map_rows WHERE message = ? ORDER BY row"),
+                {id});
             while (r.next())
                 map.append(QJsonObject{{QStringLiteral("activity"), r.value(0).toString()},
                                        {QStringLiteral("action"), r.value(1).toString()},
@@ -195,14 +206,16 @@ private:
                                        {QStringLiteral("args"),
                                         QJsonDocument::fromJson(r.value(3).toString().toUtf8()).array()}});
             message.insert(QStringLiteral("map"), map);
-            QSqlQuery in = m_db.run(QStringLiteral("SELECT rui, status, row FROM instances WHERE message = ?"), {id});
+            QSqlQuery in =
+                m_db.run(QStringLiteral("SELECT rui, status, row FROM instances WHERE message = ?"), {id});
             if (in.next())
-                message.insert(QStringLiteral("instance"), QJsonObject{{QStringLiteral("rui"), in.value(0).toInt()},
-                                                                       {QStringLiteral("status"), in.value(1).toString()},
-                                                                       {QStringLiteral("row"), in.value(2).toInt()}});
+                message.insert(QStringLiteral("instance"),
+                               QJsonObject{{QStringLiteral("rui"), in.value(0).toInt()},
+                                           {QStringLiteral("status"), in.value(1).toString()},
+                                           {QStringLiteral("row"), in.value(2).toInt()}});
             QJsonArray votes;
-            QSqlQuery v = m_db.run(QStringLiteral("SELECT name, status, at FROM votes WHERE message = ? ORDER BY seq"),
-                                   {id});
+            QSqlQuery v = m_db.run(
+                QStringLiteral("SELECT name, status, at FROM votes WHERE message = ? ORDER BY seq"), {id});
             while (v.next())
                 votes.append(QJsonObject{{QStringLiteral("name"), v.value(0).toString()},
                                          {QStringLiteral("status"), v.value(1).toString()},

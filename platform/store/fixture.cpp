@@ -37,14 +37,18 @@ QByteArray latin1(const QString &text, const QString &path)
 /// error.
 class Reader {
 public:
-    Reader(const QJsonObject &object, QString path, QStringList known) : m_object(object), m_path(std::move(path))
+    Reader(const QJsonObject &object, QString path, QStringList known)
+        : m_object(object), m_path(std::move(path))
     {
         for (auto it = object.begin(); it != object.end(); ++it)
             if (!known.contains(it.key()))
                 throw bad(member(it.key()), QStringLiteral("unknown member"));
     }
 
-    QString member(const QString &name) const { return m_path.isEmpty() ? name : m_path + QLatin1Char('.') + name; }
+    QString member(const QString &name) const
+    {
+        return m_path.isEmpty() ? name : m_path + QLatin1Char('.') + name;
+    }
     bool has(const QString &name) const { return m_object.contains(name); }
 
     QString text(const QString &name, const QString &fallback = QString(), bool required = false) const
@@ -67,8 +71,10 @@ public:
         const QJsonValue v = m_object.value(name);
         if (v.isUndefined())
             return fallback;
-        if (!v.isDouble() || v.toDouble() != static_cast<int>(v.toDouble()) || v.toInt() < low || v.toInt() > high)
-            throw bad(member(name), QStringLiteral("expected a whole number from %1 to %2").arg(low).arg(high));
+        if (!v.isDouble() || v.toDouble() != static_cast<int>(v.toDouble()) || v.toInt() < low ||
+            v.toInt() > high)
+            throw bad(member(name),
+                      QStringLiteral("expected a whole number from %1 to %2").arg(low).arg(high));
         return v.toInt();
     }
 
@@ -140,8 +146,9 @@ public:
 
     void load(const QJsonObject &root)
     {
-        const Reader r(root, QString(), {QStringLiteral("user"), QStringLiteral("profile"), QStringLiteral("hosts"),
-                                          QStringLiteral("stores")});
+        const Reader r(root, QString(),
+                       {QStringLiteral("user"), QStringLiteral("profile"), QStringLiteral("hosts"),
+                        QStringLiteral("stores")});
         m_user = r.text(QStringLiteral("user"), QString(), true);
         m_db.setMeta(QStringLiteral("user"), m_user);
         m_db.setMeta(QStringLiteral("profile"), r.text(QStringLiteral("profile"), QStringLiteral("Demo")));
@@ -156,10 +163,12 @@ public:
 private:
     void loadHost(const QJsonObject &o, const QString &path)
     {
-        const Reader r(o, path, {QStringLiteral("name"), QStringLiteral("authors"), QStringLiteral("handlers")});
+        const Reader r(o, path,
+                       {QStringLiteral("name"), QStringLiteral("authors"), QStringLiteral("handlers")});
         const QString name = r.text(QStringLiteral("name"), QString(), true);
         if (m_db.scalar(QStringLiteral("SELECT 1 FROM hosts WHERE name = ?"), {name}).isValid())
-            throw bad(r.member(QStringLiteral("name")), QStringLiteral("a host of this name is already listed"));
+            throw bad(r.member(QStringLiteral("name")),
+                      QStringLiteral("a host of this name is already listed"));
         const bool restricted = r.has(QStringLiteral("authors"));
         const qint64 host = m_db.run(QStringLiteral("INSERT INTO hosts(name, restricted) VALUES(?, ?)"),
                                      {name, restricted ? 1 : 0})
@@ -168,7 +177,8 @@ private:
         const QJsonArray authors = r.array(QStringLiteral("authors"));
         for (int i = 0; i < authors.size(); ++i) {
             if (!authors.at(i).isString())
-                throw bad(QStringLiteral("%1.authors[%2]").arg(path).arg(i), QStringLiteral("expected a text"));
+                throw bad(QStringLiteral("%1.authors[%2]").arg(path).arg(i),
+                          QStringLiteral("expected a text"));
             m_db.run(QStringLiteral("INSERT OR IGNORE INTO host_authors(host, user) VALUES(?, ?)"),
                      {host, authors.at(i).toString()});
         }
@@ -185,24 +195,27 @@ private:
 
     void loadStore(const QJsonObject &o, const QString &path, int seq)
     {
-        const Reader r(o, path, {QStringLiteral("name"), QStringLiteral("provider"), QStringLiteral("host"),
-                                 QStringLiteral("folders")});
+        const Reader r(o, path,
+                       {QStringLiteral("name"), QStringLiteral("provider"), QStringLiteral("host"),
+                        QStringLiteral("folders")});
         const QString name = r.text(QStringLiteral("name"), QString(), true);
         QSqlQuery q = m_db.run(QStringLiteral("INSERT INTO stores(store_id, seq, name, provider, host)"
                                               " VALUES('', ?, ?, ?, ?)"),
                                {seq, name, r.text(QStringLiteral("provider"), kExchange),
                                 r.text(QStringLiteral("host"), QString())});
         m_store = q.lastInsertId().toLongLong();
-        m_db.run(QStringLiteral("UPDATE stores SET store_id = ? WHERE id = ?"), {makeStoreId(m_store), m_store});
+        m_db.run(QStringLiteral("UPDATE stores SET store_id = ? WHERE id = ?"),
+                 {makeStoreId(m_store), m_store});
         const qint64 root = insertFolder(QVariant(), 0, QStringLiteral("Top of Information Store"), 63, true);
         loadFolders(r, root);
     }
 
     qint64 insertFolder(const QVariant &parent, int seq, const QString &name, int access, bool eventSource)
     {
-        QSqlQuery q = m_db.run(QStringLiteral("INSERT INTO folders(store, parent, seq, name, access, event_source)"
-                                              " VALUES(?, ?, ?, ?, ?, ?)"),
-                               {m_store, parent, seq, name, access, eventSource ? 1 : 0});
+        QSqlQuery q =
+            m_db.run(QStringLiteral("INSERT INTO folders(store, parent, seq, name, access, event_source)"
+                                    " VALUES(?, ?, ?, ?, ?, ?)"),
+                     {m_store, parent, seq, name, access, eventSource ? 1 : 0});
         const qint64 row = q.lastInsertId().toLongLong();
         m_db.assignEntryId(IdKind::Folder, m_store, row);
         return row;
@@ -219,12 +232,14 @@ private:
 
     void loadFolder(const QJsonObject &o, const QString &path, qint64 parent, int seq)
     {
-        const Reader r(o, path, {QStringLiteral("name"), QStringLiteral("access"), QStringLiteral("eventSource"),
-                                 QStringLiteral("folders"), QStringLiteral("agents"), QStringLiteral("messages"),
-                                 QStringLiteral("hidden")});
+        const Reader r(o, path,
+                       {QStringLiteral("name"), QStringLiteral("access"), QStringLiteral("eventSource"),
+                        QStringLiteral("folders"), QStringLiteral("agents"), QStringLiteral("messages"),
+                        QStringLiteral("hidden")});
         const QString name = r.text(QStringLiteral("name"), QString(), true);
         if (name.isEmpty() || name.contains(QLatin1Char('\\')))
-            throw bad(r.member(QStringLiteral("name")), QStringLiteral("a folder's name is not empty and has no \\"));
+            throw bad(r.member(QStringLiteral("name")),
+                      QStringLiteral("a folder's name is not empty and has no \\"));
         const qint64 folder = insertFolder(parent, seq, name, r.number(QStringLiteral("access"), 63, 0, 63),
                                            r.flag(QStringLiteral("eventSource"), true));
         const QJsonArray agents = r.array(QStringLiteral("agents"));
@@ -234,18 +249,20 @@ private:
         for (const QString &kind : {QStringLiteral("messages"), QStringLiteral("hidden")}) {
             const QJsonArray messages = r.array(kind);
             for (int i = 0; i < messages.size(); ++i)
-                loadMessage(element(messages, i, r.member(kind)), QStringLiteral("%1[%2]").arg(r.member(kind)).arg(i),
-                            folder, kind == QLatin1String("hidden"));
+                loadMessage(element(messages, i, r.member(kind)),
+                            QStringLiteral("%1[%2]").arg(r.member(kind)).arg(i), folder,
+                            kind == QLatin1String("hidden"));
         }
         loadFolders(r, folder);
     }
 
-    qint64 insertMessage(qint64 folder, bool hidden, const QString &cls, const QString &subject, const QString &created,
-                         const QString &modified, const QVariant &received)
+    qint64 insertMessage(qint64 folder, bool hidden, const QString &cls, const QString &subject,
+                         const QString &created, const QString &modified, const QVariant &received)
     {
-        QSqlQuery q = m_db.run(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created, modified,"
-                                              " received, delivered) VALUES(?, ?, ?, ?, ?, ?, ?, ?)"),
-                               {folder, hidden ? 1 : 0, cls, subject, created, modified, received, received});
+        QSqlQuery q =
+            m_db.run(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created, modified,"
+                                    " received, delivered) VALUES(?, ?, ?, ?, ?, ?, ?, ?)"),
+                     {folder, hidden ? 1 : 0, cls, subject, created, modified, received, received});
         const qint64 row = q.lastInsertId().toLongLong();
         m_lastId = m_db.assignEntryId(IdKind::Message, m_store, row);
         return row;
@@ -253,9 +270,10 @@ private:
 
     void setField(qint64 message, const QString &tag, const QVariant &value)
     {
-        m_db.run(QStringLiteral("INSERT INTO fields(message, tag, value) VALUES(?, ?, ?) ON CONFLICT(message, tag)"
-                                " DO UPDATE SET value = excluded.value"),
-                 {message, tag, value});
+        m_db.run(
+            QStringLiteral("INSERT INTO fields(message, tag, value) VALUES(?, ?, ?) ON CONFLICT(message, tag)"
+                           " DO UPDATE SET value = excluded.value"),
+            {message, tag, value});
     }
 
     void loadAgent(const QJsonObject &o, const QString &path, qint64 folder)
@@ -270,8 +288,9 @@ private:
         const QString handler = r.text(QStringLiteral("handler"), events::kScriptHandler);
         const QString field = events::memoryOrderHex(handler);
         if (field.isEmpty())
-            throw bad(r.member(QStringLiteral("handler")),
-                      QStringLiteral("expected a class identifier like {69E54151-B371-11D0-BCD9-00AA00C1AB1C}"));
+            throw bad(
+                r.member(QStringLiteral("handler")),
+                QStringLiteral("expected a class identifier like {69E54151-B371-11D0-BCD9-00AA00C1AB1C}"));
         const int mask = r.number(QStringLiteral("mask"), 2, 0, 15);
         const bool active = r.flag(QStringLiteral("active"), true);
         const QString created = r.time(QStringLiteral("created"), m_now);
@@ -281,7 +300,8 @@ private:
                         QStringLiteral("end"), QStringLiteral("days"), QStringLiteral("at")});
         const QVariantList schedule = {s.number(QStringLiteral("type"), 0, 0, 3),
                                        s.number(QStringLiteral("interval"), 0, -32768, 32767),
-                                       s.clock(QStringLiteral("start"), 0), s.clock(QStringLiteral("end"), 0),
+                                       s.clock(QStringLiteral("start"), 0),
+                                       s.clock(QStringLiteral("end"), 0),
                                        s.number(QStringLiteral("days"), 0, -32768, 32767),
                                        s.clock(QStringLiteral("at"), 0)};
 
@@ -292,20 +312,23 @@ private:
         setField(message, mapi::tagKey(mapi::PR_HANDLER), field.toLatin1());
         setField(message, mapi::tagKey(mapi::PR_CREATOR_NAME),
                  r.text(QStringLiteral("createdBy"), m_user).toLatin1());
-        setField(message, mapi::tagKey(mapi::PR_LAST_MODIFIER_NAME),
-                 r.text(QStringLiteral("modifiedBy"), r.text(QStringLiteral("createdBy"), m_user)).toLatin1());
+        setField(
+            message, mapi::tagKey(mapi::PR_LAST_MODIFIER_NAME),
+            r.text(QStringLiteral("modifiedBy"), r.text(QStringLiteral("createdBy"), m_user)).toLatin1());
         QVariant stateId;
         if (r.flag(QStringLiteral("stateMessage"), true)) {
-            const qint64 state = insertMessage(folder, true, mapi::kStateClass, name, created, modified, QVariant());
+            const qint64 state =
+                insertMessage(folder, true, mapi::kStateClass, name, created, modified, QVariant());
             stateId = m_lastId;
             setField(state, mapi::tagKey(mapi::PR_AGENT_LOG), r.bytes(QStringLiteral("log")));
         }
         if (r.flag(QStringLiteral("binding"), true)) {
             QVariantList values = {folder, name, active ? 1 : 0, mask, handler, messageId, stateId};
             values += schedule;
-            m_db.run(QStringLiteral("INSERT INTO bindings(folder, name, active, event_mask, handler_class, message,"
-                                    " state_message, sched_type, sched_interval, sched_start, sched_end, sched_days,"
-                                    " sched_at) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
+            m_db.run(QStringLiteral(
+                         "INSERT INTO bindings(folder, name, active, event_mask, handler_class, message,"
+                         " state_message, sched_type, sched_interval, sched_start, sched_end, sched_days,"
+                         " sched_at) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
                      values);
         }
     }
@@ -321,7 +344,8 @@ private:
         const QVariant received = hidden && !r.has(QStringLiteral("received"))
                                       ? QVariant()
                                       : QVariant(r.time(QStringLiteral("received"), m_now));
-        const QString created = r.time(QStringLiteral("created"), received.isNull() ? m_now : received.toString());
+        const QString created =
+            r.time(QStringLiteral("created"), received.isNull() ? m_now : received.toString());
         const qint64 message =
             insertMessage(folder, hidden, r.text(QStringLiteral("class"), QStringLiteral("IPM.Note")),
                           r.text(QStringLiteral("subject"), QString(), true), created,
@@ -355,7 +379,8 @@ private:
             const QJsonArray args = m.array(QStringLiteral("args"));
             for (int a = 0; a < args.size(); ++a)
                 if (!args.at(a).isString())
-                    throw bad(QStringLiteral("%1.args[%2]").arg(mpath).arg(a), QStringLiteral("expected a text"));
+                    throw bad(QStringLiteral("%1.args[%2]").arg(mpath).arg(a),
+                              QStringLiteral("expected a text"));
             m_db.run(QStringLiteral("INSERT INTO map_rows(message, row, activity, action, flags, args)"
                                     " VALUES(?, ?, ?, ?, ?, ?)"),
                      {message, i, m.text(QStringLiteral("activity")), m.text(QStringLiteral("action")),
@@ -366,7 +391,8 @@ private:
             const Reader in(r.object(QStringLiteral("instance")), r.member(QStringLiteral("instance")),
                             {QStringLiteral("rui"), QStringLiteral("status"), QStringLiteral("row")});
             m_db.run(QStringLiteral("INSERT INTO instances(message, rui, status, row) VALUES(?, ?, ?, ?)"),
-                     {message, in.number(QStringLiteral("rui"), 0, INT_MIN, INT_MAX), in.text(QStringLiteral("status")),
+                     {message, in.number(QStringLiteral("rui"), 0, INT_MIN, INT_MAX),
+                      in.text(QStringLiteral("status")),
                       in.number(QStringLiteral("row"), 0, INT_MIN, INT_MAX)});
         }
         const QJsonArray votes = r.array(QStringLiteral("votes"));
@@ -374,9 +400,10 @@ private:
             const Reader v(element(votes, i, r.member(QStringLiteral("votes"))),
                            QStringLiteral("%1[%2]").arg(r.member(QStringLiteral("votes"))).arg(i),
                            {QStringLiteral("name"), QStringLiteral("status"), QStringLiteral("at")});
-            m_db.run(QStringLiteral("INSERT INTO votes(message, seq, name, status, at) VALUES(?, ?, ?, ?, ?)"),
-                     {message, i, v.text(QStringLiteral("name")), v.text(QStringLiteral("status")),
-                      v.text(QStringLiteral("at"))});
+            m_db.run(
+                QStringLiteral("INSERT INTO votes(message, seq, name, status, at) VALUES(?, ?, ?, ?, ?)"),
+                {message, i, v.text(QStringLiteral("name")), v.text(QStringLiteral("status")),
+                 v.text(QStringLiteral("at"))});
         }
     }
 
@@ -392,7 +419,8 @@ private:
 void loadFixture(const QJsonObject &fixture, const QString &dbPath)
 {
     if (QFileInfo::exists(dbPath))
-        throw com::ComError(com::err::InvalidParameter, kSource, QStringLiteral("%1 already exists.").arg(dbPath));
+        throw com::ComError(com::err::InvalidParameter, kSource,
+                            QStringLiteral("%1 already exists.").arg(dbPath));
     // Made beside the target and renamed at the end, so a bad fixture leaves
     // no file behind.
     const QString partial = dbPath + QStringLiteral(".partial");
@@ -405,7 +433,8 @@ void loadFixture(const QJsonObject &fixture, const QString &dbPath)
             db->run(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
         }
         if (!QFile::rename(partial, dbPath))
-            throw com::ComError(com::err::FileAccess, kSource, QStringLiteral("%1 could not be written.").arg(dbPath));
+            throw com::ComError(com::err::FileAccess, kSource,
+                                QStringLiteral("%1 could not be written.").arg(dbPath));
     } catch (...) {
         for (const QString &suffix : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm")})
             QFile::remove(partial + suffix);
@@ -428,8 +457,9 @@ void loadFixture(const QString &jsonPath, const QString &dbPath)
         const QByteArray before = text.left(error.offset);
         const int line = static_cast<int>(before.count('\n')) + 1;
         const int column = static_cast<int>(error.offset - (before.lastIndexOf('\n') + 1)) + 1;
-        throw com::ComError(com::err::InvalidParameter, kSource,
-                            QStringLiteral("%1:%2:%3: %4").arg(jsonPath).arg(line).arg(column).arg(error.errorString()));
+        throw com::ComError(
+            com::err::InvalidParameter, kSource,
+            QStringLiteral("%1:%2:%3: %4").arg(jsonPath).arg(line).arg(column).arg(error.errorString()));
     }
     if (!doc.isObject())
         throw com::ComError(com::err::InvalidParameter, kSource,

@@ -26,9 +26,12 @@ public:
         m_db.setMeta(QStringLiteral("user"), QStringLiteral("Alice Admin"));
         m_db.setMeta(QStringLiteral("profile"), QStringLiteral("Generated"));
         const qint64 host =
-            m_db.run(QStringLiteral("INSERT INTO hosts(name, restricted) VALUES('EXCH01', 0)")).lastInsertId().toLongLong();
-        m_db.run(QStringLiteral("INSERT INTO handlers(host, seq, class_id, name) VALUES(?, 0, ?, 'Script Handler'),"
-                                " (?, 1, ?, 'Routing Handler'), (?, 2, ?, 'Archive Handler')"),
+            m_db.run(QStringLiteral("INSERT INTO hosts(name, restricted) VALUES('EXCH01', 0)"))
+                .lastInsertId()
+                .toLongLong();
+        m_db.run(QStringLiteral(
+                     "INSERT INTO handlers(host, seq, class_id, name) VALUES(?, 0, ?, 'Script Handler'),"
+                     " (?, 1, ?, 'Routing Handler'), (?, 2, ?, 'Archive Handler')"),
                  {host, events::kScriptHandler, host, events::kRoutingHandler, host, kOtherHandler});
         prepare();
         const int stores = qMax(1, m_options.stores);
@@ -42,11 +45,13 @@ public:
 private:
     void prepare()
     {
-        m_folder = m_db.prepare(QStringLiteral("INSERT INTO folders(store, parent, seq, name, access, event_source,"
-                                               " entry_id) VALUES(?, ?, ?, ?, ?, ?, ?)"));
-        m_message = m_db.prepare(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created,"
-                                                " modified, received, delivered, entry_id)"
-                                                " VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?)"));
+        m_folder =
+            m_db.prepare(QStringLiteral("INSERT INTO folders(store, parent, seq, name, access, event_source,"
+                                        " entry_id) VALUES(?, ?, ?, ?, ?, ?, ?)"));
+        m_message =
+            m_db.prepare(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created,"
+                                        " modified, received, delivered, entry_id)"
+                                        " VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?)"));
         m_field = m_db.prepare(QStringLiteral("INSERT INTO fields(message, tag, value) VALUES(?, ?, ?)"));
         m_binding = m_db.prepare(QStringLiteral(
             "INSERT INTO bindings(folder, name, active, event_mask, handler_class, message, state_message,"
@@ -56,11 +61,13 @@ private:
 
     int pick(int n) { return std::uniform_int_distribution<int>(0, n - 1)(m_random); }
 
-    qint64 addFolder(qint64 store, const QVariant &parent, int seq, const QString &name, int access, bool source)
+    qint64 addFolder(qint64 store, const QVariant &parent, int seq, const QString &name, int access,
+                     bool source)
     {
         const qint64 row = ++m_folderRow;
-        for (const QVariant &v : {QVariant(store), parent, QVariant(seq), QVariant(name), QVariant(access),
-                                  QVariant(source ? 1 : 0), QVariant(makeEntryId(store, IdKind::Folder, row))})
+        for (const QVariant &v :
+             {QVariant(store), parent, QVariant(seq), QVariant(name), QVariant(access),
+              QVariant(source ? 1 : 0), QVariant(makeEntryId(store, IdKind::Folder, row))})
             m_folder.addBindValue(v);
         m_db.exec(m_folder);
         return row;
@@ -68,14 +75,17 @@ private:
 
     void makeStore(int index, int folders)
     {
-        const QString name = index == 0 ? QStringLiteral("Public Folders")
-                                        : QStringLiteral("Mailbox - User %1").arg(index, 3, 10, QLatin1Char('0'));
-        m_db.run(QStringLiteral("INSERT INTO stores(store_id, seq, name, provider, host) VALUES('', ?, ?, ?, 'EXCH01')"),
+        const QString name = index == 0
+                                 ? QStringLiteral("Public Folders")
+                                 : QStringLiteral("Mailbox - User %1").arg(index, 3, 10, QLatin1Char('0'));
+        m_db.run(QStringLiteral(
+                     "INSERT INTO stores(store_id, seq, name, provider, host) VALUES('', ?, ?, ?, 'EXCH01')"),
                  {index, name, QStringLiteral("Microsoft Exchange Server")});
         const qint64 store = m_db.scalar(QStringLiteral("SELECT max(id) FROM stores")).toLongLong();
         m_db.run(QStringLiteral("UPDATE stores SET store_id = ? WHERE id = ?"), {makeStoreId(store), store});
         m_folderRow = m_db.scalar(QStringLiteral("SELECT COALESCE(max(id), 0) FROM folders")).toLongLong();
-        const qint64 root = addFolder(store, QVariant(), 0, QStringLiteral("Top of Information Store"), 63, true);
+        const qint64 root =
+            addFolder(store, QVariant(), 0, QStringLiteral("Top of Information Store"), 63, true);
         // A tree of up to five levels: each new folder goes below a folder
         // made before it whose depth allows one more level.
         QVector<std::pair<qint64, int>> parents{{root, 0}};
@@ -85,9 +95,9 @@ private:
             const int roll = pick(100);
             const int access = roll < 3 ? 7 : 63;
             const bool source = !(roll >= 3 && roll < 6);
-            const qint64 row = addFolder(store, parent, childCount[parent]++,
-                                         QStringLiteral("Folder %1").arg(m_folders.size(), 5, 10, QLatin1Char('0')),
-                                         access, source);
+            const qint64 row = addFolder(
+                store, parent, childCount[parent]++,
+                QStringLiteral("Folder %1").arg(m_folders.size(), 5, 10, QLatin1Char('0')), access, source);
             m_folders.append({row, store});
             if (depth + 1 < 5)
                 parents.append({row, depth + 1});
@@ -101,10 +111,10 @@ private:
                                  .arg(1 + pick(11), 2, 10, QLatin1Char('0'))
                                  .arg(1 + pick(28), 2, 10, QLatin1Char('0'))
                                  .arg(pick(24), 2, 10, QLatin1Char('0'));
-        for (const QVariant &v : {QVariant(folder), QVariant(hidden ? 1 : 0), QVariant(cls), QVariant(subject),
-                                  QVariant(time), QVariant(time), hidden ? QVariant() : QVariant(time),
-                                  hidden ? QVariant() : QVariant(time),
-                                  QVariant(makeEntryId(store, IdKind::Message, row))})
+        for (const QVariant &v :
+             {QVariant(folder), QVariant(hidden ? 1 : 0), QVariant(cls), QVariant(subject), QVariant(time),
+              QVariant(time), hidden ? QVariant() : QVariant(time), hidden ? QVariant() : QVariant(time),
+              QVariant(makeEntryId(store, IdKind::Message, row))})
             m_message.addBindValue(v);
         m_db.exec(m_message);
         return row;

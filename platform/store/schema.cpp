@@ -16,15 +16,18 @@ QStringList schemaStatements()
         // to write bindings there (no row at all: everyone may).
         QStringLiteral("CREATE TABLE hosts(id INTEGER PRIMARY KEY, name TEXT NOT NULL UNIQUE COLLATE NOCASE,"
                        " restricted INTEGER NOT NULL DEFAULT 0)"),
-        QStringLiteral("CREATE TABLE host_authors(host INTEGER NOT NULL REFERENCES hosts(id) ON DELETE CASCADE,"
-                       " user TEXT NOT NULL, PRIMARY KEY(host, user)) WITHOUT ROWID"),
-        QStringLiteral("CREATE TABLE handlers(id INTEGER PRIMARY KEY, host INTEGER NOT NULL REFERENCES hosts(id)"
-                       " ON DELETE CASCADE, seq INTEGER NOT NULL, class_id TEXT NOT NULL, name TEXT NOT NULL)"),
+        QStringLiteral(
+            "CREATE TABLE host_authors(host INTEGER NOT NULL REFERENCES hosts(id) ON DELETE CASCADE,"
+            " user TEXT NOT NULL, PRIMARY KEY(host, user)) WITHOUT ROWID"),
+        QStringLiteral(
+            "CREATE TABLE handlers(id INTEGER PRIMARY KEY, host INTEGER NOT NULL REFERENCES hosts(id)"
+            " ON DELETE CASCADE, seq INTEGER NOT NULL, class_id TEXT NOT NULL, name TEXT NOT NULL)"),
         QStringLiteral("CREATE INDEX handlers_host ON handlers(host, seq)"),
 
         // Message stores of the profile, in the order the session lists them.
-        QStringLiteral("CREATE TABLE stores(id INTEGER PRIMARY KEY, store_id TEXT NOT NULL UNIQUE, seq INTEGER NOT NULL,"
-                       " name TEXT NOT NULL, provider TEXT NOT NULL, host TEXT NOT NULL DEFAULT '')"),
+        QStringLiteral(
+            "CREATE TABLE stores(id INTEGER PRIMARY KEY, store_id TEXT NOT NULL UNIQUE, seq INTEGER NOT NULL,"
+            " name TEXT NOT NULL, provider TEXT NOT NULL, host TEXT NOT NULL DEFAULT '')"),
 
         // Folders; the root folder of a store has no parent. `access` is the
         // PR_ACCESS of every user; folder_access overrides it for one user.
@@ -35,8 +38,9 @@ QStringList schemaStatements()
                        " event_source INTEGER NOT NULL DEFAULT 1)"),
         QStringLiteral("CREATE INDEX folders_parent ON folders(parent, seq)"),
         QStringLiteral("CREATE INDEX folders_store ON folders(store, parent)"),
-        QStringLiteral("CREATE TABLE folder_access(folder INTEGER NOT NULL REFERENCES folders(id) ON DELETE CASCADE,"
-                       " user TEXT NOT NULL, access INTEGER NOT NULL, PRIMARY KEY(folder, user)) WITHOUT ROWID"),
+        QStringLiteral(
+            "CREATE TABLE folder_access(folder INTEGER NOT NULL REFERENCES folders(id) ON DELETE CASCADE,"
+            " user TEXT NOT NULL, access INTEGER NOT NULL, PRIMARY KEY(folder, user)) WITHOUT ROWID"),
 
         // Ordinary and hidden (associated) messages of a folder.
         QStringLiteral("CREATE TABLE messages(id INTEGER PRIMARY KEY, entry_id TEXT UNIQUE,"
@@ -46,8 +50,9 @@ QStringList schemaStatements()
         QStringLiteral("CREATE INDEX messages_folder ON messages(folder, hidden, class, id)"),
 
         // Fields of a message by tag ("0x7102001E") or by name ("RouteType").
-        QStringLiteral("CREATE TABLE fields(message INTEGER NOT NULL REFERENCES messages(id) ON DELETE CASCADE,"
-                       " tag TEXT NOT NULL, value, PRIMARY KEY(message, tag)) WITHOUT ROWID"),
+        QStringLiteral(
+            "CREATE TABLE fields(message INTEGER NOT NULL REFERENCES messages(id) ON DELETE CASCADE,"
+            " tag TEXT NOT NULL, value, PRIMARY KEY(message, tag)) WITHOUT ROWID"),
 
         // Event bindings of a folder's event source, in the source's order.
         // `message` is the binding message, `state_message` the state message.
@@ -62,14 +67,17 @@ QStringList schemaStatements()
         QStringLiteral("CREATE INDEX bindings_folder ON bindings(folder, id)"),
 
         // Routing: map rows on a message, process instance state, and votes.
-        QStringLiteral("CREATE TABLE map_rows(message INTEGER NOT NULL REFERENCES messages(id) ON DELETE CASCADE,"
-                       " row INTEGER NOT NULL, activity TEXT NOT NULL, action TEXT NOT NULL, flags TEXT NOT NULL,"
-                       " args TEXT NOT NULL DEFAULT '[]', PRIMARY KEY(message, row)) WITHOUT ROWID"),
-        QStringLiteral("CREATE TABLE instances(message INTEGER PRIMARY KEY REFERENCES messages(id) ON DELETE CASCADE,"
-                       " rui INTEGER NOT NULL, status TEXT NOT NULL, row INTEGER NOT NULL)"),
-        QStringLiteral("CREATE TABLE votes(message INTEGER NOT NULL REFERENCES messages(id) ON DELETE CASCADE,"
-                       " seq INTEGER NOT NULL, name TEXT NOT NULL, status TEXT NOT NULL, at TEXT NOT NULL,"
-                       " PRIMARY KEY(message, seq)) WITHOUT ROWID"),
+        QStringLiteral(
+            "CREATE TABLE map_rows(message INTEGER NOT NULL REFERENCES messages(id) ON DELETE CASCADE,"
+            " row INTEGER NOT NULL, activity TEXT NOT NULL, action TEXT NOT NULL, flags TEXT NOT NULL,"
+            " args TEXT NOT NULL DEFAULT '[]', PRIMARY KEY(message, row)) WITHOUT ROWID"),
+        QStringLiteral(
+            "CREATE TABLE instances(message INTEGER PRIMARY KEY REFERENCES messages(id) ON DELETE CASCADE,"
+            " rui INTEGER NOT NULL, status TEXT NOT NULL, row INTEGER NOT NULL)"),
+        QStringLiteral(
+            "CREATE TABLE votes(message INTEGER NOT NULL REFERENCES messages(id) ON DELETE CASCADE,"
+            " seq INTEGER NOT NULL, name TEXT NOT NULL, status TEXT NOT NULL, at TEXT NOT NULL,"
+            " PRIMARY KEY(message, seq)) WITHOUT ROWID"),
     };
 }
 

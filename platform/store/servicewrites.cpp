@@ -18,15 +18,14 @@ qint64 folderOfPath(Database &db, const QStringList &parts, int &used)
 {
     if (parts.size() < 2)
         return 0;
-    qint64 folder =
-        db.scalar(QStringLiteral("SELECT f.id FROM folders f JOIN stores s ON s.id = f.store"
-                                 " WHERE s.name = ? AND f.parent IS NULL"),
-                  {parts.at(0)})
-            .toLongLong();
+    qint64 folder = db.scalar(QStringLiteral("SELECT f.id FROM folders f JOIN stores s ON s.id = f.store"
+                                             " WHERE s.name = ? AND f.parent IS NULL"),
+                              {parts.at(0)})
+                        .toLongLong();
     used = 1;
     while (folder && used < parts.size()) {
-        const QVariant next = db.scalar(QStringLiteral("SELECT id FROM folders WHERE parent = ? AND name = ?"),
-                                        {folder, parts.at(used)});
+        const QVariant next = db.scalar(
+            QStringLiteral("SELECT id FROM folders WHERE parent = ? AND name = ?"), {folder, parts.at(used)});
         if (!next.isValid())
             break;
         folder = next.toLongLong();
@@ -43,18 +42,18 @@ qint64 find(Database &db, const QString &name, bool agent)
         int used = 0;
         const qint64 folder = folderOfPath(db, parts, used);
         if (folder && used == parts.size() - 1)
-            row = agent ? db.scalar(QStringLiteral("SELECT id FROM messages WHERE folder = ? AND hidden = 1 AND"
-                                                   " class = ? AND subject = ? ORDER BY id"),
-                                    {folder, mapi::kBindingClass, parts.last()})
-                        : db.scalar(QStringLiteral("SELECT id FROM messages WHERE folder = ? AND subject = ?"
-                                                   " ORDER BY hidden, id"),
-                                    {folder, parts.last()});
+            row = agent
+                      ? db.scalar(QStringLiteral("SELECT id FROM messages WHERE folder = ? AND hidden = 1 AND"
+                                                 " class = ? AND subject = ? ORDER BY id"),
+                                  {folder, mapi::kBindingClass, parts.last()})
+                      : db.scalar(QStringLiteral("SELECT id FROM messages WHERE folder = ? AND subject = ?"
+                                                 " ORDER BY hidden, id"),
+                                  {folder, parts.last()});
     }
     if (!row.isValid())
         throw com::ComError(com::err::NotFound, kSource,
-                            QStringLiteral("No %1 is named \"%2\".").arg(agent ? QStringLiteral("agent")
-                                                                               : QStringLiteral("message"),
-                                                                         name));
+                            QStringLiteral("No %1 is named \"%2\".")
+                                .arg(agent ? QStringLiteral("agent") : QStringLiteral("message"), name));
     return row.toLongLong();
 }
 
@@ -78,15 +77,18 @@ void setAgentLog(Database &db, const QString &agent, const QByteArray &log)
             QStringLiteral("SELECT b.state_message FROM bindings b JOIN messages m ON m.entry_id = b.message"
                            " WHERE m.id = ?"),
             {message});
-        const QVariant state = stateId.isNull()
-                                   ? QVariant()
-                                   : db.scalar(QStringLiteral("SELECT id FROM messages WHERE entry_id = ?"), {stateId});
+        const QVariant state =
+            stateId.isNull()
+                ? QVariant()
+                : db.scalar(QStringLiteral("SELECT id FROM messages WHERE entry_id = ?"), {stateId});
         if (!state.isValid())
-            throw com::ComError(com::err::NotFound, kSource,
-                                QStringLiteral("The agent \"%1\" has no state message to hold a log.").arg(agent));
-        db.run(QStringLiteral("INSERT INTO fields(message, tag, value) VALUES(?, ?, ?) ON CONFLICT(message, tag)"
-                              " DO UPDATE SET value = excluded.value"),
-               {state, mapi::tagKey(mapi::PR_AGENT_LOG), log.isNull() ? QByteArray("") : log});
+            throw com::ComError(
+                com::err::NotFound, kSource,
+                QStringLiteral("The agent \"%1\" has no state message to hold a log.").arg(agent));
+        db.run(
+            QStringLiteral("INSERT INTO fields(message, tag, value) VALUES(?, ?, ?) ON CONFLICT(message, tag)"
+                           " DO UPDATE SET value = excluded.value"),
+            {state, mapi::tagKey(mapi::PR_AGENT_LOG), log.isNull() ? QByteArray("") : log});
     });
 }
 
@@ -99,14 +101,16 @@ void setMap(Database &db, const QString &message, const QJsonArray &rows)
             const QJsonObject r = rows.at(i).toObject();
             const QJsonValue args = r.value(QStringLiteral("args"));
             if (!rows.at(i).isObject() || (!args.isArray() && !args.isUndefined()))
-                throw com::ComError(com::err::InvalidParameter, kSource,
-                                    QStringLiteral("map[%1]: expected {\"activity\", \"action\", \"flags\", \"args\"}")
-                                        .arg(i));
+                throw com::ComError(
+                    com::err::InvalidParameter, kSource,
+                    QStringLiteral("map[%1]: expected {\"activity\", \"action\", \"flags\", \"args\"}")
+                        .arg(i));
             db.run(QStringLiteral("INSERT INTO map_rows(message, row, activity, action, flags, args)"
                                   " VALUES(?, ?, ?, ?, ?, ?)"),
-                   {row, i, r.value(QStringLiteral("activity")).toString(), r.value(QStringLiteral("action")).toString(),
-                    r.value(QStringLiteral("flags")).toString(),
-                    QString::fromUtf8(QJsonDocument(r.value(QStringLiteral("args")).toArray()).toJson(QJsonDocument::Compact))});
+                   {row, i, r.value(QStringLiteral("activity")).toString(),
+                    r.value(QStringLiteral("action")).toString(), r.value(QStringLiteral("flags")).toString(),
+                    QString::fromUtf8(QJsonDocument(r.value(QStringLiteral("args")).toArray())
+                                          .toJson(QJsonDocument::Compact))});
         }
     });
 }
@@ -115,10 +119,11 @@ void setInstance(Database &db, const QString &message, int rui, const QString &s
 {
     db.transaction([&] {
         const qint64 m = findMessage(db, message);
-        db.run(QStringLiteral("INSERT INTO instances(message, rui, status, row) VALUES(?, ?, ?, ?)"
-                              " ON CONFLICT(message) DO UPDATE SET rui = excluded.rui, status = excluded.status,"
-                              " row = excluded.row"),
-               {m, rui, status, row});
+        db.run(
+            QStringLiteral("INSERT INTO instances(message, rui, status, row) VALUES(?, ?, ?, ?)"
+                           " ON CONFLICT(message) DO UPDATE SET rui = excluded.rui, status = excluded.status,"
+                           " row = excluded.row"),
+            {m, rui, status, row});
     });
 }
 
@@ -130,11 +135,12 @@ void setVotes(Database &db, const QString &message, const QJsonArray &votes)
         for (int i = 0; i < votes.size(); ++i) {
             const QJsonObject v = votes.at(i).toObject();
             if (!votes.at(i).isObject())
-                throw com::ComError(com::err::InvalidParameter, kSource,
-                                    QStringLiteral("votes[%1]: expected {\"name\", \"status\", \"at\"}").arg(i));
+                throw com::ComError(
+                    com::err::InvalidParameter, kSource,
+                    QStringLiteral("votes[%1]: expected {\"name\", \"status\", \"at\"}").arg(i));
             db.run(QStringLiteral("INSERT INTO votes(message, seq, name, status, at) VALUES(?, ?, ?, ?, ?)"),
-                   {m, i, v.value(QStringLiteral("name")).toString(), v.value(QStringLiteral("status")).toString(),
-                    v.value(QStringLiteral("at")).toString()});
+                   {m, i, v.value(QStringLiteral("name")).toString(),
+                    v.value(QStringLiteral("status")).toString(), v.value(QStringLiteral("at")).toString()});
         }
     });
 }

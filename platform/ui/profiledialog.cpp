@@ -20,10 +20,11 @@ ProfileDialog::ProfileDialog(const ProfileChoice &choice, QWidget *parent) : QDi
     m_list->setObjectName(QStringLiteral("profiles"));
     layout->addWidget(m_list);
     if (choice.offerDemo) {
-        label->setText(QStringLiteral("There is no mail profile yet. Sorrelin can make the profile \"%1\" on a "
-                                      "demonstration store with mailboxes, public folders and agents to try "
-                                      "everything on.")
-                           .arg(choice.demoProfile));
+        label->setText(
+            QStringLiteral("There is no mail profile yet. Sorrelin can make the profile \"%1\" on a "
+                           "demonstration store with mailboxes, public folders and agents to try "
+                           "everything on.")
+                .arg(choice.demoProfile));
         m_list->addItem(choice.demoProfile);
         m_list->setCurrentRow(0);
     } else {

@@ -16,7 +16,7 @@ enum class Answer { OK = 1, Cancel = 2, Yes = 6, No = 7 };
 /// so a caller keeps one of these for the whole program.
 struct CommonDialogState {
     QString dialogTitle;
-    QString filter;    ///< "Text (*.txt)|*.txt|All Files (*.*)|*.*"
+    QString filter; ///< "Text (*.txt)|*.txt|All Files (*.*)|*.*"
     int filterIndex = 0;
     QString fileName;  ///< full path after a dialog; the offered name before one
     QString fileTitle; ///< the chosen file's name without its folder

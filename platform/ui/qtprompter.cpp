@@ -32,7 +32,8 @@ QStringList qtNameFilters(const QString &filter)
     return filters;
 }
 
-Answer QtPrompter::msgBox(const QString &text, Buttons buttons, Icon icon, int defaultButton, const QString &title)
+Answer QtPrompter::msgBox(const QString &text, Buttons buttons, Icon icon, int defaultButton,
+                          const QString &title)
 {
     QMessageBox box(QApplication::activeWindow());
     box.setWindowTitle(title.isEmpty() ? QStringLiteral("Sorrelin") : title);
@@ -100,7 +101,7 @@ bool fileDialog(CommonDialogState &state, QFileDialog::AcceptMode mode)
     QFileDialog dialog(QApplication::activeWindow(), state.dialogTitle, state.initDir);
     dialog.setAcceptMode(mode);
     dialog.setFileMode(mode == QFileDialog::AcceptOpen && (state.flags & 0x1000) ? QFileDialog::ExistingFile
-                                                                                  : QFileDialog::AnyFile);
+                                                                                 : QFileDialog::AnyFile);
     // The program asks its own overwrite question.
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     const QStringList filters = qtNameFilters(state.filter);

@@ -8,7 +8,8 @@ namespace ui {
 /// dialogs, and the profile dialog.
 class QtPrompter : public Prompter {
 public:
-    Answer msgBox(const QString &text, Buttons buttons, Icon icon, int defaultButton, const QString &title) override;
+    Answer msgBox(const QString &text, Buttons buttons, Icon icon, int defaultButton,
+                  const QString &title) override;
     QString inputBox(const QString &prompt, const QString &title, const QString &defaultText) override;
     bool showOpen(CommonDialogState &state) override;
     bool showSave(CommonDialogState &state) override;

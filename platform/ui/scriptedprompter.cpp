@@ -123,7 +123,8 @@ QString ScriptedPrompter::inputBox(const QString &prompt, const QString &title, 
         else if (answer == QLatin1String("OK"))
             result = defaultText;
         else if (answer != QLatin1String("Cancel"))
-            m_errors << QStringLiteral("the answer \"%1\" doesn't fit the input box \"%2\"").arg(answer, prompt);
+            m_errors
+                << QStringLiteral("the answer \"%1\" doesn't fit the input box \"%2\"").arg(answer, prompt);
     } else {
         answer = QStringLiteral("Cancel");
     }
@@ -149,7 +150,8 @@ bool ScriptedPrompter::fileDialog(const QString &kind, CommonDialogState &state)
             const QString path = answer.mid(5);
             // "File must exist" (0x1000) holds for open dialogs only.
             if (kind == QLatin1String("open") && (state.flags & 0x1000) && !QFileInfo::exists(path)) {
-                m_errors << QStringLiteral("the file \"%1\" doesn't exist and the dialog takes only existing files")
+                m_errors << QStringLiteral(
+                                "the file \"%1\" doesn't exist and the dialog takes only existing files")
                                 .arg(path);
             } else {
                 state.fileName = path;
@@ -196,10 +198,12 @@ bool ScriptedPrompter::showFont(CommonDialogState &state)
             if (ok) {
                 state.fontName = parts.at(0).trimmed();
                 state.fontSize = size;
-                state.fontBold = parts.at(2).trimmed() == QLatin1String("1") ||
-                                 parts.at(2).trimmed().compare(QLatin1String("true"), Qt::CaseInsensitive) == 0;
-                state.fontItalic = parts.at(3).trimmed() == QLatin1String("1") ||
-                                   parts.at(3).trimmed().compare(QLatin1String("true"), Qt::CaseInsensitive) == 0;
+                state.fontBold =
+                    parts.at(2).trimmed() == QLatin1String("1") ||
+                    parts.at(2).trimmed().compare(QLatin1String("true"), Qt::CaseInsensitive) == 0;
+                state.fontItalic =
+                    parts.at(3).trimmed() == QLatin1String("1") ||
+                    parts.at(3).trimmed().compare(QLatin1String("true"), Qt::CaseInsensitive) == 0;
                 chosen = true;
             } else {
                 m_errors << QStringLiteral("the font answer \"%1\" is not NAME,SIZE,BOLD,ITALIC").arg(answer);

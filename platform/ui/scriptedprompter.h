@@ -38,7 +38,8 @@ public:
     /// The errors since the last call, joined by "; "; empty when none.
     QString takeError();
 
-    Answer msgBox(const QString &text, Buttons buttons, Icon icon, int defaultButton, const QString &title) override;
+    Answer msgBox(const QString &text, Buttons buttons, Icon icon, int defaultButton,
+                  const QString &title) override;
     QString inputBox(const QString &prompt, const QString &title, const QString &defaultText) override;
     bool showOpen(CommonDialogState &state) override;
     bool showSave(CommonDialogState &state) override;

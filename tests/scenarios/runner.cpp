@@ -70,7 +70,12 @@ QJsonValue lookup(const QJsonValue &root, const QString &path)
             QJsonValue found = QJsonValue::Undefined;
             for (const QJsonValue &item : v.toArray()) {
                 const QJsonValue m = item.toObject().value(member);
-                const QString text = m.isString() ? m.toString() : QString::fromUtf8(QJsonDocument(QJsonArray{m}).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
+                const QString text =
+                    m.isString()
+                        ? m.toString()
+                        : QString::fromUtf8(QJsonDocument(QJsonArray{m}).toJson(QJsonDocument::Compact))
+                              .mid(1)
+                              .chopped(1);
                 if (text == wanted) {
                     found = item;
                     break;
@@ -195,8 +200,8 @@ int main(int argc, char *argv[])
         }
         if (!ok) {
             ++failures;
-            err << where << "after \"" << lastCommand << "\": " << path << " is " << show(actual) << ", expected "
-                << want << "\n";
+            err << where << "after \"" << lastCommand << "\": " << path << " is " << show(actual)
+                << ", expected " << want << "\n";
             if (path != QLatin1String("ok") && answer.contains(QStringLiteral("error")))
                 err << "    (the driver said: " << answer.value(QStringLiteral("error")).toString() << ")\n";
         }

@@ -91,8 +91,8 @@ private:
         p.write(input);
         p.closeWriteChannel();
         p.waitForFinished(120000);
-        return {p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1, QString::fromUtf8(p.readAllStandardOutput()),
-                QString::fromUtf8(p.readAllStandardError())};
+        return {p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1,
+                QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
     }
 
     QString write(const QString &name, const QByteArray &bytes) const
@@ -124,11 +124,13 @@ void TestStoreTool::misuse_data()
     QTest::addColumn<QStringList>("args");
     QTest::addColumn<QString>("says");
     QTest::newRow("nothing") << QStringList{} << kUsage;
-    QTest::newRow("unknown command") << QStringList{QStringLiteral("frobnicate")} << QStringLiteral("frobnicate");
-    QTest::newRow("load without a target") << QStringList{QStringLiteral("load"), QStringLiteral("x.json")} << kUsage;
-    QTest::newRow("load with too much")
-        << QStringList{QStringLiteral("load"), QStringLiteral("x.json"), QStringLiteral("x.db"), QStringLiteral("y")}
-        << kUsage;
+    QTest::newRow("unknown command") << QStringList{QStringLiteral("frobnicate")}
+                                     << QStringLiteral("frobnicate");
+    QTest::newRow("load without a target")
+        << QStringList{QStringLiteral("load"), QStringLiteral("x.json")} << kUsage;
+    QTest::newRow("load with too much") << QStringList{QStringLiteral("load"), QStringLiteral("x.json"),
+                                                       QStringLiteral("x.db"), QStringLiteral("y")}
+                                        << kUsage;
     QTest::newRow("dump without a store") << QStringList{QStringLiteral("dump")} << kUsage;
     QTest::newRow("tree without a store") << QStringList{QStringLiteral("tree")} << kUsage;
     QTest::newRow("generate without a store") << QStringList{QStringLiteral("generate")} << kUsage;
@@ -137,7 +139,8 @@ void TestStoreTool::misuse_data()
                        QStringLiteral("many")}
         << QStringLiteral("many");
     QTest::newRow("generate, unknown option")
-        << QStringList{QStringLiteral("generate"), QStringLiteral("g.db"), QStringLiteral("--colour"), QStringLiteral("3")}
+        << QStringList{QStringLiteral("generate"), QStringLiteral("g.db"), QStringLiteral("--colour"),
+                       QStringLiteral("3")}
         << QStringLiteral("--colour");
     QTest::newRow("generate, option without value")
         << QStringList{QStringLiteral("generate"), QStringLiteral("g.db"), QStringLiteral("--agents")}
@@ -147,16 +150,18 @@ void TestStoreTool::misuse_data()
                        QStringLiteral("-5")}
         << QStringLiteral("--folders");
     QTest::newRow("set-log without a log")
-        << QStringList{QStringLiteral("set-log"), QStringLiteral("s.db"), QStringLiteral("\\A\\B\\C")} << kUsage;
+        << QStringList{QStringLiteral("set-log"), QStringLiteral("s.db"), QStringLiteral("\\A\\B\\C")}
+        << kUsage;
     QTest::newRow("add-map without rows")
         << QStringList{QStringLiteral("add-map"), QStringLiteral("s.db"), QStringLiteral("ID")} << kUsage;
     QTest::newRow("add-instance, word for the RUI")
-        << QStringList{QStringLiteral("add-instance"), QStringLiteral("s.db"), QStringLiteral("ID"),
-                       QStringLiteral("seven"), QStringLiteral("Running"), QStringLiteral("2")}
+        << QStringList{QStringLiteral("add-instance"), QStringLiteral("s.db"),    QStringLiteral("ID"),
+                       QStringLiteral("seven"),        QStringLiteral("Running"), QStringLiteral("2")}
         << QStringLiteral("seven");
     QTest::newRow("add-instance, word for the row")
-        << QStringList{QStringLiteral("add-instance"), QStringLiteral("s.db"), QStringLiteral("ID"), QStringLiteral("7"),
-                       QStringLiteral("Running"), QStringLiteral("second")}
+        << QStringList{QStringLiteral("add-instance"), QStringLiteral("s.db"),
+                       QStringLiteral("ID"),           QStringLiteral("7"),
+                       QStringLiteral("Running"),      QStringLiteral("second")}
         << QStringLiteral("second");
     QTest::newRow("add-votes without votes")
         << QStringList{QStringLiteral("add-votes"), QStringLiteral("s.db"), QStringLiteral("ID")} << kUsage;
@@ -180,8 +185,8 @@ void TestStoreTool::helpListsEveryCommand()
     const Result r = tool({QStringLiteral("help")});
     QCOMPARE(r.code, 0);
     QCOMPARE(r.err, QString());
-    for (const char *command : {"load", "dump", "tree", "generate", "set-log", "add-map", "add-instance", "add-votes",
-                                "log", "help"})
+    for (const char *command : {"load", "dump", "tree", "generate", "set-log", "add-map", "add-instance",
+                                "add-votes", "log", "help"})
         QVERIFY2(r.out.contains(QStringLiteral("  %1 ").arg(QLatin1String(command))), command);
     for (const char *option : {"--stores", "--folders", "--agents", "--hidden", "--messages", "--seed"})
         QVERIFY2(r.out.contains(QLatin1String(option)), option);
@@ -193,21 +198,28 @@ void TestStoreTool::badFixture_data()
     QTest::addColumn<QString>("member");
     QTest::addColumn<QString>("says");
     const auto folderWith = [](const QByteArray &agent) {
-        return QByteArray(R"({"user": "U", "stores": [{"name": "S", "folders": [{"name": "F"}, {"name": "G", "agents": [{"name": "A"}, )") +
+        return QByteArray(
+                   R"({"user": "U", "stores": [{"name": "S", "folders": [{"name": "F"}, {"name": "G", "agents": [{"name": "A"}, )") +
                agent + "]}]}]}";
     };
-    QTest::newRow("no user") << QByteArray(R"({"stores": []})") << "user" << "missing";
+    QTest::newRow("no user") << QByteArray(R"({"stores": []})") << "user"
+                             << "missing";
     QTest::newRow("mask too large") << folderWith(R"({"name": "B", "mask": 16})")
-                                    << "stores[0].folders[1].agents[1].mask" << "from 0 to 15";
+                                    << "stores[0].folders[1].agents[1].mask"
+                                    << "from 0 to 15";
     QTest::newRow("mask a text") << folderWith(R"({"name": "B", "mask": "2"})")
-                                 << "stores[0].folders[1].agents[1].mask" << "from 0 to 15";
-    QTest::newRow("script beyond 8 bits") << folderWith("{\"name\": \"B\", \"script\": \"\\u20ac\"}")
-                                          << "stores[0].folders[1].agents[1].script" << "U+00FF";
+                                 << "stores[0].folders[1].agents[1].mask"
+                                 << "from 0 to 15";
+    QTest::newRow("script beyond 8 bits")
+        << folderWith("{\"name\": \"B\", \"script\": \"\\u20ac\"}") << "stores[0].folders[1].agents[1].script"
+        << "U+00FF";
     QTest::newRow("unknown member") << folderWith(R"({"name": "B", "colour": "red"})")
-                                    << "stores[0].folders[1].agents[1].colour" << "unknown member";
+                                    << "stores[0].folders[1].agents[1].colour"
+                                    << "unknown member";
     QTest::newRow("access too large")
         << QByteArray(R"({"user": "U", "stores": [{"name": "S", "folders": [{"name": "F", "access": 64}]}]})")
-        << "stores[0].folders[0].access" << "from 0 to 63";
+        << "stores[0].folders[0].access"
+        << "from 0 to 63";
 }
 
 void TestStoreTool::badFixture()
@@ -229,7 +241,8 @@ void TestStoreTool::badFixture()
 
 void TestStoreTool::jsonSyntaxErrorNamesLineAndColumn()
 {
-    const QString fixture = write(QStringLiteral("syntax.json"), "{\n  \"user\": \"U\",\n  \"stores\": [ } \n}\n");
+    const QString fixture =
+        write(QStringLiteral("syntax.json"), "{\n  \"user\": \"U\",\n  \"stores\": [ } \n}\n");
     const QStringList before = files();
     const Result r = tool({QStringLiteral("load"), fixture, QStringLiteral("s.db")});
     QCOMPARE(r.code, 1);
@@ -240,9 +253,11 @@ void TestStoreTool::jsonSyntaxErrorNamesLineAndColumn()
 void TestStoreTool::existingTargetIsRefused()
 {
     const QString target = write(QStringLiteral("taken.db"), "someone's file");
-    const Result r = tool({QStringLiteral("load"), testsupport::fixture(QStringLiteral("agents.json")), target});
+    const Result r =
+        tool({QStringLiteral("load"), testsupport::fixture(QStringLiteral("agents.json")), target});
     QCOMPARE(r.code, 1);
-    QVERIFY2(r.err.startsWith(QStringLiteral("sorrelin-store: ")) && r.err.contains(QStringLiteral("already exists")),
+    QVERIFY2(r.err.startsWith(QStringLiteral("sorrelin-store: ")) &&
+                 r.err.contains(QStringLiteral("already exists")),
              qPrintable(r.err));
     QFile f(target);
     QVERIFY(f.open(QIODevice::ReadOnly));
@@ -256,9 +271,11 @@ void TestStoreTool::badStore_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("says");
     QTest::newRow("dump, missing") << "dump" << QByteArray() << "does not exist";
-    QTest::newRow("dump, not a database") << "dump" << QByteArray("plain text, not a store") << "not a Sorrelin store";
+    QTest::newRow("dump, not a database")
+        << "dump" << QByteArray("plain text, not a store") << "not a Sorrelin store";
     QTest::newRow("tree, missing") << "tree" << QByteArray() << "does not exist";
-    QTest::newRow("tree, not a database") << "tree" << QByteArray("plain text, not a store") << "not a Sorrelin store";
+    QTest::newRow("tree, not a database")
+        << "tree" << QByteArray("plain text, not a store") << "not a Sorrelin store";
 }
 
 void TestStoreTool::badStore()
@@ -302,21 +319,27 @@ void TestStoreTool::treeShowsEveryKindOfNode()
     QCOMPARE(r.err, QString());
     const QStringList lines = r.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     QVERIFY(!lines.isEmpty());
-    QVERIFY2(lines.first().startsWith(QStringLiteral("Current User: Alice Admin")), qPrintable(lines.first()));
+    QVERIFY2(lines.first().startsWith(QStringLiteral("Current User: Alice Admin")),
+             qPrintable(lines.first()));
     QVERIFY(lines.first().contains(QStringLiteral("[image 2]")));
     // Each kind of node of the demo profile, with its picture; the depth is
     // the indentation.
     const QList<std::tuple<QString, int, int>> expected = {
-        {QStringLiteral("Mailbox - Alice Admin"), 1, 1}, {QStringLiteral("Auto Reply"), 3, 19},
-        {QStringLiteral("Expense Route"), 4, 20},       {QStringLiteral("Escalation Clip"), 4, 21},
-        {QStringLiteral("Human Resources"), 3, 18},     {QStringLiteral("Announcements"), 3, 18},
-        {QStringLiteral("Outbox"), 2, 6},              {QStringLiteral("Inbox"), 2, 7},
+        {QStringLiteral("Mailbox - Alice Admin"), 1, 1},
+        {QStringLiteral("Auto Reply"), 3, 19},
+        {QStringLiteral("Expense Route"), 4, 20},
+        {QStringLiteral("Escalation Clip"), 4, 21},
+        {QStringLiteral("Human Resources"), 3, 18},
+        {QStringLiteral("Announcements"), 3, 18},
+        {QStringLiteral("Outbox"), 2, 6},
+        {QStringLiteral("Inbox"), 2, 7},
     };
     for (const auto &[text, depth, image] : expected) {
         bool found = false;
         for (const QString &line : lines) {
             const QString indent(depth * 2, QLatin1Char(' '));
-            if (line.startsWith(indent + text + QLatin1Char(' ')) && line.contains(QStringLiteral("[image %1]").arg(image)))
+            if (line.startsWith(indent + text + QLatin1Char(' ')) &&
+                line.contains(QStringLiteral("[image %1]").arg(image)))
                 found = true;
         }
         QVERIFY2(found, qPrintable(text));
@@ -342,8 +365,9 @@ void TestStoreTool::setLog()
     QString agent = QStringLiteral("\\Mailbox - Alice Admin\\Inbox\\Auto Reply");
     if (!byPath) {
         auto db = store::Database::open(path);
-        agent = db->scalar(QStringLiteral("SELECT entry_id FROM messages WHERE class = 'IPC.Microsoft.EventBinding'"
-                                          " AND subject = 'Auto Reply'"))
+        agent = db->scalar(QStringLiteral(
+                               "SELECT entry_id FROM messages WHERE class = 'IPC.Microsoft.EventBinding'"
+                               " AND subject = 'Auto Reply'"))
                     .toString();
         QVERIFY(!agent.isEmpty());
     }
@@ -355,7 +379,8 @@ void TestStoreTool::setLog()
     const Result r = tool({QStringLiteral("set-log"), path, agent, source}, fromStdin ? log : QByteArray());
     QCOMPARE(r.code, 0);
     QCOMPARE(r.err, QString());
-    const QJsonObject inbox = dumpedFolder(dump(path), {QStringLiteral("Mailbox - Alice Admin"), QStringLiteral("Inbox")});
+    const QJsonObject inbox =
+        dumpedFolder(dump(path), {QStringLiteral("Mailbox - Alice Admin"), QStringLiteral("Inbox")});
     const QJsonObject autoReply = named(inbox[QStringLiteral("agents")].toArray(), QStringLiteral("name"),
                                         QStringLiteral("Auto Reply"));
     QCOMPARE(autoReply[QStringLiteral("log")].toString().toLatin1(), log);
@@ -366,11 +391,13 @@ void TestStoreTool::unknownAgentChangesNothing()
     const QString path = demoStore();
     const QJsonObject before = dump(path);
     const QString logFile = write(QStringLiteral("log.txt"), "text");
-    for (const QString &agent : {QStringLiteral("\\Mailbox - Alice Admin\\Inbox\\Nobody"),
-                                 QStringLiteral("\\No Such Store\\Inbox\\Auto Reply"), QStringLiteral("00FF00FF")}) {
+    for (const QString &agent :
+         {QStringLiteral("\\Mailbox - Alice Admin\\Inbox\\Nobody"),
+          QStringLiteral("\\No Such Store\\Inbox\\Auto Reply"), QStringLiteral("00FF00FF")}) {
         const Result r = tool({QStringLiteral("set-log"), path, agent, logFile});
         QCOMPARE(r.code, 1);
-        QVERIFY2(r.err.startsWith(QStringLiteral("sorrelin-store: ")) && r.err.contains(agent), qPrintable(r.err));
+        QVERIFY2(r.err.startsWith(QStringLiteral("sorrelin-store: ")) && r.err.contains(agent),
+                 qPrintable(r.err));
     }
     QCOMPARE(dump(path), before);
 }
@@ -378,7 +405,8 @@ void TestStoreTool::unknownAgentChangesNothing()
 void TestStoreTool::routingWrites()
 {
     const QString path = demoStore();
-    const QString message = QStringLiteral("\\Public Folders\\All Public Folders\\Expense Approvals\\Team lunch receipts");
+    const QString message =
+        QStringLiteral("\\Public Folders\\All Public Folders\\Expense Approvals\\Team lunch receipts");
     const QJsonArray rows{QJsonObject{{QStringLiteral("activity"), QStringLiteral("10")},
                                       {QStringLiteral("action"), QStringLiteral("Send")},
                                       {QStringLiteral("flags"), QStringLiteral("0")},
@@ -394,21 +422,24 @@ void TestStoreTool::routingWrites()
                    write(QStringLiteral("map.json"), QJsonDocument(rows).toJson())})
                  .code,
              0);
-    QCOMPARE(tool({QStringLiteral("add-instance"), path, message, QStringLiteral("4711"), QStringLiteral("Waiting"),
-                   QStringLiteral("1")})
+    QCOMPARE(tool({QStringLiteral("add-instance"), path, message, QStringLiteral("4711"),
+                   QStringLiteral("Waiting"), QStringLiteral("1")})
                  .code,
              0);
-    QCOMPARE(tool({QStringLiteral("add-votes"), path, message, QStringLiteral("-")}, QJsonDocument(votes).toJson()).code,
-             0);
+    QCOMPARE(
+        tool({QStringLiteral("add-votes"), path, message, QStringLiteral("-")}, QJsonDocument(votes).toJson())
+            .code,
+        0);
 
-    const QJsonObject folder = dumpedFolder(dump(path), {QStringLiteral("Public Folders"),
-                                                         QStringLiteral("All Public Folders"),
-                                                         QStringLiteral("Expense Approvals")});
-    const QJsonObject m =
-        named(folder[QStringLiteral("messages")].toArray(), QStringLiteral("subject"), QStringLiteral("Team lunch receipts"));
+    const QJsonObject folder =
+        dumpedFolder(dump(path), {QStringLiteral("Public Folders"), QStringLiteral("All Public Folders"),
+                                  QStringLiteral("Expense Approvals")});
+    const QJsonObject m = named(folder[QStringLiteral("messages")].toArray(), QStringLiteral("subject"),
+                                QStringLiteral("Team lunch receipts"));
     QCOMPARE(m[QStringLiteral("map")].toArray(), rows);
     QCOMPARE(m[QStringLiteral("instance")].toObject(),
-             (QJsonObject{{QStringLiteral("rui"), 4711}, {QStringLiteral("status"), QStringLiteral("Waiting")},
+             (QJsonObject{{QStringLiteral("rui"), 4711},
+                          {QStringLiteral("status"), QStringLiteral("Waiting")},
                           {QStringLiteral("row"), 1}}));
     QCOMPARE(m[QStringLiteral("votes")].toArray(), votes);
 }
@@ -417,10 +448,13 @@ void TestStoreTool::badMapChangesNothing()
 {
     const QString path = demoStore();
     const QJsonObject before = dump(path);
-    const QString message = QStringLiteral("\\Public Folders\\All Public Folders\\Expense Approvals\\Trip to Lyon");
-    for (const QByteArray &json : {QByteArray("[{\"activity\": \"10\"}, 7]"), QByteArray("{\"not\": \"a list\"}"),
-                                   QByteArray("[{\"activity\": \"10\",")}) {
-        const Result r = tool({QStringLiteral("add-map"), path, message, write(QStringLiteral("map.json"), json)});
+    const QString message =
+        QStringLiteral("\\Public Folders\\All Public Folders\\Expense Approvals\\Trip to Lyon");
+    for (const QByteArray &json :
+         {QByteArray("[{\"activity\": \"10\"}, 7]"), QByteArray("{\"not\": \"a list\"}"),
+          QByteArray("[{\"activity\": \"10\",")}) {
+        const Result r =
+            tool({QStringLiteral("add-map"), path, message, write(QStringLiteral("map.json"), json)});
         QCOMPARE(r.code, 1);
         QVERIFY2(r.err.startsWith(QStringLiteral("sorrelin-store: ")), qPrintable(r.err));
     }
@@ -439,7 +473,8 @@ void TestStoreTool::generateMakesTheSizesAsked()
     QCOMPARE(files(), QStringList{QStringLiteral("big.db")});
     auto db = store::Database::open(m_home->file(QStringLiteral("big.db")));
     QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM stores")).toInt(), 3);
-    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM folders WHERE parent IS NOT NULL")).toInt(), 400);
+    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM folders WHERE parent IS NOT NULL")).toInt(),
+             400);
     QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM bindings")).toInt(), 90);
     QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM messages WHERE hidden = 0")).toInt(), 70);
 }
@@ -447,7 +482,8 @@ void TestStoreTool::generateMakesTheSizesAsked()
 void TestStoreTool::logPrintsTheApplicationLog()
 {
     os::ApplicationLog log;
-    QVERIFY(log.LogEvent(QStringLiteral("Installed Auto Reply in \\Mailbox - Alice Admin\\Inbox"), os::kLogInformation));
+    QVERIFY(log.LogEvent(QStringLiteral("Installed Auto Reply in \\Mailbox - Alice Admin\\Inbox"),
+                         os::kLogInformation));
     QVERIFY(log.LogEvent(QStringLiteral("Could not install in \\Public Folders\\Favorites"), os::kLogError));
     const Result r = tool({QStringLiteral("log")});
     QCOMPARE(r.code, 0);

@@ -1,65 +1,26 @@
 #include "tools/sorrelin-driver/driver.h"
 
 #include "app/basregistry.h"
-#include "platform/com/escapes.h"
 #include "app/frmmain.h"
-#include "platform/controls/sstree.h"
+#include "platform/com/escapes.h"
 #include "platform/mapi/profiles.h"
 #include "platform/os/applog.h"
 #include "platform/store/database.h"
 #include "platform/store/fixture.h"
 #include "tools/sorrelin-driver/inspector.h"
-#include "tools/sorrelin-driver/keys.h"
+#include "tools/sorrelin-driver/words.h"
 
-#include <QAbstractButton>
-#include <QAction>
 #include <QApplication>
 #include <QDialog>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QLineEdit>
-#include <QMenu>
-#include <QPlainTextEdit>
-#include <QSpinBox>
-#include <QTabWidget>
-#include <QTableWidget>
-#include <QTest>
 #include <QTimer>
 #include <QtEndian>
 
 namespace driver {
 
 namespace {
-
-/// Splits off the first `count` words; the rest of the line is the last.
-/// A word in double quotes may hold blanks ("Windows NT\CurrentVersion").
-QStringList words(const QString &text, int count)
-{
-    QStringList out;
-    QString rest = text.trimmed();
-    while (out.size() < count - 1 && !rest.isEmpty()) {
-        if (rest.startsWith(QLatin1Char('"'))) {
-            const qsizetype close = rest.indexOf(QLatin1Char('"'), 1);
-            if (close > 0) {
-                out << rest.mid(1, close - 1);
-                rest = rest.mid(close + 1).trimmed();
-                continue;
-            }
-        }
-        const qsizetype blank = rest.indexOf(QLatin1Char(' '));
-        if (blank < 0) {
-            out << rest;
-            rest.clear();
-            break;
-        }
-        out << rest.left(blank);
-        rest = rest.mid(blank + 1);
-    }
-    if (!rest.isEmpty() || out.size() == count - 1)
-        out << rest;
-    return out;
-}
 
 registry::HKEY rootKey(const QString &name)
 {
@@ -75,8 +36,10 @@ registry::HKEY rootKey(const QString &name)
 
 QJsonObject promptJson(const ui::PromptRecord &p)
 {
-    QJsonObject o{{QStringLiteral("kind"), p.kind},     {QStringLiteral("text"), p.text},
-                  {QStringLiteral("title"), p.title},   {QStringLiteral("answer"), p.answer}};
+    QJsonObject o{{QStringLiteral("kind"), p.kind},
+                  {QStringLiteral("text"), p.text},
+                  {QStringLiteral("title"), p.title},
+                  {QStringLiteral("answer"), p.answer}};
     if (p.kind == QLatin1String("msgbox")) {
         o.insert(QStringLiteral("icon"), p.icon);
         o.insert(QStringLiteral("buttons"), p.buttons);
@@ -148,8 +111,9 @@ void Driver::reply(QJsonObject answer)
 void Driver::fail(const QString &error)
 {
     m_prompter.takeError();
-    Q_EMIT answered(QJsonDocument(QJsonObject{{QStringLiteral("ok"), false}, {QStringLiteral("error"), error}})
-                        .toJson(QJsonDocument::Compact));
+    Q_EMIT answered(
+        QJsonDocument(QJsonObject{{QStringLiteral("ok"), false}, {QStringLiteral("error"), error}})
+            .toJson(QJsonDocument::Compact));
 }
 
 bool Driver::eventFilter(QObject *watched, QEvent *event)
@@ -221,7 +185,8 @@ void Driver::fixture(const QString &path)
     QFile::remove(m_storePath);
     try {
         store::loadFixture(path, m_storePath);
-        mapi::writeProfile(mapi::Profile{profile, root.value(QStringLiteral("user")).toString(), m_storePath});
+        mapi::writeProfile(
+            mapi::Profile{profile, root.value(QStringLiteral("user")).toString(), m_storePath});
     } catch (const com::ComError &e) {
         return fail(e.description());
     }
@@ -233,7 +198,8 @@ void Driver::reg(const QString &rest, bool remove)
 {
     const QStringList w = words(rest, remove ? 2 : 3);
     if (w.size() < (remove ? 2 : 3))
-        return fail(QStringLiteral("expected ROOT\\KEY NAME%1").arg(remove ? QString() : QStringLiteral(" VALUE")));
+        return fail(
+            QStringLiteral("expected ROOT\\KEY NAME%1").arg(remove ? QString() : QStringLiteral(" VALUE")));
     const qsizetype slash = w.at(0).indexOf(QLatin1Char('\\'));
     const registry::HKEY root = rootKey(w.at(0).left(slash));
     if (!root || slash < 0)
@@ -328,7 +294,8 @@ void Driver::run(const QString &line)
     if (command == QLatin1String("store")) {
         try {
             const std::unique_ptr<store::Database> db = store::Database::open(m_storePath);
-            return reply(QJsonObject{{QStringLiteral("ok"), true}, {QStringLiteral("store"), store::dumpStore(*db)}});
+            return reply(
+                QJsonObject{{QStringLiteral("ok"), true}, {QStringLiteral("store"), store::dumpStore(*db)}});
         } catch (const com::ComError &e) {
             return fail(e.description());
         }
@@ -354,179 +321,8 @@ void Driver::run(const QString &line)
                                  {QStringLiteral("lines"), logLines(os::ApplicationLog().read(), 0)}});
 
     // What a user does: these run from the event loop.
-    if (command == QLatin1String("start")) {
-        if (m_started && !m_ended)
-            return fail(QStringLiteral("the program is running"));
-        m_started = true;
-        m_ended = false;
-        m_program.reset();
-        m_program = std::make_unique<app::Program>(m_prompter);
-        return act([this] {
-            if (!app::Main(*m_program)) {
-                m_program->gfrmMain.clear();
-                m_ended = true;
-            }
-        });
-    }
-    if (command == QLatin1String("quit")) {
-        QWidget *main = mainForm();
-        if (!main)
-            return fail(QStringLiteral("the program is not running"));
-        return act([this, main] {
-            main->close();
-            m_ended = true;
-        });
-    }
-    if (command == QLatin1String("click")) {
-        auto *main = qobject_cast<frmMain *>(mainForm());
-        QTreeWidgetItem *node = main ? Inspector::findNode(main->treOutl, rest.trimmed()) : nullptr;
-        if (!node)
-            return fail(QStringLiteral("no node %1").arg(rest.trimmed()));
-        return act([main, node] {
-            main->activateWindow();
-            main->treOutl->clickNode(node);
-        });
-    }
-    if (command == QLatin1String("select")) {
-        const QStringList w = words(rest, 2);
-        QWidget *f = form(w.value(0));
-        auto *tree = f ? f->findChild<controls::SSTree *>(QStringLiteral("treOutl")) : nullptr;
-        if (!tree)
-            return fail(QStringLiteral("no tree in %1").arg(w.value(0)));
-        QList<QTreeWidgetItem *> nodes;
-        for (const QString &path : w.value(1).split(QLatin1Char('|'))) {
-            QTreeWidgetItem *node = Inspector::findNode(tree, path.trimmed());
-            if (!node)
-                return fail(QStringLiteral("no node %1").arg(path.trimmed()));
-            nodes << node;
-        }
-        return act([tree, nodes] {
-            for (int i = 0; i < nodes.size(); ++i)
-                tree->clickNode(nodes.at(i), i > 0);
-        });
-    }
-    if (command == QLatin1String("menu") || command == QLatin1String("toolbar")) {
-        QWidget *f = mainForm();
-        const QString name = command == QLatin1String("menu") ? rest.trimmed() : QStringLiteral("tbToolBar.") + rest.trimmed();
-        auto *a = f ? f->findChild<QAction *>(name) : nullptr;
-        for (QWidget *w : QApplication::topLevelWidgets())
-            if (!a && w->isVisible())
-                a = w->findChild<QAction *>(name);
-        if (!a)
-            return fail(QStringLiteral("no %1 %2").arg(command, rest.trimmed()));
-        bool usable = a->isEnabled() && a->isVisible();
-        if (auto *menu = qobject_cast<QMenu *>(a->parent()))
-            usable = usable && menu->menuAction()->isEnabled() && menu->menuAction()->isVisible();
-        if (!usable)
-            return fail(QStringLiteral("%1 is disabled or hidden").arg(rest.trimmed()));
-        if (auto *menu = qobject_cast<QMenu *>(a->parent()))
-            Q_EMIT menu->aboutToShow();
-        return act([a] { a->trigger(); });
-    }
-    if (command == QLatin1String("tab")) {
-        const QStringList w = words(rest, 3);
-        auto *tabs = qobject_cast<QTabWidget *>(Inspector::findControl(form(w.value(0)), w.value(1)));
-        if (!tabs)
-            return fail(QStringLiteral("no tab control %1").arg(w.value(1)));
-        const int index = w.value(2).toInt();
-        return act([tabs, index] { tabs->setCurrentIndex(index); });
-    }
-    if (command == QLatin1String("press")) {
-        const QStringList w = words(rest, 2);
-        QString control = w.value(1).trimmed();
-        int step = 0;
-        if (control.endsWith(QLatin1String(".Up")) || control.endsWith(QLatin1String(".Down"))) {
-            step = control.endsWith(QLatin1String(".Up")) ? 1 : -1;
-            control = control.left(control.lastIndexOf(QLatin1Char('.')));
-        }
-        QObject *o = Inspector::findControl(form(w.value(0)), control);
-        auto *widget = qobject_cast<QWidget *>(o);
-        if (!o)
-            return fail(QStringLiteral("no control %1 in %2").arg(control, w.value(0)));
-        if (widget && !widget->isEnabled())
-            return fail(QStringLiteral("%1 is disabled").arg(control));
-        if (step != 0) {
-            if (auto *spin = qobject_cast<QAbstractSpinBox *>(o))
-                return act([spin, step] { spin->stepBy(step); });
-            return act([o, step] { QMetaObject::invokeMethod(o, step > 0 ? "stepUp" : "stepDown"); });
-        }
-        if (auto *button = qobject_cast<QAbstractButton *>(o))
-            return act([button] { button->click(); });
-        if (auto *a = qobject_cast<QAction *>(o))
-            return act([a] { a->trigger(); });
-        return fail(QStringLiteral("%1 can't be pressed").arg(control));
-    }
-    if (command == QLatin1String("key")) {
-        const QStringList w = words(rest, 3);
-        auto *widget = qobject_cast<QWidget *>(Inspector::findControl(form(w.value(0)), w.value(1)));
-        if (!widget)
-            return fail(QStringLiteral("no control %1 in %2").arg(w.value(1), w.value(0)));
-        const KeyStroke key = parseKey(w.value(2).trimmed());
-        if (key.key == 0)
-            return fail(QStringLiteral("unknown key %1").arg(w.value(2)));
-        return act([widget, key] {
-            widget->window()->activateWindow();
-            widget->setFocus(Qt::OtherFocusReason);
-            QTest::keyClick(widget, static_cast<Qt::Key>(key.key), key.modifiers);
-        });
-    }
-    if (command == QLatin1String("type")) {
-        const QStringList w = words(rest, 3);
-        QObject *o = Inspector::findControl(form(w.value(0)), w.value(1));
-        const QString text = com::unescapeLine(w.value(2));
-        if (auto *pane = qobject_cast<QPlainTextEdit *>(o)) {
-            if (pane->isReadOnly())
-                return fail(QStringLiteral("%1 is locked").arg(w.value(1)));
-            return act([pane, text] {
-                pane->window()->activateWindow();
-                pane->setFocus(Qt::OtherFocusReason);
-                QString t = text;
-                t.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-                t.replace(QLatin1Char('\r'), QLatin1Char('\n'));
-                pane->selectAll();
-                pane->insertPlainText(t);
-            });
-        }
-        if (auto *edit = qobject_cast<QLineEdit *>(o))
-            return act([edit, text] {
-                edit->setFocus(Qt::OtherFocusReason);
-                edit->setText(text);
-            });
-        if (auto *spin = qobject_cast<QSpinBox *>(o))
-            return act([spin, text] { spin->setValue(text.toInt()); });
-        return fail(QStringLiteral("no text control %1 in %2").arg(w.value(1), w.value(0)));
-    }
-    if (command == QLatin1String("grid") || command == QLatin1String("dblclick")) {
-        const QStringList w = words(rest, 3);
-        QWidget *f = form(w.value(0));
-        if (command == QLatin1String("grid")) {
-            QTableWidget *grid = nullptr;
-            for (auto *g : f ? f->findChildren<QTableWidget *>() : QList<QTableWidget *>())
-                if (g->isVisible() || !grid)
-                    grid = g;
-            if (!grid)
-                return fail(QStringLiteral("no grid in %1").arg(w.value(0)));
-            const int row = w.value(1).toInt();
-            return act([grid, row] {
-                grid->setCurrentCell(row, 0);
-                grid->selectRow(row);
-            });
-        }
-        QObject *control = Inspector::findControl(f, w.value(1));
-        if (auto *tree = qobject_cast<controls::SSTree *>(control))
-            return act([tree] { Q_EMIT tree->DblClick(); });
-        auto *grid = qobject_cast<QTableWidget *>(control);
-        if (!grid)
-            return fail(QStringLiteral("no grid or tree %1 in %2").arg(w.value(1), w.value(0)));
-        return act([grid] { Q_EMIT grid->cellDoubleClicked(qMax(grid->currentRow(), 0), 0); });
-    }
-    if (command == QLatin1String("close")) {
-        QWidget *f = form(rest.trimmed());
-        if (!f)
-            return fail(QStringLiteral("no form %1").arg(rest.trimmed()));
-        return act([f] { f->close(); });
-    }
-    fail(QStringLiteral("unknown command \"%1\"").arg(command));
+    if (!userAction(command, rest))
+        fail(QStringLiteral("unknown command \"%1\"").arg(command));
 }
 
 } // namespace driver

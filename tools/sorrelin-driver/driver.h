@@ -43,6 +43,11 @@ private:
     /// Runs `action` as a user's act; `answer` is called with the reply.
     void act(std::function<void()> action);
     void run(const QString &line);
+    /// A user's act (click, menu, press, ...); false for an unknown command.
+    bool userAction(const QString &command, const QString &rest);
+    /// `fail` and `act` for a command that was known: they give true.
+    bool failed(const QString &error);
+    bool acted(std::function<void()> action);
 
     // Commands.
     void fixture(const QString &path);

@@ -63,11 +63,13 @@ QJsonObject describe(QObject *object)
             c.insert(QStringLiteral("image"), a->property("imageKey").toString());
         } else {
             const QString text = a->text();
-            c.insert(QStringLiteral("caption"), a->isSeparator() ? QStringLiteral("-") : text.section(QLatin1Char('\t'), 0, 0));
+            c.insert(QStringLiteral("caption"),
+                     a->isSeparator() ? QStringLiteral("-") : text.section(QLatin1Char('\t'), 0, 0));
             if (text.contains(QLatin1Char('\t')))
                 c.insert(QStringLiteral("shortcut"), text.section(QLatin1Char('\t'), 1));
             const QVariant set = a->property("vbEnabled");
-            c.insert(QStringLiteral("enabled"), set.isValid() && !a->isVisible() ? set.toBool() : a->isEnabled());
+            c.insert(QStringLiteral("enabled"),
+                     set.isValid() && !a->isVisible() ? set.toBool() : a->isEnabled());
             c.insert(QStringLiteral("visible"), a->isVisible());
             c.insert(QStringLiteral("checked"), a->isChecked());
             if (!a->shortcut().isEmpty())

@@ -8,13 +8,20 @@ namespace driver {
 KeyStroke parseKey(const QString &name)
 {
     static const QHash<QString, int> named = {
-        {QStringLiteral("del"), Qt::Key_Delete},   {QStringLiteral("delete"), Qt::Key_Delete},
-        {QStringLiteral("enter"), Qt::Key_Return}, {QStringLiteral("return"), Qt::Key_Return},
-        {QStringLiteral("esc"), Qt::Key_Escape},   {QStringLiteral("escape"), Qt::Key_Escape},
-        {QStringLiteral("tab"), Qt::Key_Tab},      {QStringLiteral("space"), Qt::Key_Space},
-        {QStringLiteral("up"), Qt::Key_Up},        {QStringLiteral("down"), Qt::Key_Down},
-        {QStringLiteral("left"), Qt::Key_Left},    {QStringLiteral("right"), Qt::Key_Right},
-        {QStringLiteral("home"), Qt::Key_Home},    {QStringLiteral("end"), Qt::Key_End},
+        {QStringLiteral("del"), Qt::Key_Delete},
+        {QStringLiteral("delete"), Qt::Key_Delete},
+        {QStringLiteral("enter"), Qt::Key_Return},
+        {QStringLiteral("return"), Qt::Key_Return},
+        {QStringLiteral("esc"), Qt::Key_Escape},
+        {QStringLiteral("escape"), Qt::Key_Escape},
+        {QStringLiteral("tab"), Qt::Key_Tab},
+        {QStringLiteral("space"), Qt::Key_Space},
+        {QStringLiteral("up"), Qt::Key_Up},
+        {QStringLiteral("down"), Qt::Key_Down},
+        {QStringLiteral("left"), Qt::Key_Left},
+        {QStringLiteral("right"), Qt::Key_Right},
+        {QStringLiteral("home"), Qt::Key_Home},
+        {QStringLiteral("end"), Qt::Key_End},
         {QStringLiteral("backspace"), Qt::Key_Backspace},
     };
     KeyStroke k;
@@ -44,10 +51,12 @@ KeyStroke parseKey(const QString &name)
     else if (l.startsWith(QLatin1String("num")) && l.size() == 4) {
         k.modifiers |= Qt::KeypadModifier;
         const QChar c = l.at(3);
-        k.key = c == QLatin1Char('-') ? Qt::Key_Minus : c == QLatin1Char('*') ? Qt::Key_Asterisk
-                : c.isDigit()         ? Qt::Key_0 + c.digitValue()
-                                      : 0;
-    } else if (l.size() >= 2 && l.at(0) == QLatin1Char('f') && l.mid(1).toInt() >= 1 && l.mid(1).toInt() <= 24)
+        k.key = c == QLatin1Char('-')   ? Qt::Key_Minus
+                : c == QLatin1Char('*') ? Qt::Key_Asterisk
+                : c.isDigit()           ? Qt::Key_0 + c.digitValue()
+                                        : 0;
+    } else if (l.size() >= 2 && l.at(0) == QLatin1Char('f') && l.mid(1).toInt() >= 1 &&
+               l.mid(1).toInt() <= 24)
         k.key = Qt::Key_F1 + l.mid(1).toInt() - 1;
     else if (named.contains(l))
         k.key = named.value(l);

@@ -28,8 +28,8 @@ struct Misuse {
 QByteArray readInput(const QString &path)
 {
     QFile file;
-    const bool ok = path == QLatin1String("-") ? file.open(stdin, QIODevice::ReadOnly) : (file.setFileName(path),
-                                                                                      file.open(QIODevice::ReadOnly));
+    const bool ok = path == QLatin1String("-") ? file.open(stdin, QIODevice::ReadOnly)
+                                               : (file.setFileName(path), file.open(QIODevice::ReadOnly));
     if (!ok)
         throw com::ComError(com::err::FileNotFound, QStringLiteral("sorrelin-store"),
                             QStringLiteral("%1 could not be read: %2").arg(path, file.errorString()));
@@ -88,9 +88,10 @@ int tree(const QStringList &a, Output io)
     session.LogonStore(a.at(0));
     events::Events events;
     events.SetSession(session.MAPIOBJECT());
-    for (const navigation::DisplayNode &n : navigation::displayOrder(navigation::walkTree(session, events, true)))
-        io.out << QString(n.node.depth * 2, QLatin1Char(' ')) << n.node.text << "  [image " << n.node.image << "]  "
-               << n.node.key << Qt::endl;
+    for (const navigation::DisplayNode &n :
+         navigation::displayOrder(navigation::walkTree(session, events, true)))
+        io.out << QString(n.node.depth * 2, QLatin1Char(' ')) << n.node.text << "  [image " << n.node.image
+               << "]  " << n.node.key << Qt::endl;
     return 0;
 }
 
@@ -124,8 +125,7 @@ int generate(const QStringList &a, Output io)
     return 0;
 }
 
-template <class F>
-int withStore(const QString &path, F &&write)
+template <class F> int withStore(const QString &path, F &&write)
 {
     const std::unique_ptr<store::Database> db = store::Database::open(path);
     write(*db);
@@ -151,7 +151,8 @@ int addInstance(const QStringList &a, Output)
     need(a, 5);
     const int rui = number(a.at(2), QStringLiteral("RUI"));
     const int row = number(a.at(4), QStringLiteral("ROW"));
-    return withStore(a.at(0), [&](store::Database &db) { store::setInstance(db, a.at(1), rui, a.at(3), row); });
+    return withStore(a.at(0),
+                     [&](store::Database &db) { store::setInstance(db, a.at(1), rui, a.at(3), row); });
 }
 
 int addVotes(const QStringList &a, Output)
@@ -195,10 +196,14 @@ QString usage()
 int run(const QStringList &arguments, Output io)
 {
     const std::map<QString, std::function<int(const QStringList &, Output)>> commands = {
-        {QStringLiteral("load"), load},         {QStringLiteral("dump"), dump},
-        {QStringLiteral("tree"), tree},         {QStringLiteral("generate"), generate},
-        {QStringLiteral("set-log"), setLog},    {QStringLiteral("add-map"), addMap},
-        {QStringLiteral("add-instance"), addInstance}, {QStringLiteral("add-votes"), addVotes},
+        {QStringLiteral("load"), load},
+        {QStringLiteral("dump"), dump},
+        {QStringLiteral("tree"), tree},
+        {QStringLiteral("generate"), generate},
+        {QStringLiteral("set-log"), setLog},
+        {QStringLiteral("add-map"), addMap},
+        {QStringLiteral("add-instance"), addInstance},
+        {QStringLiteral("add-votes"), addVotes},
         {QStringLiteral("log"), log},
     };
     if (arguments.isEmpty() || arguments.first() == QLatin1String("help") ||

@@ -38,10 +38,14 @@ void TestEvents::memoryOrder_data()
 {
     QTest::addColumn<QString>("classId");
     QTest::addColumn<QString>("field");
-    QTest::newRow("script handler") << "{69E54151-B371-11D0-BCD9-00AA00C1AB1C}" << "5141E56971B3D011BCD900AA00C1AB1C";
-    QTest::newRow("routing handler") << "{69E64151-B371-11D0-BCD9-00AA00C1AB1C}" << "5141E66971B3D011BCD900AA00C1AB1C";
-    QTest::newRow("lower-case input") << "{69e54151-b371-11d0-bcd9-00aa00c1ab1c}" << "5141E56971B3D011BCD900AA00C1AB1C";
-    QTest::newRow("no class identifier") << "script" << "";
+    QTest::newRow("script handler") << "{69E54151-B371-11D0-BCD9-00AA00C1AB1C}"
+                                    << "5141E56971B3D011BCD900AA00C1AB1C";
+    QTest::newRow("routing handler") << "{69E64151-B371-11D0-BCD9-00AA00C1AB1C}"
+                                     << "5141E66971B3D011BCD900AA00C1AB1C";
+    QTest::newRow("lower-case input") << "{69e54151-b371-11d0-bcd9-00aa00c1ab1c}"
+                                      << "5141E56971B3D011BCD900AA00C1AB1C";
+    QTest::newRow("no class identifier") << "script"
+                                         << "";
 }
 
 void TestEvents::memoryOrder()
@@ -105,7 +109,8 @@ void TestEvents::newBindingMakesBothMessages()
     const mapi::Message message = m_s->session.GetMessage(b.EntryID(), QString());
     QCOMPARE(message.Class(), mapi::kBindingClass);
     QCOMPARE(message.Subject(), QStringLiteral("Fresh"));
-    QCOMPARE(message.Fields(mapi::PR_HANDLER).Value().toByteArray(), QByteArray("5141E56971B3D011BCD900AA00C1AB1C"));
+    QCOMPARE(message.Fields(mapi::PR_HANDLER).Value().toByteArray(),
+             QByteArray("5141E56971B3D011BCD900AA00C1AB1C"));
     QCOMPARE(message.Fields(mapi::PR_CREATOR_NAME).Value().toByteArray(), QByteArray("Tess Tester"));
     const mapi::Message state = m_s->session.GetMessage(b.StateMessageID(), QString());
     QCOMPARE(state.Class(), mapi::kStateClass);
@@ -208,8 +213,10 @@ void TestEvents::handlerName()
 {
     events::EventSource source =
         m_s->events.GetEventSource(m_s->folder(QStringLiteral("\\Mailbox - Tess Tester\\Inbox")), true);
-    QCOMPARE(agents::handlerName(m_s->events, source, source.Bindings().Item(1)), QStringLiteral("Script Handler"));
-    QCOMPARE(agents::handlerName(m_s->events, source, source.Bindings().Item(2)), QStringLiteral("Routing Handler"));
+    QCOMPARE(agents::handlerName(m_s->events, source, source.Bindings().Item(1)),
+             QStringLiteral("Script Handler"));
+    QCOMPARE(agents::handlerName(m_s->events, source, source.Bindings().Item(2)),
+             QStringLiteral("Routing Handler"));
     // A class no host knows: no name.
     QCOMPARE(agents::handlerName(m_s->events, source, source.Bindings().Item(3)), QString());
 }

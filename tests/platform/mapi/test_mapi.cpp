@@ -49,7 +49,8 @@ void TestMapi::notFound()
 {
     QFETCH(QString, kind);
     const mapi::Folder inbox = m_s->folder(QStringLiteral("\\Mailbox - Tess Tester\\Inbox"));
-    const mapi::Message agent = m_s->agentMessage(QStringLiteral("\\Mailbox - Tess Tester\\Inbox\\Auto Reply"));
+    const mapi::Message agent =
+        m_s->agentMessage(QStringLiteral("\\Mailbox - Tess Tester\\Inbox\\Auto Reply"));
     const mapi::Folder other = m_s->folder(QStringLiteral("\\Mailbox - Other\\Inbox"));
     try {
         if (kind == QLatin1String("message"))
@@ -120,8 +121,8 @@ void TestMapi::filterLimitsCountAndItems()
     QStringList subjects;
     for (const mapi::Message &m : hidden)
         subjects << m.Subject();
-    QCOMPARE(subjects, (QStringList{QStringLiteral("Auto Reply"), QStringLiteral("Router"), QStringLiteral("Clipper"),
-                                    QStringLiteral("No Marker")}));
+    QCOMPARE(subjects, (QStringList{QStringLiteral("Auto Reply"), QStringLiteral("Router"),
+                                    QStringLiteral("Clipper"), QStringLiteral("No Marker")}));
     QCOMPARE(hidden.Item(2).Subject(), QStringLiteral("Router"));
     hidden.Filter().setType(mapi::kStateClass);
     QCOMPARE(hidden.Count(), 4);
@@ -134,11 +135,13 @@ void TestMapi::sortByDeliveryNewestFirst()
 {
     const mapi::Folder inbox = m_s->folder(QStringLiteral("\\Mailbox - Tess Tester\\Inbox"));
     store::Database &db = *m_s->session.MAPIOBJECT()->db;
-    for (const auto &[subject, time] : {std::pair{"Old", "2025-01-01 00:00:00"}, {"Newest", "2027-01-01 00:00:00"}}) {
-        db.run(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created, modified, received,"
-                              " delivered) VALUES(?, 0, 'IPM.Note', ?, ?, ?, ?, ?)"),
-               {inbox.row().row, QString::fromLatin1(subject), QString::fromLatin1(time), QString::fromLatin1(time),
-                QString::fromLatin1(time), QString::fromLatin1(time)});
+    for (const auto &[subject, time] :
+         {std::pair{"Old", "2025-01-01 00:00:00"}, {"Newest", "2027-01-01 00:00:00"}}) {
+        db.run(
+            QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created, modified, received,"
+                           " delivered) VALUES(?, 0, 'IPM.Note', ?, ?, ?, ?, ?)"),
+            {inbox.row().row, QString::fromLatin1(subject), QString::fromLatin1(time),
+             QString::fromLatin1(time), QString::fromLatin1(time), QString::fromLatin1(time)});
     }
     mapi::MessageList messages = inbox.Messages();
     messages.Sort(2, mapi::PR_MESSAGE_DELIVERY_TIME);

@@ -27,9 +27,12 @@ void TestOs::escapes_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("line");
-    QTest::newRow("plain") << "plain" << "plain";
-    QTest::newRow("line breaks") << "a\r\nb" << "a\\r\\nb";
-    QTest::newRow("backslash before n") << "C:\\new" << "C:\\\\new";
+    QTest::newRow("plain") << "plain"
+                           << "plain";
+    QTest::newRow("line breaks") << "a\r\nb"
+                                 << "a\\r\\nb";
+    QTest::newRow("backslash before n") << "C:\\new"
+                                        << "C:\\\\new";
     QTest::newRow("tab and NUL") << QStringLiteral("a\tb") + QChar(u'\0') << "a\\tb\\0";
 }
 
@@ -61,7 +64,8 @@ void TestOs::logRoundTrip()
 
 void TestOs::logIsUnderTheStateFolder()
 {
-    QCOMPARE(os::ApplicationLog::defaultPath(), m_home.path() + QStringLiteral("/state/sorrelin/application.log"));
+    QCOMPARE(os::ApplicationLog::defaultPath(),
+             m_home.path() + QStringLiteral("/state/sorrelin/application.log"));
 }
 
 void TestOs::execCmdWaits()

@@ -48,7 +48,8 @@ void TestRegistry::queryValue_data()
     QTest::addColumn<QString>("expected");
     QTest::newRow("no NUL: whole") << QByteArray("yes") << "yes";
     QTest::newRow("one trailing NUL taken off") << QByteArray("yes\0", 4) << "yes";
-    QTest::newRow("only one NUL taken off") << QByteArray("yes\0\0", 5) << QStringLiteral("yes") + QChar(u'\0');
+    QTest::newRow("only one NUL taken off")
+        << QByteArray("yes\0\0", 5) << QStringLiteral("yes") + QChar(u'\0');
     QTest::newRow("empty") << QByteArray() << "";
     QTest::newRow("NUL alone") << QByteArray("\0", 1) << "";
     QTest::newRow("UTF-8 text") << QByteArray("Caf\xc3\xa9") << QStringLiteral("Caf\u00e9");
@@ -68,13 +69,15 @@ void TestRegistry::queryValue()
 
 void TestRegistry::missingKeyOrValue()
 {
-    QVariant v = basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("RefreshOnStartup"));
+    QVariant v =
+        basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("RefreshOnStartup"));
     QVERIFY(!v.isValid());
     QCOMPARE(v.toString(), QString()); // compares equal to the empty text
     // Reading doesn't make the key.
     HKEY key = 0;
     QCOMPARE(m_reg->RegOpenKeyEx(HKEY_CURRENT_USER, m_key, &key), ERROR_FILE_NOT_FOUND);
-    QVERIFY(basRegistry::SetKeyValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("A"), QStringLiteral("1"), REG_SZ));
+    QVERIFY(basRegistry::SetKeyValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("A"),
+                                     QStringLiteral("1"), REG_SZ));
     v = basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("B"));
     QVERIFY(!v.isValid());
     // Another root is another tree.
@@ -109,7 +112,8 @@ void TestRegistry::setKeyValue()
         HKEY key = 0;
         QCOMPARE(m_reg->RegOpenKeyEx(HKEY_CURRENT_USER, m_key, &key), ERROR_SUCCESS);
         uint32_t type = 0, size = 0;
-        QCOMPARE(m_reg->RegQueryValueEx(key, QStringLiteral("FontName"), &type, nullptr, &size), ERROR_SUCCESS);
+        QCOMPARE(m_reg->RegQueryValueEx(key, QStringLiteral("FontName"), &type, nullptr, &size),
+                 ERROR_SUCCESS);
         QCOMPARE(type, REG_SZ);
         QCOMPARE(size, 7u);
         m_reg->RegCloseKey(key);
@@ -118,7 +122,8 @@ void TestRegistry::setKeyValue()
 
 void TestRegistry::dword()
 {
-    QVERIFY(basRegistry::SetKeyValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("Count"), -5, REG_DWORD));
+    QVERIFY(
+        basRegistry::SetKeyValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("Count"), -5, REG_DWORD));
     const QVariant v = basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("Count"));
     QCOMPARE(v.typeId(), QMetaType::Int);
     QCOMPARE(v.toInt(), -5);
@@ -131,7 +136,8 @@ void TestRegistry::otherTypes()
     // SetValueEx of another type writes nothing and gives 0.
     QCOMPARE(basRegistry::SetValueEx(*m_reg, key, QStringLiteral("Bin"), REG_BINARY, QByteArray("ab")), 0L);
     uint32_t size = 0;
-    QCOMPARE(m_reg->RegQueryValueEx(key, QStringLiteral("Bin"), nullptr, nullptr, &size), ERROR_FILE_NOT_FOUND);
+    QCOMPARE(m_reg->RegQueryValueEx(key, QStringLiteral("Bin"), nullptr, nullptr, &size),
+             ERROR_FILE_NOT_FOUND);
     // A binary value written by someone else reads as -1 and empty.
     QCOMPARE(m_reg->RegSetValueEx(key, QStringLiteral("Bin"), REG_BINARY, QByteArray("ab")), ERROR_SUCCESS);
     QVariant v = QStringLiteral("untouched");
@@ -143,10 +149,11 @@ void TestRegistry::otherTypes()
 
 void TestRegistry::caseInsensitiveKeys()
 {
-    QVERIFY(basRegistry::SetKeyValue(*m_reg, HKEY_CLASSES_ROOT, QStringLiteral("txtFile\\shell\\open\\command"),
-                                     QString(), QStringLiteral("edit \"%1\""), REG_SZ));
-    QCOMPARE(basRegistry::QueryValue(*m_reg, HKEY_CLASSES_ROOT, QStringLiteral("TXTFILE\\Shell\\Open\\Command"),
-                                     QString())
+    QVERIFY(basRegistry::SetKeyValue(*m_reg, HKEY_CLASSES_ROOT,
+                                     QStringLiteral("txtFile\\shell\\open\\command"), QString(),
+                                     QStringLiteral("edit \"%1\""), REG_SZ));
+    QCOMPARE(basRegistry::QueryValue(*m_reg, HKEY_CLASSES_ROOT,
+                                     QStringLiteral("TXTFILE\\Shell\\Open\\Command"), QString())
                  .toString(),
              QStringLiteral("edit \"%1\""));
 }
@@ -156,12 +163,18 @@ void TestRegistry::twoWritersLoseNothing()
     // Two registries on one file, as two programs would hold it.
     Registry other(m_reg->path());
     for (int i = 0; i < 50; ++i) {
-        QVERIFY(basRegistry::SetKeyValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("a%1").arg(i), i, REG_DWORD));
-        QVERIFY(basRegistry::SetKeyValue(other, HKEY_CURRENT_USER, m_key, QStringLiteral("b%1").arg(i), i, REG_DWORD));
+        QVERIFY(basRegistry::SetKeyValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("a%1").arg(i), i,
+                                         REG_DWORD));
+        QVERIFY(basRegistry::SetKeyValue(other, HKEY_CURRENT_USER, m_key, QStringLiteral("b%1").arg(i), i,
+                                         REG_DWORD));
     }
     for (int i = 0; i < 50; ++i) {
-        QCOMPARE(basRegistry::QueryValue(other, HKEY_CURRENT_USER, m_key, QStringLiteral("a%1").arg(i)).toInt(), i);
-        QCOMPARE(basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("b%1").arg(i)).toInt(), i);
+        QCOMPARE(
+            basRegistry::QueryValue(other, HKEY_CURRENT_USER, m_key, QStringLiteral("a%1").arg(i)).toInt(),
+            i);
+        QCOMPARE(
+            basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("b%1").arg(i)).toInt(),
+            i);
     }
 }
 
@@ -171,8 +184,8 @@ void TestRegistry::desktopDefaults()
         return name == QLatin1String("gedit") ? QStringLiteral("/usr/bin/gedit") : QString();
     };
     fillDesktopDefaults(*m_reg, lookup);
-    QCOMPARE(basRegistry::QueryValue(*m_reg, HKEY_CLASSES_ROOT, QStringLiteral("txtFile\\shell\\open\\command"),
-                                     QString())
+    QCOMPARE(basRegistry::QueryValue(*m_reg, HKEY_CLASSES_ROOT,
+                                     QStringLiteral("txtFile\\shell\\open\\command"), QString())
                  .toString(),
              QStringLiteral("\"/usr/bin/gedit\" \"%1\""));
     QCOMPARE(basRegistry::QueryValue(*m_reg, HKEY_CLASSES_ROOT,
@@ -181,7 +194,8 @@ void TestRegistry::desktopDefaults()
              QStringLiteral("\"/usr/bin/gedit\" \"%1\""));
     // No system information program was found: no value.
     QVERIFY(!basRegistry::QueryValue(*m_reg, HKEY_LOCAL_MACHINE,
-                                     QStringLiteral("SOFTWARE\\Microsoft\\Shared Tools\\MSINFO"), QStringLiteral("PATH"))
+                                     QStringLiteral("SOFTWARE\\Microsoft\\Shared Tools\\MSINFO"),
+                                     QStringLiteral("PATH"))
                  .isValid());
 }
 

@@ -1,9 +1,9 @@
+#include "platform/mapi/session.h"
 #include "platform/routing/routing.h"
 #include "platform/store/database.h"
 #include "platform/store/fixture.h"
-#include "tests/support/testenv.h"
-#include "platform/mapi/session.h"
 #include "platform/ui/scriptedprompter.h"
+#include "tests/support/testenv.h"
 
 #include <QtTest>
 
@@ -33,11 +33,13 @@ void TestRouting::initTestCase()
 
 mapi::Message TestRouting::message(const QString &folderName, const QString &subject, bool hidden)
 {
-    const qint64 row = m_session.MAPIOBJECT()
-                           ->db->scalar(QStringLiteral("SELECT m.id FROM messages m JOIN folders f ON f.id = m.folder"
-                                                       " WHERE f.name = ? AND m.subject = ? AND m.hidden = ?"),
-                                        {folderName, subject, hidden ? 1 : 0})
-                           .toLongLong();
+    const qint64 row =
+        m_session.MAPIOBJECT()
+            ->db
+            ->scalar(QStringLiteral("SELECT m.id FROM messages m JOIN folders f ON f.id = m.folder"
+                                    " WHERE f.name = ? AND m.subject = ? AND m.hidden = ?"),
+                     {folderName, subject, hidden ? 1 : 0})
+            .toLongLong();
     return mapi::loadMessage(m_session.MAPIOBJECT(), row);
 }
 
@@ -78,7 +80,8 @@ void TestRouting::processInstance()
     QCOMPARE(instance.RUI(), 1001);
     QCOMPARE(instance.Status(), QStringLiteral("Running"));
     QCOMPARE(instance.CurrentRow(), 2);
-    instance.attach(message(QStringLiteral("Expense Approvals"), QStringLiteral("Team lunch receipts"), false));
+    instance.attach(
+        message(QStringLiteral("Expense Approvals"), QStringLiteral("Team lunch receipts"), false));
     QVERIFY_THROWS_EXCEPTION(com::ComError, instance.Open());
     // The numbers read last stay.
     QCOMPARE(instance.RUI(), 1001);
@@ -94,7 +97,8 @@ void TestRouting::tracking()
     QCOMPARE(tracking.Record(3).Status, QStringLiteral("  "));
     QCOMPARE(tracking.Record(4).Status, QStringLiteral("approve"));
     QVERIFY_THROWS_EXCEPTION(com::ComError, tracking.Record(0));
-    tracking.attach(message(QStringLiteral("Expense Approvals"), QStringLiteral("Team lunch receipts"), false));
+    tracking.attach(
+        message(QStringLiteral("Expense Approvals"), QStringLiteral("Team lunch receipts"), false));
     QCOMPARE(tracking.RecordCount(), 0);
 }
 

@@ -42,7 +42,8 @@ void TestDatabase::badStore_data()
     QTest::newRow("text file") << "text" << com::err::Corrupt << "is not a Sorrelin store";
     QTest::newRow("another database") << "foreign" << com::err::Corrupt << "is not a Sorrelin store";
     QTest::newRow("no schema version") << "unversioned" << com::err::Corrupt << "no schema version";
-    QTest::newRow("other version") << "version" << com::err::Corrupt << "is of version 99; this program reads version 1";
+    QTest::newRow("other version") << "version" << com::err::Corrupt
+                                   << "is of version 99; this program reads version 1";
     QTest::newRow("truncated") << "truncated" << com::err::Corrupt << "is damaged";
 }
 
@@ -147,8 +148,9 @@ void TestDatabase::entryIdsAreUpperCaseAndStable()
     QStringList first;
     {
         const auto db = store::Database::open(path);
-        QSqlQuery q = db->run(QStringLiteral("SELECT entry_id FROM folders UNION ALL SELECT entry_id FROM messages"
-                                             " UNION ALL SELECT store_id FROM stores"));
+        QSqlQuery q =
+            db->run(QStringLiteral("SELECT entry_id FROM folders UNION ALL SELECT entry_id FROM messages"
+                                   " UNION ALL SELECT store_id FROM stores"));
         while (q.next())
             first << q.value(0).toString();
     }
@@ -163,8 +165,9 @@ void TestDatabase::entryIdsAreUpperCaseAndStable()
     }
     // Opened again, the store gives the same identifiers.
     const auto db = store::Database::open(path);
-    QSqlQuery q = db->run(QStringLiteral("SELECT entry_id FROM folders UNION ALL SELECT entry_id FROM messages"
-                                         " UNION ALL SELECT store_id FROM stores"));
+    QSqlQuery q =
+        db->run(QStringLiteral("SELECT entry_id FROM folders UNION ALL SELECT entry_id FROM messages"
+                               " UNION ALL SELECT store_id FROM stores"));
     QStringList again;
     while (q.next())
         again << q.value(0).toString();

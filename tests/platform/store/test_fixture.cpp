@@ -17,7 +17,8 @@ namespace {
 /// A fixture with one store whose folder "F" holds `folder`'s members.
 QByteArray withFolder(const QByteArray &members)
 {
-    return R"({"user": "U", "stores": [{"name": "S", "folders": [{"name": "E"}, {"name": "F", )" + members + "}]}]}";
+    return R"({"user": "U", "stores": [{"name": "S", "folders": [{"name": "E"}, {"name": "F", )" + members +
+           "}]}]}";
 }
 
 /// A fixture whose folder "F" holds a second agent with `members`.
@@ -95,52 +96,60 @@ void TestFixture::badMember_data()
 
     QTest::newRow("no user") << QByteArray(R"({"stores": []})") << "user: missing";
     QTest::newRow("user not a text") << QByteArray(R"({"user": 7})") << "user: expected a text";
-    QTest::newRow("unknown top member") << QByteArray(R"({"user": "U", "store": []})") << "store: unknown member";
-    QTest::newRow("stores not a list") << QByteArray(R"({"user": "U", "stores": {}})") << "stores: expected a list";
-    QTest::newRow("store not an object") << QByteArray(R"({"user": "U", "stores": [{"name": "S"}, "T"]})")
-                                         << "stores[1]: expected an object";
-    QTest::newRow("store without a name") << QByteArray(R"({"user": "U", "stores": [{"folders": []}]})")
-                                          << "stores[0].name: missing";
-    QTest::newRow("unknown store member") << QByteArray(R"({"user": "U", "stores": [{"name": "S", "colour": 1}]})")
-                                          << "stores[0].colour: unknown member";
+    QTest::newRow("unknown top member")
+        << QByteArray(R"({"user": "U", "store": []})") << "store: unknown member";
+    QTest::newRow("stores not a list")
+        << QByteArray(R"({"user": "U", "stores": {}})") << "stores: expected a list";
+    QTest::newRow("store not an object")
+        << QByteArray(R"({"user": "U", "stores": [{"name": "S"}, "T"]})") << "stores[1]: expected an object";
+    QTest::newRow("store without a name")
+        << QByteArray(R"({"user": "U", "stores": [{"folders": []}]})") << "stores[0].name: missing";
+    QTest::newRow("unknown store member")
+        << QByteArray(R"({"user": "U", "stores": [{"name": "S", "colour": 1}]})")
+        << "stores[0].colour: unknown member";
 
-    QTest::newRow("host twice")
-        << QByteArray(R"({"user": "U", "hosts": [{"name": "H"}, {"name": "h"}]})")
-        << "hosts[1].name: a host of this name is already listed";
-    QTest::newRow("author not a text") << QByteArray(R"({"user": "U", "hosts": [{"name": "H", "authors": [1]}]})")
-                                       << "hosts[0].authors[0]: expected a text";
+    QTest::newRow("host twice") << QByteArray(R"({"user": "U", "hosts": [{"name": "H"}, {"name": "h"}]})")
+                                << "hosts[1].name: a host of this name is already listed";
+    QTest::newRow("author not a text")
+        << QByteArray(R"({"user": "U", "hosts": [{"name": "H", "authors": [1]}]})")
+        << "hosts[0].authors[0]: expected a text";
     QTest::newRow("handler without a name")
-        << QByteArray(R"({"user": "U", "hosts": [{"name": "H", "handlers": [{"class": "{69E54151-B371-11D0-BCD9-00AA00C1AB1C}"}]}]})")
+        << QByteArray(
+               R"({"user": "U", "hosts": [{"name": "H", "handlers": [{"class": "{69E54151-B371-11D0-BCD9-00AA00C1AB1C}"}]}]})")
         << "hosts[0].handlers[0].name: missing";
 
-    QTest::newRow("folder not an object") << withFolder(R"("folders": [3])")
-                                          << "stores[0].folders[1].folders[0]: expected an object";
+    QTest::newRow("folder not an object")
+        << withFolder(R"("folders": [3])") << "stores[0].folders[1].folders[0]: expected an object";
     QTest::newRow("backslash in a folder name")
         << QByteArray(R"({"user": "U", "stores": [{"name": "S", "folders": [{"name": "A\\B"}]}]})")
         << "stores[0].folders[0].name: a folder's name is not empty and has no \\";
-    QTest::newRow("empty folder name") << withFolder(R"("folders": [{"name": ""}])")
-                                       << "stores[0].folders[1].folders[0].name: a folder's name is not empty and has no \\";
-    QTest::newRow("access a text") << withFolder(R"("folders": [{"name": "G", "access": "all"}])")
-                                   << "stores[0].folders[1].folders[0].access: expected a whole number from 0 to 63";
+    QTest::newRow("empty folder name")
+        << withFolder(R"("folders": [{"name": ""}])")
+        << "stores[0].folders[1].folders[0].name: a folder's name is not empty and has no \\";
+    QTest::newRow("access a text")
+        << withFolder(R"("folders": [{"name": "G", "access": "all"}])")
+        << "stores[0].folders[1].folders[0].access: expected a whole number from 0 to 63";
     QTest::newRow("access too large") << withFolder(R"("access": 64)")
                                       << "stores[0].folders[1].access: expected a whole number from 0 to 63";
     QTest::newRow("access a fraction") << withFolder(R"("access": 62.5)")
                                        << "stores[0].folders[1].access: expected a whole number from 0 to 63";
-    QTest::newRow("event source a number") << withFolder(R"("eventSource": 1)")
-                                           << "stores[0].folders[1].eventSource: expected true or false";
+    QTest::newRow("event source a number")
+        << withFolder(R"("eventSource": 1)") << "stores[0].folders[1].eventSource: expected true or false";
 
-    QTest::newRow("agent without a name") << withFolder(R"("agents": [{"mask": 2}])")
-                                          << "stores[0].folders[1].agents[0].name: missing";
+    QTest::newRow("agent without a name")
+        << withFolder(R"("agents": [{"mask": 2}])") << "stores[0].folders[1].agents[0].name: missing";
     QTest::newRow("mask too large") << withAgent(R"("mask": 16)")
                                     << agent + "mask: expected a whole number from 0 to 15";
     QTest::newRow("mask negative") << withAgent(R"("mask": -1)")
                                    << agent + "mask: expected a whole number from 0 to 15";
-    QTest::newRow("active a text") << withAgent(R"("active": "yes")") << agent + "active: expected true or false";
+    QTest::newRow("active a text") << withAgent(R"("active": "yes")")
+                                   << agent + "active: expected true or false";
     QTest::newRow("handler without braces")
         << withAgent(R"("handler": "script")")
         << agent + "handler: expected a class identifier like {69E54151-B371-11D0-BCD9-00AA00C1AB1C}";
-    QTest::newRow("script beyond 8 bits") << withAgent("\"script\": \"caf\\u00e9 \\u20ac\"")
-                                          << agent + "script: 8-bit text may hold only characters U+0000 to U+00FF";
+    QTest::newRow("script beyond 8 bits")
+        << withAgent("\"script\": \"caf\\u00e9 \\u20ac\"")
+        << agent + "script: 8-bit text may hold only characters U+0000 to U+00FF";
     QTest::newRow("log beyond 8 bits") << withAgent("\"log\": \"\\u0100\"")
                                        << agent + "log: 8-bit text may hold only characters U+0000 to U+00FF";
     QTest::newRow("created not a time") << withAgent(R"("created": "yesterday")")
@@ -151,30 +160,36 @@ void TestFixture::badMember_data()
                                              << agent + "schedule.type: expected a whole number from 0 to 3";
     QTest::newRow("schedule start not a time") << withAgent(R"("schedule": {"type": 1, "start": "25:00"})")
                                                << agent + "schedule.start: expected a time of day \"HH:MM\"";
-    QTest::newRow("unknown schedule member") << withAgent(R"("schedule": {"every": 5})")
-                                             << agent + "schedule.every: unknown member";
-    QTest::newRow("binding a number") << withAgent(R"("binding": 0)") << agent + "binding: expected true or false";
+    QTest::newRow("unknown schedule member")
+        << withAgent(R"("schedule": {"every": 5})") << agent + "schedule.every: unknown member";
+    QTest::newRow("binding a number")
+        << withAgent(R"("binding": 0)") << agent + "binding: expected true or false";
 
     QTest::newRow("message without a subject") << withFolder(R"("messages": [{"class": "IPM.Note"}])")
                                                << "stores[0].folders[1].messages[0].subject: missing";
-    QTest::newRow("hidden message received badly") << withFolder(R"("hidden": [{"subject": "H", "received": "soon"}])")
-                                                   << "stores[0].folders[1].hidden[0].received: expected a time \"YYYY-MM-DD HH:MM:SS\"";
-    QTest::newRow("sender beyond 8 bits") << withMessage("\"from\": \"\\u0141ukasz\"")
-                                          << message + "from: 8-bit text may hold only characters U+0000 to U+00FF";
+    QTest::newRow("hidden message received badly")
+        << withFolder(R"("hidden": [{"subject": "H", "received": "soon"}])")
+        << "stores[0].folders[1].hidden[0].received: expected a time \"YYYY-MM-DD HH:MM:SS\"";
+    QTest::newRow("sender beyond 8 bits")
+        << withMessage("\"from\": \"\\u0141ukasz\"")
+        << message + "from: 8-bit text may hold only characters U+0000 to U+00FF";
     QTest::newRow("short tag") << withMessage(R"("fields": {"0x7102": "x"})")
                                << message + "fields.0x7102: expected a tag of eight hexadecimal digits";
-    QTest::newRow("tag not hexadecimal") << withMessage(R"("fields": {"0x7102001G": "x"})")
-                                         << message + "fields.0x7102001G: expected a tag of eight hexadecimal digits";
+    QTest::newRow("tag not hexadecimal")
+        << withMessage(R"("fields": {"0x7102001G": "x"})")
+        << message + "fields.0x7102001G: expected a tag of eight hexadecimal digits";
     QTest::newRow("field a list") << withMessage(R"("fields": {"RouteType": ["x"]})")
                                   << message + "fields.RouteType: expected a text or a number";
-    QTest::newRow("field beyond 8 bits") << withMessage("\"fields\": {\"RouteType\": \"\\u2192\"}")
-                                         << message + "fields.RouteType: 8-bit text may hold only characters U+0000 to U+00FF";
-    QTest::newRow("map row not an object") << withMessage(R"("map": [{"activity": "10"}, "20"])")
-                                           << message + "map[1]: expected an object";
+    QTest::newRow("field beyond 8 bits")
+        << withMessage("\"fields\": {\"RouteType\": \"\\u2192\"}")
+        << message + "fields.RouteType: 8-bit text may hold only characters U+0000 to U+00FF";
+    QTest::newRow("map row not an object")
+        << withMessage(R"("map": [{"activity": "10"}, "20"])") << message + "map[1]: expected an object";
     QTest::newRow("map argument a number") << withMessage(R"("map": [{"activity": "10", "args": ["a", 2]}])")
                                            << message + "map[0].args[1]: expected a text";
-    QTest::newRow("instance row a text") << withMessage(R"("instance": {"rui": 7, "row": "2"})")
-                                         << message + "instance.row: expected a whole number from -2147483648 to 2147483647";
+    QTest::newRow("instance row a text")
+        << withMessage(R"("instance": {"rui": 7, "row": "2"})")
+        << message + "instance.row: expected a whole number from -2147483648 to 2147483647";
     QTest::newRow("unknown vote member") << withMessage(R"("votes": [{"name": "B", "vote": "Approve"}])")
                                          << message + "votes[0].vote: unknown member";
 }
@@ -203,7 +218,9 @@ void TestFixture::badFileNamesFileAndMember()
         QFAIL("a bad fixture loaded");
     } catch (const com::ComError &e) {
         QCOMPARE(e.description(),
-                 fixture + QStringLiteral(": stores[0].folders[1].agents[1].mask: expected a whole number from 0 to 15"));
+                 fixture +
+                     QStringLiteral(
+                         ": stores[0].folders[1].agents[1].mask: expected a whole number from 0 to 15"));
     }
     QCOMPARE(files(), QStringList{QStringLiteral("bad.json")});
 }
@@ -253,7 +270,9 @@ void TestFixture::defaults()
     QCOMPARE(db->meta(QStringLiteral("user")), QStringLiteral("U"));
     QCOMPARE(db->scalar(QStringLiteral("SELECT provider FROM stores")).toString(),
              QStringLiteral("Microsoft Exchange Server"));
-    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM folders WHERE access = 63 AND event_source = 1")).toInt(), 3);
+    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM folders WHERE access = 63 AND event_source = 1"))
+                 .toInt(),
+             3);
     // The store's root folder holds the fixture's top-level folders.
     QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM folders WHERE parent IS NULL")).toInt(), 1);
     QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM folders f JOIN folders r ON r.id = f.parent"
@@ -277,14 +296,16 @@ void TestFixture::agentPieces_data()
     QTest::addColumn<QString>("handlerField");
     QTest::addColumn<int>("bindings");
     QTest::addColumn<int>("stateMessages");
-    QTest::newRow("script agent") << QByteArray(R"("mask": 3)") << "5141E56971B3D011BCD900AA00C1AB1C" << 1 << 1;
+    QTest::newRow("script agent") << QByteArray(R"("mask": 3)") << "5141E56971B3D011BCD900AA00C1AB1C" << 1
+                                  << 1;
     QTest::newRow("routing agent") << QByteArray(R"("handler": "{69E64151-B371-11D0-BCD9-00AA00C1AB1C}")")
                                    << "5141E66971B3D011BCD900AA00C1AB1C" << 1 << 1;
     QTest::newRow("other handler") << QByteArray(R"("handler": "{00112233-4455-6677-8899-AABBCCDDEEFF}")")
                                    << "33221100554477668899AABBCCDDEEFF" << 1 << 1;
-    QTest::newRow("binding lost") << QByteArray(R"("binding": false)") << "5141E56971B3D011BCD900AA00C1AB1C" << 0 << 1;
-    QTest::newRow("no state message") << QByteArray(R"("stateMessage": false)") << "5141E56971B3D011BCD900AA00C1AB1C"
-                                      << 1 << 0;
+    QTest::newRow("binding lost") << QByteArray(R"("binding": false)") << "5141E56971B3D011BCD900AA00C1AB1C"
+                                  << 0 << 1;
+    QTest::newRow("no state message")
+        << QByteArray(R"("stateMessage": false)") << "5141E56971B3D011BCD900AA00C1AB1C" << 1 << 0;
 }
 
 void TestFixture::agentPieces()
@@ -294,41 +315,50 @@ void TestFixture::agentPieces()
     QFETCH(int, bindings);
     QFETCH(int, stateMessages);
     const QString path = m_home->file(QStringLiteral("a.db"));
-    store::loadFixture(parse(withFolder(R"("agents": [{"name": "Only", "log": "", )" + members + "}]")), path);
+    store::loadFixture(parse(withFolder(R"("agents": [{"name": "Only", "log": "", )" + members + "}]")),
+                       path);
     const auto db = store::Database::open(path);
     QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM messages WHERE hidden = 1 AND subject = 'Only'"
                                        " AND class = 'IPC.Microsoft.EventBinding'"))
                  .toInt(),
              1);
-    QCOMPARE(db->scalar(QStringLiteral("SELECT f.value FROM fields f JOIN messages m ON m.id = f.message"
-                                       " WHERE m.class = 'IPC.Microsoft.EventBinding' AND f.tag = '0x7804001E'"))
-                 .toByteArray(),
-             handlerField.toLatin1());
+    QCOMPARE(
+        db->scalar(QStringLiteral("SELECT f.value FROM fields f JOIN messages m ON m.id = f.message"
+                                  " WHERE m.class = 'IPC.Microsoft.EventBinding' AND f.tag = '0x7804001E'"))
+            .toByteArray(),
+        handlerField.toLatin1());
     QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM messages WHERE hidden = 1"
                                        " AND class = 'IPC.Microsoft.ICS.EventBinding'"))
                  .toInt(),
              stateMessages);
     // The binding names both messages by their entry identifiers.
-    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM bindings b JOIN messages m ON m.entry_id = b.message"
-                                       " WHERE m.class = 'IPC.Microsoft.EventBinding'"))
-                 .toInt(),
-             bindings);
+    QCOMPARE(
+        db->scalar(QStringLiteral("SELECT COUNT(*) FROM bindings b JOIN messages m ON m.entry_id = b.message"
+                                  " WHERE m.class = 'IPC.Microsoft.EventBinding'"))
+            .toInt(),
+        bindings);
     if (bindings && stateMessages)
-        QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM bindings b JOIN messages m ON m.entry_id ="
-                                           " b.state_message WHERE m.class = 'IPC.Microsoft.ICS.EventBinding'"))
-                     .toInt(),
-                 1);
+        QCOMPARE(
+            db->scalar(QStringLiteral("SELECT COUNT(*) FROM bindings b JOIN messages m ON m.entry_id ="
+                                      " b.state_message WHERE m.class = 'IPC.Microsoft.ICS.EventBinding'"))
+                .toInt(),
+            1);
 }
 
 void TestFixture::eightBitRoundTrip_data()
 {
     QTest::addColumn<QString>("where");
     QTest::addColumn<QString>("tag");
-    QTest::newRow("script") << "script" << "0x7102001E";
-    QTest::newRow("log") << "log" << "0x780C001E";
-    QTest::newRow("created by") << "createdBy" << "0x3FF8001E";
-    QTest::newRow("field") << "field" << "RouteType";
-    QTest::newRow("sender") << "from" << "0x0C1A001E";
+    QTest::newRow("script") << "script"
+                            << "0x7102001E";
+    QTest::newRow("log") << "log"
+                         << "0x780C001E";
+    QTest::newRow("created by") << "createdBy"
+                                << "0x3FF8001E";
+    QTest::newRow("field") << "field"
+                           << "RouteType";
+    QTest::newRow("sender") << "from"
+                            << "0x0C1A001E";
 }
 
 void TestFixture::eightBitRoundTrip()
@@ -345,8 +375,8 @@ void TestFixture::eightBitRoundTrip()
             message.insert(QStringLiteral("fields"), QJsonObject{{tag, text}});
         folder.insert(QStringLiteral("messages"), QJsonArray{message});
     } else {
-        folder.insert(QStringLiteral("agents"), QJsonArray{QJsonObject{{QStringLiteral("name"), QStringLiteral("A")},
-                                                                       {where, text}}});
+        folder.insert(QStringLiteral("agents"),
+                      QJsonArray{QJsonObject{{QStringLiteral("name"), QStringLiteral("A")}, {where, text}}});
     }
     const QJsonObject fixture{
         {QStringLiteral("user"), QStringLiteral("U")},
@@ -364,10 +394,10 @@ void TestFixture::eightBitRoundTrip()
     // And back to the same characters in a dump.
     const QJsonObject dumped =
         store::dumpStore(*db)[QStringLiteral("stores")][0][QStringLiteral("folders")][0].toObject();
-    const QJsonValue back = where == QLatin1String("field")
-                                ? dumped[QStringLiteral("messages")][0][QStringLiteral("fields")][tag]
-                            : where == QLatin1String("from") ? dumped[QStringLiteral("messages")][0][QStringLiteral("from")]
-                                                             : dumped[QStringLiteral("agents")][0][where];
+    const QJsonValue back =
+        where == QLatin1String("field") ? dumped[QStringLiteral("messages")][0][QStringLiteral("fields")][tag]
+        : where == QLatin1String("from") ? dumped[QStringLiteral("messages")][0][QStringLiteral("from")]
+                                         : dumped[QStringLiteral("agents")][0][where];
     QCOMPARE(back.toString(), text);
 }
 
@@ -394,8 +424,10 @@ void TestFixture::dumpLoadDump()
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QJsonObject original = parse(file.readAll());
     QCOMPARE(dump1[QStringLiteral("user")], original[QStringLiteral("user")]);
-    QCOMPARE(dump1[QStringLiteral("stores")].toArray().size(), original[QStringLiteral("stores")].toArray().size());
-    QCOMPARE(dump1[QStringLiteral("hosts")].toArray().size(), original[QStringLiteral("hosts")].toArray().size());
+    QCOMPARE(dump1[QStringLiteral("stores")].toArray().size(),
+             original[QStringLiteral("stores")].toArray().size());
+    QCOMPARE(dump1[QStringLiteral("hosts")].toArray().size(),
+             original[QStringLiteral("hosts")].toArray().size());
 }
 
 QTEST_GUILESS_MAIN(TestFixture)

@@ -57,8 +57,9 @@ void TestGenerate::sameSeedSameStore()
     // And the entry identifiers too, which a dump leaves out.
     const auto ids = [](const QString &path) {
         const auto db = store::Database::open(path);
-        QSqlQuery q = db->run(QStringLiteral("SELECT group_concat(entry_id) FROM (SELECT entry_id FROM messages"
-                                             " ORDER BY id)"));
+        QSqlQuery q =
+            db->run(QStringLiteral("SELECT group_concat(entry_id) FROM (SELECT entry_id FROM messages"
+                                   " ORDER BY id)"));
         return q.next() ? q.value(0).toString() : QString();
     };
     QCOMPARE(ids(m_home->file(QStringLiteral("a.db"))), ids(m_home->file(QStringLiteral("b.db"))));
@@ -66,7 +67,8 @@ void TestGenerate::sameSeedSameStore()
 
 void TestGenerate::otherSeedOtherStore()
 {
-    QVERIFY(dump(generate(small(7), QStringLiteral("a.db"))) != dump(generate(small(8), QStringLiteral("b.db"))));
+    QVERIFY(dump(generate(small(7), QStringLiteral("a.db"))) !=
+            dump(generate(small(8), QStringLiteral("b.db"))));
 }
 
 void TestGenerate::sizes_data()
@@ -98,14 +100,17 @@ void TestGenerate::sizes()
     const auto db = store::Database::open(generate(o, QStringLiteral("s.db")));
     QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM stores")).toInt(), stores);
     QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM folders WHERE parent IS NULL")).toInt(), stores);
-    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM folders WHERE parent IS NOT NULL")).toInt(), folders);
+    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM folders WHERE parent IS NOT NULL")).toInt(),
+             folders);
     QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM bindings")).toInt(), agents);
     QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM messages WHERE hidden = 0")).toInt(), messages);
     // Every agent has two hidden messages; the rest are the other hidden ones.
-    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM messages WHERE hidden = 1")).toInt(), 2 * agents + hidden);
+    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM messages WHERE hidden = 1")).toInt(),
+             2 * agents + hidden);
     // Each store has folders of its own, as even as the count allows.
-    QSqlQuery q = db->run(QStringLiteral("SELECT COUNT(f.id) FROM stores s LEFT JOIN folders f ON f.store = s.id"
-                                         " AND f.parent IS NOT NULL GROUP BY s.id"));
+    QSqlQuery q =
+        db->run(QStringLiteral("SELECT COUNT(f.id) FROM stores s LEFT JOIN folders f ON f.store = s.id"
+                               " AND f.parent IS NOT NULL GROUP BY s.id"));
     while (q.next())
         QVERIFY(qAbs(q.value(0).toInt() - folders / stores) <= 1);
 }
@@ -119,10 +124,10 @@ void TestGenerate::plausibleTree()
     o.messages = 0;
     const auto db = store::Database::open(generate(o, QStringLiteral("t.db")));
     // Depths below the store's root, from a walk down the tree.
-    QSqlQuery q = db->run(QStringLiteral(
-        "WITH RECURSIVE d(id, depth) AS (SELECT id, 0 FROM folders WHERE parent IS NULL"
-        " UNION ALL SELECT f.id, d.depth + 1 FROM folders f JOIN d ON f.parent = d.id)"
-        " SELECT depth, COUNT(*) FROM d GROUP BY depth ORDER BY depth"));
+    QSqlQuery q = db->run(
+        QStringLiteral("WITH RECURSIVE d(id, depth) AS (SELECT id, 0 FROM folders WHERE parent IS NULL"
+                       " UNION ALL SELECT f.id, d.depth + 1 FROM folders f JOIN d ON f.parent = d.id)"
+                       " SELECT depth, COUNT(*) FROM d GROUP BY depth ORDER BY depth"));
     QMap<int, int> byDepth;
     while (q.next())
         byDepth.insert(q.value(0).toInt(), q.value(1).toInt());
@@ -134,19 +139,25 @@ void TestGenerate::plausibleTree()
     QCOMPARE(reached, 4002); // every folder hangs below a root
     // A few folders without full rights and a few without an event source.
     const int noRights = db->scalar(QStringLiteral("SELECT COUNT(*) FROM folders WHERE access < 63")).toInt();
-    const int noSource = db->scalar(QStringLiteral("SELECT COUNT(*) FROM folders WHERE event_source = 0")).toInt();
+    const int noSource =
+        db->scalar(QStringLiteral("SELECT COUNT(*) FROM folders WHERE event_source = 0")).toInt();
     QVERIFY2(noRights > 40 && noRights < 240, qPrintable(QString::number(noRights)));
     QVERIFY2(noSource > 40 && noSource < 240, qPrintable(QString::number(noSource)));
     // Names as a person would number them, unique across the stores.
-    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(DISTINCT name) FROM folders WHERE parent IS NOT NULL")).toInt(), 4000);
-    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM folders WHERE name GLOB 'Folder [0-9][0-9][0-9][0-9][0-9]'"))
+    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(DISTINCT name) FROM folders WHERE parent IS NOT NULL"))
                  .toInt(),
              4000);
+    QCOMPARE(
+        db->scalar(QStringLiteral(
+                       "SELECT COUNT(*) FROM folders WHERE name GLOB 'Folder [0-9][0-9][0-9][0-9][0-9]'"))
+            .toInt(),
+        4000);
     // Siblings are numbered from 0 under each parent.
-    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM (SELECT parent, MAX(seq) + 1 AS n, COUNT(*) AS c"
-                                       " FROM folders WHERE parent IS NOT NULL GROUP BY parent) WHERE n <> c"))
-                 .toInt(),
-             0);
+    QCOMPARE(
+        db->scalar(QStringLiteral("SELECT COUNT(*) FROM (SELECT parent, MAX(seq) + 1 AS n, COUNT(*) AS c"
+                                  " FROM folders WHERE parent IS NOT NULL GROUP BY parent) WHERE n <> c"))
+            .toInt(),
+        0);
 }
 
 void TestGenerate::agentsAreWhole()
@@ -156,18 +167,20 @@ void TestGenerate::agentsAreWhole()
     const auto db = store::Database::open(generate(o, QStringLiteral("g.db")));
     // Each binding names its binding message and its state message, in the
     // binding's own folder.
-    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM bindings b"
-                                       " JOIN messages m ON m.entry_id = b.message AND m.folder = b.folder"
-                                       " AND m.class = 'IPC.Microsoft.EventBinding' AND m.subject = b.name"
-                                       " JOIN messages s ON s.entry_id = b.state_message AND s.folder = b.folder"
-                                       " AND s.class = 'IPC.Microsoft.ICS.EventBinding'"))
-                 .toInt(),
-             400);
+    QCOMPARE(
+        db->scalar(QStringLiteral("SELECT COUNT(*) FROM bindings b"
+                                  " JOIN messages m ON m.entry_id = b.message AND m.folder = b.folder"
+                                  " AND m.class = 'IPC.Microsoft.EventBinding' AND m.subject = b.name"
+                                  " JOIN messages s ON s.entry_id = b.state_message AND s.folder = b.folder"
+                                  " AND s.class = 'IPC.Microsoft.ICS.EventBinding'"))
+            .toInt(),
+        400);
     // The handler field agrees with the binding's class, and all three kinds occur.
-    QSqlQuery q = db->run(QStringLiteral("SELECT b.handler_class, CAST(f.value AS TEXT), COUNT(*) FROM bindings b"
-                                         " JOIN messages m ON m.entry_id = b.message"
-                                         " JOIN fields f ON f.message = m.id AND f.tag = '0x7804001E'"
-                                         " GROUP BY 1, 2"));
+    QSqlQuery q =
+        db->run(QStringLiteral("SELECT b.handler_class, CAST(f.value AS TEXT), COUNT(*) FROM bindings b"
+                               " JOIN messages m ON m.entry_id = b.message"
+                               " JOIN fields f ON f.message = m.id AND f.tag = '0x7804001E'"
+                               " GROUP BY 1, 2"));
     QMap<QString, int> kinds;
     while (q.next()) {
         kinds.insert(q.value(0).toString(), q.value(2).toInt());
@@ -180,12 +193,15 @@ void TestGenerate::agentsAreWhole()
     for (int n : kinds)
         QVERIFY(n >= 20);
     // Every agent has a script with the marker the program looks for.
-    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM fields WHERE tag = '0x7102001E'"
-                                       " AND instr(value, CAST('<SCRIPT RunAt=Server Language=' AS BLOB)) = 1"))
-                 .toInt(),
-             400);
+    QCOMPARE(
+        db->scalar(QStringLiteral("SELECT COUNT(*) FROM fields WHERE tag = '0x7102001E'"
+                                  " AND instr(value, CAST('<SCRIPT RunAt=Server Language=' AS BLOB)) = 1"))
+            .toInt(),
+        400);
     // Masks stay within the four event bits.
-    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM bindings WHERE event_mask NOT BETWEEN 0 AND 15")).toInt(), 0);
+    QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM bindings WHERE event_mask NOT BETWEEN 0 AND 15"))
+                 .toInt(),
+             0);
 }
 
 void TestGenerate::existingTargetIsRefused()
@@ -200,7 +216,8 @@ void TestGenerate::existingTargetIsRefused()
     QFile f(path);
     QVERIFY(f.open(QIODevice::ReadOnly));
     QCOMPARE(f.readAll(), QByteArray("mine"));
-    QCOMPARE(QDir(m_home->path()).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("taken.db")});
+    QCOMPARE(QDir(m_home->path()).entryList(QDir::Files | QDir::Hidden),
+             QStringList{QStringLiteral("taken.db")});
 }
 
 QTEST_GUILESS_MAIN(TestGenerate)

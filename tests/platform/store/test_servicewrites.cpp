@@ -55,18 +55,24 @@ private Q_SLOTS:
 private:
     QString idOf(const QString &cls, const QString &subject) const
     {
-        return m_db->scalar(QStringLiteral("SELECT entry_id FROM messages WHERE class = ? AND subject = ?"), {cls, subject})
+        return m_db
+            ->scalar(QStringLiteral("SELECT entry_id FROM messages WHERE class = ? AND subject = ?"),
+                     {cls, subject})
             .toString();
     }
     QByteArray logOf(const QString &agent) const
     {
         return m_db
-            ->scalar(QStringLiteral("SELECT f.value FROM bindings b JOIN messages m ON m.entry_id = b.state_message"
-                                    " JOIN fields f ON f.message = m.id AND f.tag = '0x780C001E' WHERE b.name = ?"),
+            ->scalar(QStringLiteral(
+                         "SELECT f.value FROM bindings b JOIN messages m ON m.entry_id = b.state_message"
+                         " JOIN fields f ON f.message = m.id AND f.tag = '0x780C001E' WHERE b.name = ?"),
                      {agent})
             .toByteArray();
     }
-    QJsonObject inbox() const { return store::dumpStore(*m_db)[QStringLiteral("stores")][0][QStringLiteral("folders")][0].toObject(); }
+    QJsonObject inbox() const
+    {
+        return store::dumpStore(*m_db)[QStringLiteral("stores")][0][QStringLiteral("folders")][0].toObject();
+    }
     QJsonObject hello() const { return inbox()[QStringLiteral("messages")][0].toObject(); }
 
     std::unique_ptr<testsupport::TestHome> m_home;
@@ -97,7 +103,9 @@ void TestServiceWrites::setLog_data()
 void TestServiceWrites::setLog()
 {
     QFETCH(bool, byPath);
-    const QString agent = byPath ? kAutoReply : idOf(QStringLiteral("IPC.Microsoft.EventBinding"), QStringLiteral("Auto Reply"));
+    const QString agent =
+        byPath ? kAutoReply
+               : idOf(QStringLiteral("IPC.Microsoft.EventBinding"), QStringLiteral("Auto Reply"));
     QVERIFY(!agent.isEmpty());
     const QByteArray before = logOf(QStringLiteral("Router"));
     QByteArray log("first line\r\nsecond line \xE4\xF6\xFC\xFF\r\n");
@@ -119,7 +127,8 @@ void TestServiceWrites::unknownAgent_data()
     QTest::newRow("no such store") << QStringLiteral("\\Mailbox - Someone\\Inbox\\Auto Reply");
     QTest::newRow("a folder, not an agent") << QStringLiteral("\\Mailbox - Tess Tester\\Inbox");
     QTest::newRow("an ordinary message") << kHello;
-    QTest::newRow("an unknown entry id") << QStringLiteral("0000000000000001000200000000000000000000000099999");
+    QTest::newRow("an unknown entry id")
+        << QStringLiteral("0000000000000001000200000000000000000000000099999");
     QTest::newRow("nothing") << QString();
 }
 
@@ -132,7 +141,8 @@ void TestServiceWrites::unknownAgent()
         QFAIL("a log was written for an agent that isn't there");
     } catch (const com::ComError &e) {
         QCOMPARE(e.number(), com::err::NotFound);
-        QVERIFY2(e.description().contains(QLatin1Char('"') + agent + QLatin1Char('"')), qPrintable(e.description()));
+        QVERIFY2(e.description().contains(QLatin1Char('"') + agent + QLatin1Char('"')),
+                 qPrintable(e.description()));
     }
     QCOMPARE(store::dumpStore(*m_db), before);
 }
@@ -140,20 +150,22 @@ void TestServiceWrites::unknownAgent()
 void TestServiceWrites::agentWithoutBindingHasNoLog()
 {
     const QJsonObject before = store::dumpStore(*m_db);
-    QVERIFY_THROWS_EXCEPTION(com::ComError,
-                             store::setAgentLog(*m_db, QStringLiteral("\\Mailbox - Tess Tester\\Orphans\\Lost Binding"),
-                                                "log"));
+    QVERIFY_THROWS_EXCEPTION(
+        com::ComError,
+        store::setAgentLog(*m_db, QStringLiteral("\\Mailbox - Tess Tester\\Orphans\\Lost Binding"), "log"));
     QCOMPARE(store::dumpStore(*m_db), before);
 }
 
 void TestServiceWrites::mapReplacesTheOldOne()
 {
-    const QJsonArray first{row(QStringLiteral("10"), QStringLiteral("Send"), {QStringLiteral("Manager")}),
-                           row(QStringLiteral("20"), QStringLiteral("Wait"), {QStringLiteral("Manager"), QStringLiteral("48")}),
-                           row(QStringLiteral("30"), QStringLiteral("Terminate"), {})};
+    const QJsonArray first{
+        row(QStringLiteral("10"), QStringLiteral("Send"), {QStringLiteral("Manager")}),
+        row(QStringLiteral("20"), QStringLiteral("Wait"), {QStringLiteral("Manager"), QStringLiteral("48")}),
+        row(QStringLiteral("30"), QStringLiteral("Terminate"), {})};
     store::setMap(*m_db, kHello, first);
     QCOMPARE(hello()[QStringLiteral("map")].toArray(), first);
-    const QJsonArray second{row(QStringLiteral("5"), QStringLiteral("Consolidate"), {QStringLiteral("Approve")})};
+    const QJsonArray second{
+        row(QStringLiteral("5"), QStringLiteral("Consolidate"), {QStringLiteral("Approve")})};
     store::setMap(*m_db, idOf(QStringLiteral("IPM.Note"), QStringLiteral("Hello")), second);
     QCOMPARE(hello()[QStringLiteral("map")].toArray(), second);
 }
@@ -163,8 +175,8 @@ void TestServiceWrites::badMapKeepsTheOldOne_data()
     QTest::addColumn<QJsonArray>("rows");
     QTest::newRow("a row that is no object")
         << QJsonArray{row(QStringLiteral("10"), QStringLiteral("Send"), {}), QStringLiteral("20 Wait")};
-    QTest::newRow("arguments that are no list")
-        << QJsonArray{QJsonObject{{QStringLiteral("activity"), QStringLiteral("10")}, {QStringLiteral("args"), 3}}};
+    QTest::newRow("arguments that are no list") << QJsonArray{
+        QJsonObject{{QStringLiteral("activity"), QStringLiteral("10")}, {QStringLiteral("args"), 3}}};
 }
 
 void TestServiceWrites::badMapKeepsTheOldOne()
@@ -186,11 +198,13 @@ void TestServiceWrites::instanceIsSetOrChanged()
 {
     store::setInstance(*m_db, kHello, 7, QStringLiteral("Running"), 2);
     QCOMPARE(hello()[QStringLiteral("instance")].toObject(),
-             (QJsonObject{{QStringLiteral("rui"), 7}, {QStringLiteral("status"), QStringLiteral("Running")},
+             (QJsonObject{{QStringLiteral("rui"), 7},
+                          {QStringLiteral("status"), QStringLiteral("Running")},
                           {QStringLiteral("row"), 2}}));
     store::setInstance(*m_db, kHello, 8, QStringLiteral("Completed"), 5);
     QCOMPARE(hello()[QStringLiteral("instance")].toObject(),
-             (QJsonObject{{QStringLiteral("rui"), 8}, {QStringLiteral("status"), QStringLiteral("Completed")},
+             (QJsonObject{{QStringLiteral("rui"), 8},
+                          {QStringLiteral("status"), QStringLiteral("Completed")},
                           {QStringLiteral("row"), 5}}));
     QCOMPARE(m_db->scalar(QStringLiteral("SELECT COUNT(*) FROM instances")).toInt(), 1);
 }
@@ -211,8 +225,10 @@ void TestServiceWrites::badVotesKeepTheOldOnes()
 {
     const QJsonArray good{vote(QStringLiteral("Bob"), QStringLiteral("Approve"))};
     store::setVotes(*m_db, kHello, good);
-    QVERIFY_THROWS_EXCEPTION(com::ComError,
-                             store::setVotes(*m_db, kHello, QJsonArray{vote(QStringLiteral("Carol"), QStringLiteral("Reject")), 42}));
+    QVERIFY_THROWS_EXCEPTION(
+        com::ComError,
+        store::setVotes(*m_db, kHello,
+                        QJsonArray{vote(QStringLiteral("Carol"), QStringLiteral("Reject")), 42}));
     QCOMPARE(hello()[QStringLiteral("votes")].toArray(), good);
 }
 
@@ -220,7 +236,8 @@ void TestServiceWrites::unknownMessage()
 {
     const QString nowhere = QStringLiteral("\\Mailbox - Tess Tester\\Inbox\\No such subject");
     QVERIFY_THROWS_EXCEPTION(com::ComError, store::setMap(*m_db, nowhere, {}));
-    QVERIFY_THROWS_EXCEPTION(com::ComError, store::setInstance(*m_db, nowhere, 1, QStringLiteral("Running"), 0));
+    QVERIFY_THROWS_EXCEPTION(com::ComError,
+                             store::setInstance(*m_db, nowhere, 1, QStringLiteral("Running"), 0));
     QVERIFY_THROWS_EXCEPTION(com::ComError, store::setVotes(*m_db, nowhere, {}));
     QCOMPARE(m_db->scalar(QStringLiteral("SELECT COUNT(*) FROM instances")).toInt(), 0);
 }

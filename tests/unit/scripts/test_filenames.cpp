@@ -15,13 +15,20 @@ void TestFileNames::cleanFileName_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("plain") << "Auto Reply" << "Auto Reply";
-    QTest::newRow("slash and colon") << "Reply: a/b" << "Reply  a b";
-    QTest::newRow("neighbours not merged") << "a:/b" << "a  b";
-    QTest::newRow("all six") << ":/\\|><" << "      ";
-    QTest::newRow("others kept") << "What? *\"now\"" << "What? *\"now\"";
-    QTest::newRow("no trimming") << " x: " << " x  ";
-    QTest::newRow("empty") << "" << "";
+    QTest::newRow("plain") << "Auto Reply"
+                           << "Auto Reply";
+    QTest::newRow("slash and colon") << "Reply: a/b"
+                                     << "Reply  a b";
+    QTest::newRow("neighbours not merged") << "a:/b"
+                                           << "a  b";
+    QTest::newRow("all six") << ":/\\|><"
+                             << "      ";
+    QTest::newRow("others kept") << "What? *\"now\""
+                                 << "What? *\"now\"";
+    QTest::newRow("no trimming") << " x: "
+                                 << " x  ";
+    QTest::newRow("empty") << ""
+                           << "";
 }
 
 void TestFileNames::cleanFileName()

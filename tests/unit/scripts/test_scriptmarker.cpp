@@ -16,7 +16,8 @@ void TestScriptMarker::marker_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("valid");
     QTest::newRow("as written") << "<SCRIPT RunAt=Server Language=VBScript>" << true;
-    QTest::newRow("lower case, later in the text") << "' note\r\n<script runat=server language=JScript>" << true;
+    QTest::newRow("lower case, later in the text")
+        << "' note\r\n<script runat=server language=JScript>" << true;
     QTest::newRow("no language attribute") << "<SCRIPT RunAt=Server>" << false;
     QTest::newRow("two blanks") << "<SCRIPT  RunAt=Server Language=VBScript>" << false;
     QTest::newRow("empty") << "" << false;

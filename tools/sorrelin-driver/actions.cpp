@@ -1,0 +1,214 @@
+// The commands that act as a user would: each runs from the event loop, so
+// that a modal form it opens doesn't stop the driver.
+#include "app/frmmain.h"
+#include "platform/com/escapes.h"
+#include "platform/controls/sstree.h"
+#include "tools/sorrelin-driver/driver.h"
+#include "tools/sorrelin-driver/inspector.h"
+#include "tools/sorrelin-driver/keys.h"
+#include "tools/sorrelin-driver/words.h"
+
+#include <QAbstractButton>
+#include <QAbstractSpinBox>
+#include <QAction>
+#include <QApplication>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QSpinBox>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QTest>
+
+namespace driver {
+
+bool Driver::failed(const QString &error)
+{
+    fail(error);
+    return true;
+}
+
+bool Driver::acted(std::function<void()> action)
+{
+    act(std::move(action));
+    return true;
+}
+
+bool Driver::userAction(const QString &command, const QString &rest)
+{
+    if (command == QLatin1String("start")) {
+        if (m_started && !m_ended)
+            return failed(QStringLiteral("the program is running"));
+        m_started = true;
+        m_ended = false;
+        m_program.reset();
+        m_program = std::make_unique<app::Program>(m_prompter);
+        return acted([this] {
+            if (!app::Main(*m_program)) {
+                m_program->gfrmMain.clear();
+                m_ended = true;
+            }
+        });
+    }
+    if (command == QLatin1String("quit")) {
+        QWidget *main = mainForm();
+        if (!main)
+            return failed(QStringLiteral("the program is not running"));
+        return acted([this, main] {
+            main->close();
+            m_ended = true;
+        });
+    }
+    if (command == QLatin1String("click")) {
+        auto *main = qobject_cast<frmMain *>(mainForm());
+        QTreeWidgetItem *node = main ? Inspector::findNode(main->treOutl, rest.trimmed()) : nullptr;
+        if (!node)
+            return failed(QStringLiteral("no node %1").arg(rest.trimmed()));
+        return acted([main, node] {
+            main->activateWindow();
+            main->treOutl->clickNode(node);
+        });
+    }
+    if (command == QLatin1String("select")) {
+        const QStringList w = words(rest, 2);
+        QWidget *f = form(w.value(0));
+        auto *tree = f ? f->findChild<controls::SSTree *>(QStringLiteral("treOutl")) : nullptr;
+        if (!tree)
+            return failed(QStringLiteral("no tree in %1").arg(w.value(0)));
+        QList<QTreeWidgetItem *> nodes;
+        for (const QString &path : w.value(1).split(QLatin1Char('|'))) {
+            QTreeWidgetItem *node = Inspector::findNode(tree, path.trimmed());
+            if (!node)
+                return failed(QStringLiteral("no node %1").arg(path.trimmed()));
+            nodes << node;
+        }
+        return acted([tree, nodes] {
+            for (int i = 0; i < nodes.size(); ++i)
+                tree->clickNode(nodes.at(i), i > 0);
+        });
+    }
+    if (command == QLatin1String("menu") || command == QLatin1String("toolbar")) {
+        QWidget *f = mainForm();
+        const QString name = command == QLatin1String("menu") ? rest.trimmed() : QStringLiteral("tbToolBar.") + rest.trimmed();
+        auto *a = f ? f->findChild<QAction *>(name) : nullptr;
+        for (QWidget *w : QApplication::topLevelWidgets())
+            if (!a && w->isVisible())
+                a = w->findChild<QAction *>(name);
+        if (!a)
+            return failed(QStringLiteral("no %1 %2").arg(command, rest.trimmed()));
+        bool usable = a->isEnabled() && a->isVisible();
+        if (auto *menu = qobject_cast<QMenu *>(a->parent()))
+            usable = usable && menu->menuAction()->isEnabled() && menu->menuAction()->isVisible();
+        if (!usable)
+            return failed(QStringLiteral("%1 is disabled or hidden").arg(rest.trimmed()));
+        if (auto *menu = qobject_cast<QMenu *>(a->parent()))
+            Q_EMIT menu->aboutToShow();
+        return acted([a] { a->trigger(); });
+    }
+    if (command == QLatin1String("tab")) {
+        const QStringList w = words(rest, 3);
+        auto *tabs = qobject_cast<QTabWidget *>(Inspector::findControl(form(w.value(0)), w.value(1)));
+        if (!tabs)
+            return failed(QStringLiteral("no tab control %1").arg(w.value(1)));
+        const int index = w.value(2).toInt();
+        return acted([tabs, index] { tabs->setCurrentIndex(index); });
+    }
+    if (command == QLatin1String("press")) {
+        const QStringList w = words(rest, 2);
+        QString control = w.value(1).trimmed();
+        int step = 0;
+        if (control.endsWith(QLatin1String(".Up")) || control.endsWith(QLatin1String(".Down"))) {
+            step = control.endsWith(QLatin1String(".Up")) ? 1 : -1;
+            control = control.left(control.lastIndexOf(QLatin1Char('.')));
+        }
+        QObject *o = Inspector::findControl(form(w.value(0)), control);
+        auto *widget = qobject_cast<QWidget *>(o);
+        if (!o)
+            return failed(QStringLiteral("no control %1 in %2").arg(control, w.value(0)));
+        if (widget && !widget->isEnabled())
+            return failed(QStringLiteral("%1 is disabled").arg(control));
+        if (step != 0) {
+            if (auto *spin = qobject_cast<QAbstractSpinBox *>(o))
+                return acted([spin, step] { spin->stepBy(step); });
+            return acted([o, step] { QMetaObject::invokeMethod(o, step > 0 ? "stepUp" : "stepDown"); });
+        }
+        if (auto *button = qobject_cast<QAbstractButton *>(o))
+            return acted([button] { button->click(); });
+        if (auto *a = qobject_cast<QAction *>(o))
+            return acted([a] { a->trigger(); });
+        return failed(QStringLiteral("%1 can't be pressed").arg(control));
+    }
+    if (command == QLatin1String("key")) {
+        const QStringList w = words(rest, 3);
+        auto *widget = qobject_cast<QWidget *>(Inspector::findControl(form(w.value(0)), w.value(1)));
+        if (!widget)
+            return failed(QStringLiteral("no control %1 in %2").arg(w.value(1), w.value(0)));
+        const KeyStroke key = parseKey(w.value(2).trimmed());
+        if (key.key == 0)
+            return failed(QStringLiteral("unknown key %1").arg(w.value(2)));
+        return acted([widget, key] {
+            widget->window()->activateWindow();
+            widget->setFocus(Qt::OtherFocusReason);
+            QTest::keyClick(widget, static_cast<Qt::Key>(key.key), key.modifiers);
+        });
+    }
+    if (command == QLatin1String("type")) {
+        const QStringList w = words(rest, 3);
+        QObject *o = Inspector::findControl(form(w.value(0)), w.value(1));
+        const QString text = com::unescapeLine(w.value(2));
+        if (auto *pane = qobject_cast<QPlainTextEdit *>(o)) {
+            if (pane->isReadOnly())
+                return failed(QStringLiteral("%1 is locked").arg(w.value(1)));
+            return acted([pane, text] {
+                pane->window()->activateWindow();
+                pane->setFocus(Qt::OtherFocusReason);
+                QString t = text;
+                t.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+                t.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+                pane->selectAll();
+                pane->insertPlainText(t);
+            });
+        }
+        if (auto *edit = qobject_cast<QLineEdit *>(o))
+            return acted([edit, text] {
+                edit->setFocus(Qt::OtherFocusReason);
+                edit->setText(text);
+            });
+        if (auto *spin = qobject_cast<QSpinBox *>(o))
+            return acted([spin, text] { spin->setValue(text.toInt()); });
+        return failed(QStringLiteral("no text control %1 in %2").arg(w.value(1), w.value(0)));
+    }
+    if (command == QLatin1String("grid") || command == QLatin1String("dblclick")) {
+        const QStringList w = words(rest, 3);
+        QWidget *f = form(w.value(0));
+        if (command == QLatin1String("grid")) {
+            QTableWidget *grid = nullptr;
+            for (auto *g : f ? f->findChildren<QTableWidget *>() : QList<QTableWidget *>())
+                if (g->isVisible() || !grid)
+                    grid = g;
+            if (!grid)
+                return failed(QStringLiteral("no grid in %1").arg(w.value(0)));
+            const int row = w.value(1).toInt();
+            return acted([grid, row] {
+                grid->setCurrentCell(row, 0);
+                grid->selectRow(row);
+            });
+        }
+        QObject *control = Inspector::findControl(f, w.value(1));
+        if (auto *tree = qobject_cast<controls::SSTree *>(control))
+            return acted([tree] { Q_EMIT tree->DblClick(); });
+        auto *grid = qobject_cast<QTableWidget *>(control);
+        if (!grid)
+            return failed(QStringLiteral("no grid or tree %1 in %2").arg(w.value(1), w.value(0)));
+        return acted([grid] { Q_EMIT grid->cellDoubleClicked(qMax(grid->currentRow(), 0), 0); });
+    }
+    if (command == QLatin1String("close")) {
+        QWidget *f = form(rest.trimmed());
+        if (!f)
+            return failed(QStringLiteral("no form %1").arg(rest.trimmed()));
+        return acted([f] { f->close(); });
+    }
+    return false;
+}
+
+} // namespace driver
