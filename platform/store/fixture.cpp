@@ -5,12 +5,16 @@
 #include "platform/store/database.h"
 #include "platform/store/ids.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTime>
+
+#include <atomic>
+#include <cmath>
 
 namespace store {
 
@@ -71,11 +75,11 @@ public:
         const QJsonValue v = m_object.value(name);
         if (v.isUndefined())
             return fallback;
-        if (!v.isDouble() || v.toDouble() != static_cast<int>(v.toDouble()) || v.toInt() < low ||
-            v.toInt() > high)
+        const double d = v.toDouble();
+        if (!v.isDouble() || d != std::floor(d) || d < low || d > high)
             throw bad(member(name),
                       QStringLiteral("expected a whole number from %1 to %2").arg(low).arg(high));
-        return v.toInt();
+        return static_cast<int>(d);
     }
 
     bool flag(const QString &name, bool fallback) const
@@ -310,11 +314,12 @@ private:
         const QString messageId = m_lastId;
         setField(message, mapi::tagKey(mapi::PR_SCRIPT), r.bytes(QStringLiteral("script")));
         setField(message, mapi::tagKey(mapi::PR_HANDLER), field.toLatin1());
+        const QString createdBy = r.text(QStringLiteral("createdBy"), m_user);
         setField(message, mapi::tagKey(mapi::PR_CREATOR_NAME),
-                 r.text(QStringLiteral("createdBy"), m_user).toLatin1());
+                 latin1(createdBy, r.member(QStringLiteral("createdBy"))));
         setField(
             message, mapi::tagKey(mapi::PR_LAST_MODIFIER_NAME),
-            r.text(QStringLiteral("modifiedBy"), r.text(QStringLiteral("createdBy"), m_user)).toLatin1());
+            latin1(r.text(QStringLiteral("modifiedBy"), createdBy), r.member(QStringLiteral("modifiedBy"))));
         QVariant stateId;
         if (r.flag(QStringLiteral("stateMessage"), true)) {
             const qint64 state =
@@ -423,9 +428,11 @@ void loadFixture(const QJsonObject &fixture, const QString &dbPath)
                             QStringLiteral("%1 already exists.").arg(dbPath));
     // Made beside the target and renamed at the end, so a bad fixture leaves
     // no file behind.
-    const QString partial = dbPath + QStringLiteral(".partial");
-    for (const QString &suffix : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm")})
-        QFile::remove(partial + suffix);
+    static std::atomic<int> builds{0};
+    const QString partial = QStringLiteral("%1.%2-%3.partial")
+                                .arg(dbPath)
+                                .arg(QCoreApplication::applicationPid())
+                                .arg(builds.fetch_add(1));
     try {
         {
             std::unique_ptr<Database> db = Database::create(partial);
@@ -456,7 +463,8 @@ void loadFixture(const QString &jsonPath, const QString &dbPath)
     if (error.error != QJsonParseError::NoError) {
         const QByteArray before = text.left(error.offset);
         const int line = static_cast<int>(before.count('\n')) + 1;
-        const int column = static_cast<int>(error.offset - (before.lastIndexOf('\n') + 1)) + 1;
+        const int column =
+            static_cast<int>(QString::fromUtf8(before.mid(before.lastIndexOf('\n') + 1)).size()) + 1;
         throw com::ComError(
             com::err::InvalidParameter, kSource,
             QStringLiteral("%1:%2:%3: %4").arg(jsonPath).arg(line).arg(column).arg(error.errorString()));

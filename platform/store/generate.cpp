@@ -196,7 +196,8 @@ void generateStore(const GenerateOptions &options, const QString &dbPath)
             throw com::ComError(com::err::FileAccess, QStringLiteral("sorrelin-store"),
                                 QStringLiteral("%1 could not be written.").arg(dbPath));
     } catch (...) {
-        QFile::remove(partial);
+        for (const QString &suffix : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm")})
+            QFile::remove(partial + suffix);
         throw;
     }
     for (const QString &suffix : {QStringLiteral("-wal"), QStringLiteral("-shm")})

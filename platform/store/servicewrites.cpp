@@ -14,41 +14,50 @@ const QString kSource = QStringLiteral("sorrelin-store");
 
 /// The folder row at the end of a path below the tree's root
 /// ("\Store\Folder\Sub"), or 0; `rest` takes what is left after it.
-qint64 folderOfPath(Database &db, const QStringList &parts, int &used)
+qint64 folderOfPath(Database &db, const QStringList &parts)
 {
     if (parts.size() < 2)
         return 0;
     qint64 folder = db.scalar(QStringLiteral("SELECT f.id FROM folders f JOIN stores s ON s.id = f.store"
-                                             " WHERE s.name = ? AND f.parent IS NULL"),
+                                             " WHERE s.name = ? AND f.parent IS NULL ORDER BY s.seq, f.id"),
                               {parts.at(0)})
                         .toLongLong();
-    used = 1;
-    while (folder && used < parts.size()) {
-        const QVariant next = db.scalar(
-            QStringLiteral("SELECT id FROM folders WHERE parent = ? AND name = ?"), {folder, parts.at(used)});
-        if (!next.isValid())
-            break;
-        folder = next.toLongLong();
-        ++used;
-    }
-    return used > 1 ? folder : 0;
+    for (int i = 1; folder && i < parts.size(); ++i)
+        folder =
+            db.scalar(QStringLiteral("SELECT id FROM folders WHERE parent = ? AND name = ? ORDER BY seq, id"),
+                      {folder, parts.at(i)})
+                .toLongLong();
+    return folder;
+}
+
+/// A text member of a row ("" when absent); anything else is refused with
+/// the member's path, so that a number never goes in as an empty text.
+QString rowText(const QJsonObject &row, const QString &name, const QString &path)
+{
+    const QJsonValue v = row.value(name);
+    if (v.isUndefined())
+        return QStringLiteral("");
+    if (!v.isString())
+        throw com::ComError(com::err::InvalidParameter, kSource,
+                            QStringLiteral("%1.%2: expected a text").arg(path, name));
+    return v.toString();
 }
 
 qint64 find(Database &db, const QString &name, bool agent)
 {
     QVariant row = db.scalar(QStringLiteral("SELECT id FROM messages WHERE entry_id = ?"), {name});
     if (!row.isValid() && name.startsWith(QLatin1Char('\\'))) {
-        const QStringList parts = name.mid(1).split(QLatin1Char('\\'));
-        int used = 0;
-        const qint64 folder = folderOfPath(db, parts, used);
-        if (folder && used == parts.size() - 1)
+        QStringList parts = name.mid(1).split(QLatin1Char('\\'));
+        const QString subject = parts.takeLast();
+        const qint64 folder = folderOfPath(db, parts);
+        if (folder)
             row = agent
                       ? db.scalar(QStringLiteral("SELECT id FROM messages WHERE folder = ? AND hidden = 1 AND"
                                                  " class = ? AND subject = ? ORDER BY id"),
-                                  {folder, mapi::kBindingClass, parts.last()})
+                                  {folder, mapi::kBindingClass, subject})
                       : db.scalar(QStringLiteral("SELECT id FROM messages WHERE folder = ? AND subject = ?"
                                                  " ORDER BY hidden, id"),
-                                  {folder, parts.last()});
+                                  {folder, subject});
     }
     if (!row.isValid())
         throw com::ComError(com::err::NotFound, kSource,
@@ -105,10 +114,15 @@ void setMap(Database &db, const QString &message, const QJsonArray &rows)
                     com::err::InvalidParameter, kSource,
                     QStringLiteral("map[%1]: expected {\"activity\", \"action\", \"flags\", \"args\"}")
                         .arg(i));
+            const QString path = QStringLiteral("map[%1]").arg(i);
+            for (const QJsonValue &arg : args.toArray())
+                if (!arg.isString())
+                    throw com::ComError(com::err::InvalidParameter, kSource,
+                                        QStringLiteral("%1.args: expected a list of texts").arg(path));
             db.run(QStringLiteral("INSERT INTO map_rows(message, row, activity, action, flags, args)"
                                   " VALUES(?, ?, ?, ?, ?, ?)"),
-                   {row, i, r.value(QStringLiteral("activity")).toString(),
-                    r.value(QStringLiteral("action")).toString(), r.value(QStringLiteral("flags")).toString(),
+                   {row, i, rowText(r, QStringLiteral("activity"), path),
+                    rowText(r, QStringLiteral("action"), path), rowText(r, QStringLiteral("flags"), path),
                     QString::fromUtf8(QJsonDocument(r.value(QStringLiteral("args")).toArray())
                                           .toJson(QJsonDocument::Compact))});
         }
@@ -139,8 +153,9 @@ void setVotes(Database &db, const QString &message, const QJsonArray &votes)
                     com::err::InvalidParameter, kSource,
                     QStringLiteral("votes[%1]: expected {\"name\", \"status\", \"at\"}").arg(i));
             db.run(QStringLiteral("INSERT INTO votes(message, seq, name, status, at) VALUES(?, ?, ?, ?, ?)"),
-                   {m, i, v.value(QStringLiteral("name")).toString(),
-                    v.value(QStringLiteral("status")).toString(), v.value(QStringLiteral("at")).toString()});
+                   {m, i, rowText(v, QStringLiteral("name"), QStringLiteral("votes[%1]").arg(i)),
+                    rowText(v, QStringLiteral("status"), QStringLiteral("votes[%1]").arg(i)),
+                    rowText(v, QStringLiteral("at"), QStringLiteral("votes[%1]").arg(i))});
         }
     });
 }

@@ -152,6 +152,12 @@ void TestFixture::badMember_data()
         << agent + "script: 8-bit text may hold only characters U+0000 to U+00FF";
     QTest::newRow("log beyond 8 bits") << withAgent("\"log\": \"\\u0100\"")
                                        << agent + "log: 8-bit text may hold only characters U+0000 to U+00FF";
+    QTest::newRow("created by beyond 8 bits")
+        << withAgent("\"createdBy\": \"\\u0141ukasz\"")
+        << agent + "createdBy: 8-bit text may hold only characters U+0000 to U+00FF";
+    QTest::newRow("modified by beyond 8 bits")
+        << withAgent("\"modifiedBy\": \"\\u0141ukasz\"")
+        << agent + "modifiedBy: 8-bit text may hold only characters U+0000 to U+00FF";
     QTest::newRow("created not a time") << withAgent(R"("created": "yesterday")")
                                         << agent + "created: expected a time \"YYYY-MM-DD HH:MM:SS\"";
     QTest::newRow("modified without seconds") << withAgent(R"("modified": "2026-01-02 03:04")")

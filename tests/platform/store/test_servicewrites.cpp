@@ -51,6 +51,7 @@ private Q_SLOTS:
     void votesReplaceTheOldOnes();
     void badVotesKeepTheOldOnes();
     void unknownMessage();
+    void agentBesideAFolderOfItsName();
 
 private:
     QString idOf(const QString &cls, const QString &subject) const
@@ -175,6 +176,10 @@ void TestServiceWrites::badMapKeepsTheOldOne_data()
     QTest::addColumn<QJsonArray>("rows");
     QTest::newRow("a row that is no object")
         << QJsonArray{row(QStringLiteral("10"), QStringLiteral("Send"), {}), QStringLiteral("20 Wait")};
+    QTest::newRow("an activity that is a number") << QJsonArray{
+        QJsonObject{{QStringLiteral("activity"), 10}, {QStringLiteral("action"), QStringLiteral("Send")}}};
+    QTest::newRow("an argument that is a number") << QJsonArray{QJsonObject{
+        {QStringLiteral("activity"), QStringLiteral("10")}, {QStringLiteral("args"), QJsonArray{1}}}};
     QTest::newRow("arguments that are no list") << QJsonArray{
         QJsonObject{{QStringLiteral("activity"), QStringLiteral("10")}, {QStringLiteral("args"), 3}}};
 }
@@ -229,6 +234,10 @@ void TestServiceWrites::badVotesKeepTheOldOnes()
         com::ComError,
         store::setVotes(*m_db, kHello,
                         QJsonArray{vote(QStringLiteral("Carol"), QStringLiteral("Reject")), 42}));
+    QVERIFY_THROWS_EXCEPTION(
+        com::ComError, store::setVotes(*m_db, kHello,
+                                       QJsonArray{QJsonObject{{QStringLiteral("name"), QStringLiteral("Dan")},
+                                                              {QStringLiteral("status"), 1}}}));
     QCOMPARE(hello()[QStringLiteral("votes")].toArray(), good);
 }
 
@@ -240,6 +249,29 @@ void TestServiceWrites::unknownMessage()
                              store::setInstance(*m_db, nowhere, 1, QStringLiteral("Running"), 0));
     QVERIFY_THROWS_EXCEPTION(com::ComError, store::setVotes(*m_db, nowhere, {}));
     QCOMPARE(m_db->scalar(QStringLiteral("SELECT COUNT(*) FROM instances")).toInt(), 0);
+}
+
+void TestServiceWrites::agentBesideAFolderOfItsName()
+{
+    // An agent "Reports" in a folder that also has a subfolder "Reports".
+    const QJsonObject fixture{
+        {QStringLiteral("user"), QStringLiteral("U")},
+        {QStringLiteral("stores"),
+         QJsonArray{QJsonObject{
+             {QStringLiteral("name"), QStringLiteral("S")},
+             {QStringLiteral("folders"),
+              QJsonArray{QJsonObject{
+                  {QStringLiteral("name"), QStringLiteral("F")},
+                  {QStringLiteral("agents"),
+                   QJsonArray{QJsonObject{{QStringLiteral("name"), QStringLiteral("Reports")}}}},
+                  {QStringLiteral("folders"),
+                   QJsonArray{QJsonObject{{QStringLiteral("name"), QStringLiteral("Reports")}}}}}}}}}}};
+    const QString path = m_home->file(QStringLiteral("same.db"));
+    store::loadFixture(fixture, path);
+    const auto db = store::Database::open(path);
+    store::setAgentLog(*db, QStringLiteral("\\S\\F\\Reports"), "found");
+    QCOMPARE(db->scalar(QStringLiteral("SELECT value FROM fields WHERE tag = '0x780C001E'")).toByteArray(),
+             QByteArray("found"));
 }
 
 QTEST_GUILESS_MAIN(TestServiceWrites)
