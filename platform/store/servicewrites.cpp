@@ -13,7 +13,7 @@ namespace {
 const QString kSource = QStringLiteral("sorrelin-store");
 
 /// The folder row at the end of a path below the tree's root
-/// ("\Store\Folder\Sub"), or 0; `rest` takes what is left after it.
+/// ("\Store\Folder\Sub"), or 0 when a part names nothing.
 qint64 folderOfPath(Database &db, const QStringList &parts)
 {
     if (parts.size() < 2)
