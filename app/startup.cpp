@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QCoreApplication>
+#include <QScreen>
 
 namespace app {
 
@@ -101,6 +102,9 @@ bool Main(Program &program)
         return false;
     }
     splash.reset();
+    // The window opens centred on the screen.
+    if (const QScreen *screen = form->screen())
+        form->move(screen->availableGeometry().center() - form->rect().center());
     form->show();
     return true;
 }
