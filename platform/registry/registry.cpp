@@ -96,13 +96,14 @@ public:
 
 Registry &Registry::system()
 {
-    static Registry *instance = [] {
-        const QString dir = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-                            QStringLiteral("/sorrelin");
+    // The system's registry lives as long as the process does.
+    static const std::unique_ptr<Registry> instance = [] {
+        const QString dir =
+            QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/sorrelin");
         QDir().mkpath(dir);
         const QString file = dir + QStringLiteral("/registry.db");
         const bool fresh = !QFileInfo::exists(file);
-        auto *r = new Registry(file); // lives as long as the process, as the system's registry does
+        auto r = std::make_unique<Registry>(file);
         if (fresh)
             fillDesktopDefaults(*r, defaultProgramLookup());
         return r;
