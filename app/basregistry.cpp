@@ -10,10 +10,11 @@ long SetValueEx(Registry &reg, HKEY key, const QString &name, uint32_t type, con
 {
     switch (type) {
     case REG_SZ:
+        // The text's own length: no NUL goes with it.
         return reg.RegSetValueEx(key, name, REG_SZ, value.toString().toUtf8());
     case REG_DWORD: {
         QByteArray bytes(4, '\0');
-        qToLittleEndian<qint32>(value.toInt(), bytes.data());
+        qToLittleEndian<quint32>(static_cast<quint32>(value.toLongLong()), bytes.data());
         return reg.RegSetValueEx(key, name, REG_DWORD, bytes);
     }
     default:
@@ -23,6 +24,7 @@ long SetValueEx(Registry &reg, HKEY key, const QString &name, uint32_t type, con
 
 long QueryValueEx(Registry &reg, HKEY key, const QString &name, QVariant &value)
 {
+    value.clear();
     uint32_t type = 0;
     uint32_t size = 0;
     const long rc = reg.RegQueryValueEx(key, name, &type, nullptr, &size);
@@ -32,13 +34,14 @@ long QueryValueEx(Registry &reg, HKEY key, const QString &name, QVariant &value)
     switch (type) {
     case REG_SZ: {
         const long read = reg.RegQueryValueEx(key, name, nullptr, &data, &size);
-        value = read == ERROR_SUCCESS ? QVariant(QString::fromUtf8(data.left(size))) : QVariant();
+        if (read == ERROR_SUCCESS)
+            value = QString::fromUtf8(data.left(size));
         return read;
     }
     case REG_DWORD: {
         uint32_t four = 4;
         const long read = reg.RegQueryValueEx(key, name, nullptr, &data, &four);
-        if (read == ERROR_SUCCESS && data.size() >= 4)
+        if (read == ERROR_SUCCESS && data.size() == 4)
             value = qFromLittleEndian<qint32>(data.constData());
         return read;
     }
@@ -49,24 +52,32 @@ long QueryValueEx(Registry &reg, HKEY key, const QString &name, QVariant &value)
 
 QVariant QueryValue(Registry &reg, HKEY root, const QString &keyName, const QString &valueName)
 {
-    HKEY key = 0;
-    if (reg.RegOpenKeyEx(root, keyName, &key) != ERROR_SUCCESS)
-        return QVariant();
-    QVariant value;
-    QueryValueEx(reg, key, valueName, value);
-    reg.RegCloseKey(key);
-    if (value.typeId() == QMetaType::QString) {
-        QString text = value.toString();
-        if (text.endsWith(QChar(u'\0')))
-            text.chop(1);
-        return text;
+    try {
+        HKEY key = 0;
+        if (reg.RegOpenKeyEx(root, keyName, &key) != ERROR_SUCCESS)
+            return QVariant();
+        QVariant value;
+        QueryValueEx(reg, key, valueName, value);
+        reg.RegCloseKey(key);
+        if (value.typeId() == QMetaType::QString) {
+            QString text = value.toString();
+            if (text.endsWith(QChar(u'\0')))
+                text.chop(1);
+            return text;
+        }
+        return value;
+    } catch (...) {
+        return QStringLiteral("");
     }
-    return value;
 }
 
 QVariant QueryValue(HKEY root, const QString &keyName, const QString &valueName)
 {
-    return QueryValue(Registry::system(), root, keyName, valueName);
+    try {
+        return QueryValue(Registry::system(), root, keyName, valueName);
+    } catch (...) {
+        return QStringLiteral("");
+    }
 }
 
 bool SetKeyValue(Registry &reg, HKEY root, const QString &keyName, const QString &valueName,
@@ -77,17 +88,26 @@ bool SetKeyValue(Registry &reg, HKEY root, const QString &keyName, const QString
         name.remove(0, 1);
     if (name.isEmpty())
         return false;
-    HKEY key = 0;
-    reg.RegCreateKeyEx(root, name, &key);
-    SetValueEx(reg, key, valueName, type, value);
-    reg.RegCloseKey(key);
-    return true;
+    try {
+        // The return codes aren't looked at: a refused write still gives true.
+        HKEY key = 0;
+        reg.RegCreateKeyEx(root, name, &key);
+        SetValueEx(reg, key, valueName, type, value);
+        reg.RegCloseKey(key);
+        return true;
+    } catch (...) {
+        return false;
+    }
 }
 
 bool SetKeyValue(HKEY root, const QString &keyName, const QString &valueName, const QVariant &value,
                  uint32_t type)
 {
-    return SetKeyValue(Registry::system(), root, keyName, valueName, value, type);
+    try {
+        return SetKeyValue(Registry::system(), root, keyName, valueName, value, type);
+    } catch (...) {
+        return false;
+    }
 }
 
 } // namespace basRegistry

@@ -15,12 +15,16 @@ namespace basRegistry {
 long SetValueEx(registry::Registry &reg, registry::HKEY key, const QString &name, uint32_t type,
                 const QVariant &value);
 
-/// Reads one value into `value`; 0 on success. Another type than text or
-/// number gives -1 and leaves `value` empty.
+/// Reads one value into `value` (emptied first); 0 on success, else the
+/// registry's code. Text is the stored bytes as UTF-8, NULs included; a
+/// number is an int. Another type than text or number gives -1 and leaves
+/// `value` empty.
 long QueryValueEx(registry::Registry &reg, registry::HKEY key, const QString &name, QVariant &value);
 
-/// One value of a key, without one trailing NUL; empty when the key or the
-/// value is missing or anything fails. Never fails for its caller.
+/// One value of a key, a text without one trailing NUL; an empty variant
+/// (whose toString() is "") when the key or the value is missing, "" when
+/// anything raises. Never fails for its caller. The second form reads the
+/// system's registry.
 QVariant QueryValue(registry::Registry &reg, registry::HKEY root, const QString &keyName,
                     const QString &valueName);
 QVariant QueryValue(registry::HKEY root, const QString &keyName, const QString &valueName);

@@ -47,14 +47,16 @@ bool ApplicationLog::LogEvent(const QString &text, int type, const QString &sour
 {
     QDir().mkpath(QFileInfo(m_path).absolutePath());
     QFile file(m_path);
-    if (!file.open(QIODevice::Append | QIODevice::Text))
+    // Unbuffered, so that the line goes out in one write: two programs that
+    // log at once append whole lines.
+    if (!file.open(QIODevice::Append | QIODevice::Unbuffered))
         return false;
     const QByteArray line =
         formatLogLine(LogRecord{QDateTime::currentDateTime(), type, source, text}).toUtf8() + '\n';
-    const bool written = file.write(line) == line.size() && file.flush();
+    const bool written = file.write(line) == line.size();
 #ifdef Q_OS_UNIX
     if (QFileInfo::exists(QStringLiteral("/dev/log"))) {
-        const int priority = type == kLogError ? LOG_ERR : type == 2 ? LOG_WARNING : LOG_INFO;
+        const int priority = type == kLogError ? LOG_ERR : type == kLogWarning ? LOG_WARNING : LOG_INFO;
         syslog(LOG_USER | priority, "%s: %s", source.toLocal8Bit().constData(),
                com::escapeLine(text).toLocal8Bit().constData());
     }
@@ -66,10 +68,13 @@ QVector<LogRecord> ApplicationLog::read() const
 {
     QVector<LogRecord> records;
     QFile file(m_path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+    if (!file.open(QIODevice::ReadOnly))
         return records;
     while (!file.atEnd()) {
-        const QString line = QString::fromUtf8(file.readLine()).chopped(1);
+        QByteArray bytes = file.readLine();
+        while (bytes.endsWith('\n') || bytes.endsWith('\r'))
+            bytes.chop(1);
+        const QString line = QString::fromUtf8(bytes);
         LogRecord r;
         if (parseLogLine(line, r))
             records.append(r);

@@ -8,6 +8,7 @@ namespace os {
 
 /// Event types of the application log.
 inline constexpr int kLogError = 1;
+inline constexpr int kLogWarning = 2;
 inline constexpr int kLogInformation = 4;
 
 struct LogRecord {
@@ -30,7 +31,8 @@ public:
     /// Adds one event. Line breaks in `text` are kept (escaped in the file).
     bool LogEvent(const QString &text, int type, const QString &source = QStringLiteral("Sorrelin"));
 
-    /// Every event in the file, oldest first.
+    /// Every event in the file, oldest first; lines that aren't events (a
+    /// line cut short by a crash, say) are passed over.
     QVector<LogRecord> read() const;
 
     const QString &path() const { return m_path; }
@@ -39,7 +41,9 @@ private:
     QString m_path;
 };
 
-/// One line of the file and back.
+/// One line of the file and back: time ("yyyy-MM-dd HH:mm:ss", local),
+/// type, source and text, separated by tabs; line breaks, tabs, NULs and
+/// backslashes of source and text are escaped (com::escapeLine).
 QString formatLogLine(const LogRecord &record);
 bool parseLogLine(const QString &line, LogRecord &record);
 

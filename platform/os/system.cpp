@@ -1,5 +1,8 @@
 #include "platform/os/system.h"
 
+#include "platform/com/comerror.h"
+#include "platform/os/commandline.h"
+
 #include <QDir>
 #include <QOperatingSystemVersion>
 #include <QProcess>
@@ -24,15 +27,17 @@ QString GetTempPath()
 
 int ExecCmd(const QString &commandLine)
 {
-    QStringList args = QProcess::splitCommand(commandLine);
-    if (args.isEmpty())
-        return -1;
-    const QString program = args.takeFirst();
+    QStringList args = splitCommandLine(commandLine);
+    const QString program = args.isEmpty() ? QString() : args.takeFirst();
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedChannels);
-    process.start(program, args);
-    if (!process.waitForStarted(-1))
-        return -1;
+    if (!program.isEmpty())
+        process.start(program, args);
+    if (program.isEmpty() || !process.waitForStarted(-1))
+        throw com::ComError(com::err::FileNotFound, QStringLiteral("Sorrelin"),
+                            QStringLiteral("File not found: %1").arg(program));
+    // An editor or viewer reads no input from us.
+    process.closeWriteChannel();
     process.waitForFinished(-1);
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
 }

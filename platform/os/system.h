@@ -19,8 +19,11 @@ bool GetVersionEx(OsVersionInfo &info);
 /// The temporary folder, with its separator at the end.
 QString GetTempPath();
 
-/// Starts a command line and returns when the process has ended; gives its
-/// exit code, or -1 when it couldn't be started.
+/// Starts a command line (split by splitCommandLine) and returns when the
+/// process has ended, without a time limit; gives its exit code, or -1 when
+/// it crashed. The process has our environment, working folder, output and
+/// error channels, and an input that is at its end. Raises a ComError
+/// (53, file not found) when the program can't be started.
 int ExecCmd(const QString &commandLine);
 
 } // namespace os

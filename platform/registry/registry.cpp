@@ -1,16 +1,16 @@
 #include "platform/registry/registry.h"
 
 #include "platform/registry/defaults.h"
+#include "platform/registry/registrydb.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
-#include <QSqlDatabase>
-#include <QSqlError>
 #include <QSqlQuery>
 #include <QStandardPaths>
 
 #include <atomic>
+#include <optional>
 
 namespace registry {
 
@@ -22,29 +22,23 @@ QString connectionName()
     return QStringLiteral("sorrelin-registry-%1").arg(counter.fetch_add(1));
 }
 
-/// Bound values are never NULL: the default value's name is "", an empty value
-/// is zero bytes.
-QString notNull(const QString &text)
-{
-    return text.isNull() ? QStringLiteral("") : text;
-}
-
-QByteArray notNull(const QByteArray &bytes)
-{
-    return bytes.isNull() ? QByteArray("") : bytes;
-}
-
 bool isRoot(HKEY key)
 {
     return key == HKEY_CLASSES_ROOT || key == HKEY_CURRENT_USER || key == HKEY_LOCAL_MACHINE;
 }
 
-/// Key paths are kept with single separators and no leading or trailing one.
-QString normalise(const QString &path)
+/// Bound texts are never NULL: the default value's name is "".
+QString notNull(const QString &text)
 {
-    QStringList parts = path.split(QLatin1Char('\\'), Qt::SkipEmptyParts);
-    return parts.join(QLatin1Char('\\'));
+    return text.isNull() ? QStringLiteral("") : text;
 }
+
+/// What a handle stands for: a key row (id 0 for the root itself).
+struct OpenKey {
+    HKEY root = 0;
+    qint64 id = 0;
+    QString path;
+};
 
 } // namespace
 
@@ -52,44 +46,25 @@ class Registry::Impl {
 public:
     QString path;
     QString connection;
-    QHash<HKEY, std::pair<HKEY, QString>> open; // handle -> (root, path)
+    QHash<HKEY, OpenKey> open;
     HKEY nextHandle = 1;
 
     QSqlDatabase db() const { return QSqlDatabase::database(connection, false); }
 
-    bool run(QSqlQuery &q) { return q.exec(); }
-
-    /// Root and path of an open key or a root key.
-    bool resolve(HKEY key, HKEY &root, QString &keyPath) const
+    std::optional<OpenKey> resolve(HKEY key) const
     {
-        if (isRoot(key)) {
-            root = key;
-            keyPath.clear();
-            return true;
-        }
+        if (isRoot(key))
+            return OpenKey{key, 0, QString()};
         const auto it = open.constFind(key);
         if (it == open.constEnd())
-            return false;
-        root = it->first;
-        keyPath = it->second;
-        return true;
+            return std::nullopt;
+        return *it;
     }
 
-    bool keyExists(HKEY root, const QString &keyPath)
-    {
-        if (keyPath.isEmpty())
-            return true;
-        QSqlQuery q(db());
-        q.prepare(QStringLiteral("SELECT 1 FROM keys WHERE root = ? AND path = ? COLLATE NOCASE"));
-        q.addBindValue(static_cast<qint64>(root));
-        q.addBindValue(notNull(keyPath));
-        return q.exec() && q.next();
-    }
-
-    HKEY handleFor(HKEY root, const QString &keyPath)
+    HKEY handleFor(const OpenKey &key)
     {
         const HKEY h = nextHandle++;
-        open.insert(h, {root, keyPath});
+        open.insert(h, key);
         return h;
     }
 };
@@ -105,7 +80,7 @@ Registry &Registry::system()
         const bool fresh = !QFileInfo::exists(file);
         auto r = std::make_unique<Registry>(file);
         if (fresh)
-            fillDesktopDefaults(*r, defaultProgramLookup());
+            fillDesktopDefaults(*r, defaultDesktopLookup());
         return r;
     }();
     return *instance;
@@ -115,24 +90,13 @@ Registry::Registry(const QString &path) : d(std::make_unique<Impl>())
 {
     d->path = path;
     d->connection = connectionName();
-    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), d->connection);
-    db.setDatabaseName(path);
-    db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
-    if (!db.open())
-        return; // every call then gives ERROR_BADDB
-    QSqlQuery q(db);
-    q.exec(QStringLiteral("PRAGMA journal_mode = WAL"));
-    q.exec(QStringLiteral("CREATE TABLE IF NOT EXISTS keys(id INTEGER PRIMARY KEY, root INTEGER NOT NULL,"
-                          " path TEXT NOT NULL, UNIQUE(root, path COLLATE NOCASE))"));
-    q.exec(QStringLiteral("CREATE TABLE IF NOT EXISTS \"values\"(key INTEGER NOT NULL REFERENCES keys(id)"
-                          " ON DELETE CASCADE, name TEXT NOT NULL, type INTEGER NOT NULL, data BLOB NOT NULL,"
-                          " PRIMARY KEY(key, name COLLATE NOCASE))"));
+    db::open(path, d->connection); // a file that can't be opened gives ERROR_BADDB on every call
 }
 
 Registry::~Registry()
 {
     {
-        QSqlDatabase db = QSqlDatabase::database(d->connection, false);
+        QSqlDatabase db = d->db();
         if (db.isValid())
             db.close();
     }
@@ -146,47 +110,39 @@ const QString &Registry::path() const
 
 long Registry::RegOpenKeyEx(HKEY root, const QString &subKey, HKEY *result)
 {
-    HKEY base;
-    QString basePath;
-    if (!d->resolve(root, base, basePath))
+    const std::optional<OpenKey> base = d->resolve(root);
+    if (!base)
         return ERROR_INVALID_HANDLE;
-    if (!d->db().isOpen())
+    const QSqlDatabase db = d->db();
+    if (!db.isOpen())
         return ERROR_BADDB;
-    const QString path = normalise(basePath + QLatin1Char('\\') + subKey);
-    if (!d->keyExists(base, path))
+    const QString path = db::normalise(base->path + QLatin1Char('\\') + subKey);
+    const qint64 id = db::findKey(db, base->root, path);
+    if (id == db::kMissing)
         return ERROR_FILE_NOT_FOUND;
-    *result = d->handleFor(base, path);
+    if (id < 0)
+        return ERROR_BADDB;
+    *result = d->handleFor(OpenKey{base->root, id, path});
     return ERROR_SUCCESS;
 }
 
 long Registry::RegCreateKeyEx(HKEY root, const QString &subKey, HKEY *result)
 {
-    HKEY base;
-    QString basePath;
-    if (!d->resolve(root, base, basePath))
+    const std::optional<OpenKey> base = d->resolve(root);
+    if (!base)
         return ERROR_INVALID_HANDLE;
-    QSqlDatabase db = d->db();
+    const QSqlDatabase db = d->db();
     if (!db.isOpen())
         return ERROR_BADDB;
-    const QString path = normalise(basePath + QLatin1Char('\\') + subKey);
-    // The key and every parent, in one transaction.
-    if (!db.transaction())
+    const QString path = db::normalise(base->path + QLatin1Char('\\') + subKey);
+    // The key and every missing parent, in one transaction.
+    db::WriteTransaction transaction(db);
+    if (!transaction.isActive())
         return ERROR_BADDB;
-    QString sofar;
-    for (const QString &part : path.split(QLatin1Char('\\'), Qt::SkipEmptyParts)) {
-        sofar = sofar.isEmpty() ? part : sofar + QLatin1Char('\\') + part;
-        QSqlQuery q(db);
-        q.prepare(QStringLiteral("INSERT OR IGNORE INTO keys(root, path) VALUES(?, ?)"));
-        q.addBindValue(static_cast<qint64>(base));
-        q.addBindValue(sofar);
-        if (!q.exec()) {
-            db.rollback();
-            return ERROR_ACCESS_DENIED;
-        }
-    }
-    if (!db.commit())
+    const qint64 id = db::createKey(db, base->root, path);
+    if (id < 0 || !transaction.commit())
         return ERROR_ACCESS_DENIED;
-    *result = d->handleFor(base, path);
+    *result = d->handleFor(OpenKey{base->root, id, path});
     return ERROR_SUCCESS;
 }
 
@@ -200,71 +156,71 @@ long Registry::RegCloseKey(HKEY key)
 long Registry::RegQueryValueEx(HKEY key, const QString &name, uint32_t *type, QByteArray *data,
                                uint32_t *size)
 {
-    HKEY root;
-    QString keyPath;
-    if (!d->resolve(key, root, keyPath))
+    const std::optional<OpenKey> k = d->resolve(key);
+    if (!k)
         return ERROR_INVALID_HANDLE;
+    if (!d->db().isOpen())
+        return ERROR_BADDB;
+    if (k->id == 0)
+        return ERROR_FILE_NOT_FOUND; // a root holds no values
     QSqlQuery q(d->db());
-    q.prepare(
-        QStringLiteral("SELECT v.type, v.data FROM \"values\" v JOIN keys k ON k.id = v.key"
-                       " WHERE k.root = ? AND k.path = ? COLLATE NOCASE AND v.name = ? COLLATE NOCASE"));
-    q.addBindValue(static_cast<qint64>(root));
-    q.addBindValue(notNull(keyPath));
-    q.addBindValue(notNull(name));
+    q.prepare(QStringLiteral("SELECT type, data FROM \"values\" WHERE key = ? AND fold = ?"));
+    q.addBindValue(k->id);
+    q.addBindValue(db::fold(name));
     if (!q.exec())
         return ERROR_BADDB;
     if (!q.next())
         return ERROR_FILE_NOT_FOUND;
     const QByteArray stored = q.value(1).toByteArray();
+    const auto storedSize = static_cast<uint32_t>(stored.size());
     if (type)
         *type = q.value(0).toUInt();
     if (data) {
-        if (size && *size < static_cast<uint32_t>(stored.size())) {
-            *size = static_cast<uint32_t>(stored.size());
+        if (size && *size < storedSize) {
+            *size = storedSize;
             return ERROR_MORE_DATA;
         }
         *data = stored;
     }
     if (size)
-        *size = static_cast<uint32_t>(stored.size());
+        *size = storedSize;
     return ERROR_SUCCESS;
 }
 
 long Registry::RegSetValueEx(HKEY key, const QString &name, uint32_t type, const QByteArray &data)
 {
-    HKEY root;
-    QString keyPath;
-    if (!d->resolve(key, root, keyPath))
+    const std::optional<OpenKey> k = d->resolve(key);
+    if (!k)
         return ERROR_INVALID_HANDLE;
-    if (keyPath.isEmpty())
+    if (!d->db().isOpen())
+        return ERROR_BADDB;
+    if (k->id == 0)
         return ERROR_ACCESS_DENIED; // no values on a root itself
+    // One statement, so one transaction of its own. A value keeps the
+    // spelling of its name from when it was first written.
     QSqlQuery q(d->db());
     q.prepare(
-        QStringLiteral("INSERT INTO \"values\"(key, name, type, data)"
-                       " SELECT id, ?, ?, ? FROM keys WHERE root = ? AND path = ? COLLATE NOCASE"
-                       " ON CONFLICT(key, name) DO UPDATE SET type = excluded.type, data = excluded.data"));
+        QStringLiteral("INSERT INTO \"values\"(key, name, fold, type, data) VALUES(?, ?, ?, ?, ?)"
+                       " ON CONFLICT(key, fold) DO UPDATE SET type = excluded.type, data = excluded.data"));
+    q.addBindValue(k->id);
     q.addBindValue(notNull(name));
+    q.addBindValue(db::fold(name));
     q.addBindValue(type);
-    q.addBindValue(notNull(data));
-    q.addBindValue(static_cast<qint64>(root));
-    q.addBindValue(notNull(keyPath));
-    if (!q.exec())
-        return ERROR_ACCESS_DENIED;
-    return q.numRowsAffected() > 0 ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
+    q.addBindValue(data.isNull() ? QByteArray("") : data);
+    return q.exec() ? ERROR_SUCCESS : ERROR_ACCESS_DENIED;
 }
 
 long Registry::RegDeleteValue(HKEY key, const QString &name)
 {
-    HKEY root;
-    QString keyPath;
-    if (!d->resolve(key, root, keyPath))
+    const std::optional<OpenKey> k = d->resolve(key);
+    if (!k)
         return ERROR_INVALID_HANDLE;
+    if (!d->db().isOpen())
+        return ERROR_BADDB;
     QSqlQuery q(d->db());
-    q.prepare(QStringLiteral("DELETE FROM \"values\" WHERE name = ? COLLATE NOCASE AND key ="
-                             " (SELECT id FROM keys WHERE root = ? AND path = ? COLLATE NOCASE)"));
-    q.addBindValue(notNull(name));
-    q.addBindValue(static_cast<qint64>(root));
-    q.addBindValue(notNull(keyPath));
+    q.prepare(QStringLiteral("DELETE FROM \"values\" WHERE key = ? AND fold = ?"));
+    q.addBindValue(k->id);
+    q.addBindValue(db::fold(name));
     if (!q.exec())
         return ERROR_ACCESS_DENIED;
     return q.numRowsAffected() > 0 ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
@@ -272,26 +228,23 @@ long Registry::RegDeleteValue(HKEY key, const QString &name)
 
 long Registry::RegEnumKeyEx(HKEY key, uint32_t index, QString *name)
 {
-    HKEY root;
-    QString keyPath;
-    if (!d->resolve(key, root, keyPath))
+    const std::optional<OpenKey> k = d->resolve(key);
+    if (!k)
         return ERROR_INVALID_HANDLE;
-    const QString prefix = keyPath.isEmpty() ? QString() : keyPath + QLatin1Char('\\');
+    if (!d->db().isOpen())
+        return ERROR_BADDB;
     QSqlQuery q(d->db());
-    q.prepare(QStringLiteral("SELECT path FROM keys WHERE root = ? AND substr(lower(path), 1, ?) = lower(?)"
-                             " AND instr(substr(path, ? + 1), '\\') = 0 AND length(path) > ?"
-                             " ORDER BY path COLLATE NOCASE LIMIT 1 OFFSET ?"));
-    q.addBindValue(static_cast<qint64>(root));
-    q.addBindValue(prefix.size());
-    q.addBindValue(notNull(prefix));
-    q.addBindValue(prefix.size());
-    q.addBindValue(prefix.size());
+    q.prepare(
+        QStringLiteral("SELECT path FROM keys WHERE root = ? AND parent = ? ORDER BY fold LIMIT 1 OFFSET ?"));
+    q.addBindValue(static_cast<qint64>(k->root));
+    q.addBindValue(k->id);
     q.addBindValue(index);
     if (!q.exec())
         return ERROR_BADDB;
     if (!q.next())
         return ERROR_NO_MORE_ITEMS;
-    *name = q.value(0).toString().mid(prefix.size());
+    const QString path = q.value(0).toString();
+    *name = path.mid(path.lastIndexOf(QLatin1Char('\\')) + 1);
     return ERROR_SUCCESS;
 }
 

@@ -30,14 +30,18 @@ inline constexpr long ERROR_BADDB = 1009;
 
 /// The registry of this machine and user: keys under three roots, each with
 /// named values of a type and raw bytes, kept in an SQLite file of our own
-/// ($XDG_CONFIG_HOME/sorrelin/registry.db). Key names ignore case, as the
-/// classic registry does. Two programs may write at once: every write is a
-/// transaction. The calls mirror the classic registry functions and give
-/// their return codes; none raises.
+/// ($XDG_CONFIG_HOME/sorrelin/registry.db). Key and value names ignore
+/// case, as the classic registry does; key paths are separated by "\".
+/// Handles are small numbers that stand for one key each until closed.
+/// Two programs may write at once: every write is one transaction. The
+/// calls mirror the classic registry functions and give their return codes;
+/// none raises. An object belongs to the thread that made it (its SQL
+/// connection does); another thread opens a Registry of its own.
 class Registry {
 public:
     /// The registry of the current user's configuration folder, opened on
     /// first use (and filled with the desktop's defaults when first made).
+    /// The folder is the one of that first use, for the life of the process.
     static Registry &system();
 
     /// A registry in a file of the caller's choice (tests, tools).

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+class QPrinter;
+
 namespace ui {
 
 enum class Icon { None, Stop, Question, Exclamation, Information };
@@ -58,6 +60,11 @@ public:
 
     /// The chosen profile's name, or the empty text on Cancel.
     virtual QString chooseProfile(const ProfileChoice &choice) = 0;
+
+    /// The page setup and print dialogs of a print: false when the user
+    /// cancels; on OK, `printer` holds the choice.
+    virtual bool pageSetup(QPrinter &printer) = 0;
+    virtual bool print(QPrinter &printer) = 0;
 };
 
 } // namespace ui

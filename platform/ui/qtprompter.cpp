@@ -1,5 +1,7 @@
 #include "platform/ui/qtprompter.h"
 
+#include "platform/ui/commondialogflags.h"
+#include "platform/ui/dialogtext.h"
 #include "platform/ui/profiledialog.h"
 
 #include <QApplication>
@@ -8,29 +10,78 @@
 #include <QFontDialog>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QPageSetupDialog>
+#include <QPrintDialog>
 
 namespace ui {
 
-QString displayText(const QString &text)
+namespace {
+
+QMessageBox::Icon qtIcon(Icon icon)
 {
-    QString shown = text;
-    shown.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    shown.replace(QLatin1Char('\r'), QLatin1Char('\n'));
-    return shown;
+    switch (icon) {
+    case Icon::Stop:
+        return QMessageBox::Critical;
+    case Icon::Question:
+        return QMessageBox::Question;
+    case Icon::Exclamation:
+        return QMessageBox::Warning;
+    case Icon::Information:
+        return QMessageBox::Information;
+    case Icon::None:
+        break;
+    }
+    return QMessageBox::NoIcon;
 }
 
-QStringList qtNameFilters(const QString &filter)
+/// The buttons of a box, left to right.
+QList<QMessageBox::StandardButton> qtButtons(Buttons buttons)
 {
-    QStringList filters;
-    const QStringList parts = filter.split(QLatin1Char('|'));
-    for (int i = 0; i + 1 < parts.size(); i += 2) {
-        QString patterns = parts.at(i + 1);
-        patterns.replace(QLatin1Char(';'), QLatin1Char(' '));
-        patterns.replace(QLatin1String("*.*"), QLatin1String("*"));
-        filters << parts.at(i) + QStringLiteral(" (") + patterns + QLatin1Char(')');
+    switch (buttons) {
+    case Buttons::OK:
+        return {QMessageBox::Ok};
+    case Buttons::OKCancel:
+        return {QMessageBox::Ok, QMessageBox::Cancel};
+    case Buttons::YesNo:
+        return {QMessageBox::Yes, QMessageBox::No};
+    case Buttons::YesNoCancel:
+        return {QMessageBox::Yes, QMessageBox::No, QMessageBox::Cancel};
     }
-    return filters;
+    return {QMessageBox::Ok};
 }
+
+bool fileDialog(CommonDialogState &state, QFileDialog::AcceptMode mode)
+{
+    QFileDialog dialog(QApplication::activeWindow(), state.dialogTitle, state.initDir);
+    dialog.setAcceptMode(mode);
+    dialog.setFileMode(mode == QFileDialog::AcceptOpen && (state.flags & kFileMustExist)
+                           ? QFileDialog::ExistingFile
+                           : QFileDialog::AnyFile);
+    // The program asks its own overwrite question unless the flags ask the dialog to.
+    dialog.setOption(QFileDialog::DontConfirmOverwrite, !(state.flags & kOverwritePrompt));
+    // The list shows the filter's own descriptions; the patterns in the
+    // added parentheses do the filtering.
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    if (!state.defaultExt.isEmpty())
+        dialog.setDefaultSuffix(state.defaultExt);
+    const QStringList filters = qtNameFilters(state.filter);
+    if (!filters.isEmpty()) {
+        dialog.setNameFilters(filters);
+        dialog.selectNameFilter(
+            filters.value(qBound(1, state.filterIndex, static_cast<int>(filters.size())) - 1));
+    }
+    if (!state.fileName.isEmpty())
+        dialog.selectFile(state.fileName);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return false;
+    state.fileName = QDir::toNativeSeparators(dialog.selectedFiles().constFirst());
+    state.fileTitle = QFileInfo(state.fileName).fileName();
+    if (!filters.isEmpty())
+        state.filterIndex = filterIndexOf(filters, dialog.selectedNameFilter());
+    return true;
+}
+
+} // namespace
 
 Answer QtPrompter::msgBox(const QString &text, Buttons buttons, Icon icon, int defaultButton,
                           const QString &title)
@@ -38,39 +89,10 @@ Answer QtPrompter::msgBox(const QString &text, Buttons buttons, Icon icon, int d
     QMessageBox box(QApplication::activeWindow());
     box.setWindowTitle(title.isEmpty() ? QStringLiteral("Sorrelin") : title);
     box.setText(displayText(text));
-    switch (icon) {
-    case Icon::Stop:
-        box.setIcon(QMessageBox::Critical);
-        break;
-    case Icon::Question:
-        box.setIcon(QMessageBox::Question);
-        break;
-    case Icon::Exclamation:
-        box.setIcon(QMessageBox::Warning);
-        break;
-    case Icon::Information:
-        box.setIcon(QMessageBox::Information);
-        break;
-    case Icon::None:
-        break;
-    }
-    QList<QMessageBox::StandardButton> order;
-    switch (buttons) {
-    case Buttons::OK:
-        order = {QMessageBox::Ok};
-        break;
-    case Buttons::OKCancel:
-        order = {QMessageBox::Ok, QMessageBox::Cancel};
-        break;
-    case Buttons::YesNo:
-        order = {QMessageBox::Yes, QMessageBox::No};
-        break;
-    case Buttons::YesNoCancel:
-        order = {QMessageBox::Yes, QMessageBox::No, QMessageBox::Cancel};
-        break;
-    }
+    box.setIcon(qtIcon(icon));
+    const QList<QMessageBox::StandardButton> order = qtButtons(buttons);
     QMessageBox::StandardButtons set;
-    for (auto b : order)
+    for (const auto b : order)
         set |= b;
     box.setStandardButtons(set);
     box.setDefaultButton(order.value(qBound(1, defaultButton, static_cast<int>(order.size())) - 1));
@@ -82,44 +104,18 @@ Answer QtPrompter::msgBox(const QString &text, Buttons buttons, Icon icon, int d
     case QMessageBox::Cancel:
         return Answer::Cancel;
     default:
-        return buttons == Buttons::YesNo ? Answer::No : Answer::OK;
+        return Answer::OK;
     }
 }
 
 QString QtPrompter::inputBox(const QString &prompt, const QString &title, const QString &defaultText)
 {
-    bool ok = false;
-    const QString text = QInputDialog::getText(QApplication::activeWindow(), title, prompt, QLineEdit::Normal,
-                                               defaultText, &ok);
-    return ok ? text : QString();
+    QInputDialog dialog(QApplication::activeWindow());
+    dialog.setWindowTitle(title.isEmpty() ? QStringLiteral("Sorrelin") : title);
+    dialog.setLabelText(displayText(prompt));
+    dialog.setTextValue(defaultText);
+    return dialog.exec() == QDialog::Accepted ? dialog.textValue() : QString();
 }
-
-namespace {
-
-bool fileDialog(CommonDialogState &state, QFileDialog::AcceptMode mode)
-{
-    QFileDialog dialog(QApplication::activeWindow(), state.dialogTitle, state.initDir);
-    dialog.setAcceptMode(mode);
-    dialog.setFileMode(mode == QFileDialog::AcceptOpen && (state.flags & 0x1000) ? QFileDialog::ExistingFile
-                                                                                 : QFileDialog::AnyFile);
-    // The program asks its own overwrite question.
-    dialog.setOption(QFileDialog::DontConfirmOverwrite);
-    const QStringList filters = qtNameFilters(state.filter);
-    if (!filters.isEmpty()) {
-        dialog.setNameFilters(filters);
-        dialog.selectNameFilter(filters.value(qMax(state.filterIndex, 1) - 1));
-    }
-    if (!state.fileName.isEmpty())
-        dialog.selectFile(state.fileName);
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
-        return false;
-    state.fileName = QDir::toNativeSeparators(dialog.selectedFiles().constFirst());
-    state.fileTitle = QFileInfo(state.fileName).fileName();
-    state.filterIndex = static_cast<int>(filters.indexOf(dialog.selectedNameFilter())) + 1;
-    return true;
-}
-
-} // namespace
 
 bool QtPrompter::showOpen(CommonDialogState &state)
 {
@@ -138,10 +134,10 @@ bool QtPrompter::showFont(CommonDialogState &state)
         initial.setPointSizeF(state.fontSize);
     initial.setBold(state.fontBold);
     initial.setItalic(state.fontItalic);
-    bool ok = false;
-    const QFont chosen = QFontDialog::getFont(&ok, initial, QApplication::activeWindow());
-    if (!ok)
+    QFontDialog dialog(initial, QApplication::activeWindow());
+    if (dialog.exec() != QDialog::Accepted)
         return false;
+    const QFont chosen = dialog.selectedFont();
     state.fontName = chosen.family();
     state.fontSize = chosen.pointSizeF();
     state.fontBold = chosen.bold();
@@ -151,8 +147,20 @@ bool QtPrompter::showFont(CommonDialogState &state)
 
 QString QtPrompter::chooseProfile(const ProfileChoice &choice)
 {
-    ProfileDialog dialog(choice);
+    ProfileDialog dialog(choice, QApplication::activeWindow());
     return dialog.exec() == QDialog::Accepted ? dialog.profile() : QString();
+}
+
+bool QtPrompter::pageSetup(QPrinter &printer)
+{
+    QPageSetupDialog dialog(&printer, QApplication::activeWindow());
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtPrompter::print(QPrinter &printer)
+{
+    QPrintDialog dialog(&printer, QApplication::activeWindow());
+    return dialog.exec() == QDialog::Accepted;
 }
 
 } // namespace ui

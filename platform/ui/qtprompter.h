@@ -4,8 +4,8 @@
 
 namespace ui {
 
-/// The prompter for people: Qt's message box, input dialog, file and font
-/// dialogs, and the profile dialog.
+/// The prompter for people: Qt's message box, input dialog, file, font and
+/// print dialogs, and the profile dialog, each modal over the active window.
 class QtPrompter : public Prompter {
 public:
     Answer msgBox(const QString &text, Buttons buttons, Icon icon, int defaultButton,
@@ -15,13 +15,8 @@ public:
     bool showSave(CommonDialogState &state) override;
     bool showFont(CommonDialogState &state) override;
     QString chooseProfile(const ProfileChoice &choice) override;
+    bool pageSetup(QPrinter &printer) override;
+    bool print(QPrinter &printer) override;
 };
-
-/// A classic filter ("Text (*.txt)|*.txt|All Files (*.*)|*.*") as Qt's name
-/// filters ("Text (*.txt)", "All Files (*)").
-QStringList qtNameFilters(const QString &filter);
-
-/// A message's own line breaks (single carriage returns) as display lines.
-QString displayText(const QString &text);
 
 } // namespace ui

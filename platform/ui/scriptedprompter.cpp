@@ -1,8 +1,35 @@
 #include "platform/ui/scriptedprompter.h"
 
+#include "platform/ui/commondialogflags.h"
+
 #include <QFileInfo>
+#include <QPrinter>
 
 namespace ui {
+
+namespace {
+
+const QString kCancel = QStringLiteral("Cancel");
+
+QString titleOf(const QString &title)
+{
+    return title.isEmpty() ? QStringLiteral("Sorrelin") : title;
+}
+
+bool isTrue(const QString &word)
+{
+    const QString w = word.trimmed();
+    return w == QLatin1String("1") || w.compare(QLatin1String("true"), Qt::CaseInsensitive) == 0;
+}
+
+bool isBoolean(const QString &word)
+{
+    const QString w = word.trimmed();
+    return isTrue(w) || w == QLatin1String("0") ||
+           w.compare(QLatin1String("false"), Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
 
 QString ScriptedPrompter::iconName(Icon icon)
 {
@@ -42,11 +69,11 @@ QStringList ScriptedPrompter::buttonNames(Buttons buttons)
     case Buttons::OK:
         return {QStringLiteral("OK")};
     case Buttons::OKCancel:
-        return {QStringLiteral("OK"), QStringLiteral("Cancel")};
+        return {QStringLiteral("OK"), kCancel};
     case Buttons::YesNo:
         return {QStringLiteral("Yes"), QStringLiteral("No")};
     case Buttons::YesNoCancel:
-        return {QStringLiteral("Yes"), QStringLiteral("No"), QStringLiteral("Cancel")};
+        return {QStringLiteral("Yes"), QStringLiteral("No"), kCancel};
     }
     return {};
 }
@@ -65,14 +92,23 @@ QString ScriptedPrompter::takeError()
     return error;
 }
 
-bool ScriptedPrompter::next(PromptRecord &record, QString &answer)
+bool ScriptedPrompter::next(PromptRecord &r, QString &answer)
 {
-    if (m_answers.isEmpty()) {
-        m_errors << QStringLiteral("no answer queued for the %1 \"%2\"").arg(record.kind, record.text);
-        return false;
+    if (!m_answers.isEmpty()) {
+        answer = m_answers.dequeue();
+        return true;
     }
-    answer = m_answers.dequeue();
-    return true;
+    const QString what = r.text.isEmpty() ? r.title : r.text;
+    r.error = QStringLiteral("no answer queued for the %1 \"%2\"").arg(r.kind, what);
+    m_errors << r.error;
+    return false;
+}
+
+void ScriptedPrompter::fail(PromptRecord &r, const QString &error, const QString &safest)
+{
+    r.error = error;
+    r.answer = safest;
+    m_errors << error;
 }
 
 Answer ScriptedPrompter::msgBox(const QString &text, Buttons buttons, Icon icon, int defaultButton,
@@ -81,29 +117,25 @@ Answer ScriptedPrompter::msgBox(const QString &text, Buttons buttons, Icon icon,
     PromptRecord r;
     r.kind = QStringLiteral("msgbox");
     r.text = text;
-    r.title = title.isEmpty() ? QStringLiteral("Sorrelin") : title;
+    r.title = titleOf(title);
     r.icon = iconName(icon);
     r.buttons = buttonsName(buttons);
     const QStringList names = buttonNames(buttons);
     r.defaultButton = names.value(qBound(1, defaultButton, static_cast<int>(names.size())) - 1);
-    QString answer;
-    // The safest answer when nothing fits: Cancel where there is one, else No, else OK.
-    const QString safest = names.contains(QStringLiteral("Cancel")) ? QStringLiteral("Cancel")
-                           : names.contains(QStringLiteral("No"))   ? QStringLiteral("No")
-                                                                    : QStringLiteral("OK");
-    if (!next(r, answer)) {
-        answer = safest;
-    } else if (!names.contains(answer)) {
-        m_errors << QStringLiteral("the answer \"%1\" is no button of the message \"%2\"").arg(answer, text);
-        answer = safest;
-    }
-    r.answer = answer;
-    m_prompts << r;
-    if (answer == QLatin1String("Yes"))
+    const QString safest = names.contains(kCancel)                ? kCancel
+                           : names.contains(QStringLiteral("No")) ? QStringLiteral("No")
+                                                                  : QStringLiteral("OK");
+    if (!next(r, r.answer))
+        r.answer = safest;
+    else if (!names.contains(r.answer))
+        fail(r, QStringLiteral("the answer \"%1\" is no button of the message \"%2\"").arg(r.answer, text),
+             safest);
+    record(r);
+    if (r.answer == QLatin1String("Yes"))
         return Answer::Yes;
-    if (answer == QLatin1String("No"))
+    if (r.answer == QLatin1String("No"))
         return Answer::No;
-    if (answer == QLatin1String("Cancel"))
+    if (r.answer == kCancel)
         return Answer::Cancel;
     return Answer::OK;
 }
@@ -113,23 +145,20 @@ QString ScriptedPrompter::inputBox(const QString &prompt, const QString &title, 
     PromptRecord r;
     r.kind = QStringLiteral("inputbox");
     r.text = prompt;
-    r.title = title;
+    r.title = titleOf(title);
     r.extra.insert(QStringLiteral("default"), defaultText);
-    QString answer;
     QString result;
-    if (next(r, answer)) {
-        if (answer.startsWith(QLatin1String("text:")))
-            result = answer.mid(5);
-        else if (answer == QLatin1String("OK"))
-            result = defaultText;
-        else if (answer != QLatin1String("Cancel"))
-            m_errors
-                << QStringLiteral("the answer \"%1\" doesn't fit the input box \"%2\"").arg(answer, prompt);
-    } else {
-        answer = QStringLiteral("Cancel");
+    if (!next(r, r.answer)) {
+        r.answer = kCancel;
+    } else if (r.answer.startsWith(QLatin1String("text:"))) {
+        result = r.answer.mid(5);
+    } else if (r.answer == QLatin1String("OK")) {
+        result = defaultText;
+    } else if (r.answer != kCancel) {
+        fail(r, QStringLiteral("the answer \"%1\" doesn't fit the input box \"%2\"").arg(r.answer, prompt),
+             kCancel);
     }
-    r.answer = answer;
-    m_prompts << r;
+    record(r);
     return result;
 }
 
@@ -143,29 +172,29 @@ bool ScriptedPrompter::fileDialog(const QString &kind, CommonDialogState &state)
     r.extra.insert(QStringLiteral("fileName"), state.fileName);
     r.extra.insert(QStringLiteral("initDir"), state.initDir);
     r.extra.insert(QStringLiteral("flags"), state.flags);
-    QString answer;
     bool chosen = false;
-    if (next(r, answer)) {
-        if (answer.startsWith(QLatin1String("file:"))) {
-            const QString path = answer.mid(5);
-            // "File must exist" (0x1000) holds for open dialogs only.
-            if (kind == QLatin1String("open") && (state.flags & 0x1000) && !QFileInfo::exists(path)) {
-                m_errors << QStringLiteral(
-                                "the file \"%1\" doesn't exist and the dialog takes only existing files")
-                                .arg(path);
-            } else {
-                state.fileName = path;
-                state.fileTitle = QFileInfo(path).fileName();
-                chosen = true;
-            }
-        } else if (answer != QLatin1String("Cancel")) {
-            m_errors << QStringLiteral("the answer \"%1\" doesn't fit the %2 dialog").arg(answer, kind);
+    if (!next(r, r.answer)) {
+        r.answer = kCancel;
+    } else if (r.answer.startsWith(QLatin1String("file:")) ||
+               (r.answer == QLatin1String("OK") && !state.fileName.isEmpty())) {
+        const QString path = r.answer == QLatin1String("OK") ? state.fileName : r.answer.mid(5);
+        // "File must exist" holds for open dialogs only.
+        if (kind == QLatin1String("open") && (state.flags & kFileMustExist) && !QFileInfo::exists(path)) {
+            fail(r,
+                 QStringLiteral("the file \"%1\" doesn't exist and the dialog takes only existing files")
+                     .arg(path),
+                 kCancel);
+        } else {
+            state.fileName = path;
+            state.fileTitle = QFileInfo(path).fileName();
+            if (state.filterIndex < 1 && !state.filter.isEmpty())
+                state.filterIndex = 1;
+            chosen = true;
         }
-    } else {
-        answer = QStringLiteral("Cancel");
+    } else if (r.answer != kCancel) {
+        fail(r, QStringLiteral("the answer \"%1\" doesn't fit the %2 dialog").arg(r.answer, kind), kCancel);
     }
-    r.answer = answer;
-    m_prompts << r;
+    record(r);
     return chosen;
 }
 
@@ -183,39 +212,34 @@ bool ScriptedPrompter::showFont(CommonDialogState &state)
 {
     PromptRecord r;
     r.kind = QStringLiteral("font");
+    r.title = state.dialogTitle;
     r.extra.insert(QStringLiteral("fontName"), state.fontName);
     r.extra.insert(QStringLiteral("fontSize"), state.fontSize);
     r.extra.insert(QStringLiteral("fontBold"), state.fontBold);
     r.extra.insert(QStringLiteral("fontItalic"), state.fontItalic);
     r.extra.insert(QStringLiteral("flags"), state.flags);
-    QString answer;
     bool chosen = false;
-    if (next(r, answer)) {
-        if (answer.startsWith(QLatin1String("font:"))) {
-            const QStringList parts = answer.mid(5).split(QLatin1Char(','));
-            bool ok = parts.size() == 4;
-            const double size = ok ? parts.at(1).trimmed().toDouble(&ok) : 0;
-            if (ok) {
-                state.fontName = parts.at(0).trimmed();
-                state.fontSize = size;
-                state.fontBold =
-                    parts.at(2).trimmed() == QLatin1String("1") ||
-                    parts.at(2).trimmed().compare(QLatin1String("true"), Qt::CaseInsensitive) == 0;
-                state.fontItalic =
-                    parts.at(3).trimmed() == QLatin1String("1") ||
-                    parts.at(3).trimmed().compare(QLatin1String("true"), Qt::CaseInsensitive) == 0;
-                chosen = true;
-            } else {
-                m_errors << QStringLiteral("the font answer \"%1\" is not NAME,SIZE,BOLD,ITALIC").arg(answer);
-            }
-        } else if (answer != QLatin1String("Cancel")) {
-            m_errors << QStringLiteral("the answer \"%1\" doesn't fit the font dialog").arg(answer);
+    if (!next(r, r.answer)) {
+        r.answer = kCancel;
+    } else if (r.answer.startsWith(QLatin1String("font:"))) {
+        const QStringList parts = r.answer.mid(5).split(QLatin1Char(','));
+        bool ok = parts.size() == 4 && !parts.at(0).trimmed().isEmpty() && isBoolean(parts.at(2)) &&
+                  isBoolean(parts.at(3));
+        const double size = ok ? parts.at(1).trimmed().toDouble(&ok) : 0;
+        if (ok && size > 0) {
+            state.fontName = parts.at(0).trimmed();
+            state.fontSize = size;
+            state.fontBold = isTrue(parts.at(2));
+            state.fontItalic = isTrue(parts.at(3));
+            chosen = true;
+        } else {
+            fail(r, QStringLiteral("the font answer \"%1\" is not NAME,SIZE,BOLD,ITALIC").arg(r.answer),
+                 kCancel);
         }
-    } else {
-        answer = QStringLiteral("Cancel");
+    } else if (r.answer != kCancel) {
+        fail(r, QStringLiteral("the answer \"%1\" doesn't fit the font dialog").arg(r.answer), kCancel);
     }
-    r.answer = answer;
-    m_prompts << r;
+    record(r);
     return chosen;
 }
 
@@ -224,18 +248,60 @@ QString ScriptedPrompter::chooseProfile(const ProfileChoice &choice)
     PromptRecord r;
     r.kind = QStringLiteral("profile");
     r.text = choice.profiles.join(QLatin1Char('\n'));
+    r.title = QStringLiteral("Choose Profile");
     r.extra.insert(QStringLiteral("default"), choice.defaultProfile);
     r.extra.insert(QStringLiteral("offerDemo"), choice.offerDemo);
+    const QStringList listed = choice.offerDemo ? QStringList{choice.demoProfile} : choice.profiles;
     // With nothing queued, or "OK", the dialog takes the profile it offers.
     const QString offered = !m_defaultProfile.isEmpty() ? m_defaultProfile
                             : choice.offerDemo          ? choice.demoProfile
                                                         : choice.defaultProfile;
-    QString answer = m_answers.isEmpty() ? offered : m_answers.dequeue();
-    r.answer = answer;
-    m_prompts << r;
-    if (answer == QLatin1String("Cancel"))
-        return QString();
-    return answer == QLatin1String("OK") ? offered : answer;
+    QString chosen;
+    if (m_answers.isEmpty()) {
+        r.answer = offered;
+        chosen = offered;
+    } else {
+        r.answer = m_answers.dequeue();
+        const auto listedAs = [&listed](const QString &name) {
+            for (const QString &p : listed) {
+                if (p.compare(name, Qt::CaseInsensitive) == 0)
+                    return p;
+            }
+            return QString();
+        };
+        if (r.answer == QLatin1String("OK"))
+            chosen = offered;
+        else if (r.answer != kCancel && (chosen = listedAs(r.answer)).isEmpty())
+            fail(r, QStringLiteral("the profile dialog offers no profile \"%1\"").arg(r.answer), kCancel);
+    }
+    record(r);
+    return chosen;
+}
+
+bool ScriptedPrompter::printDialog(const QString &kind, QPrinter &printer)
+{
+    PromptRecord r;
+    r.kind = kind;
+    r.extra.insert(QStringLiteral("outputFileName"), printer.outputFileName());
+    bool accepted = false;
+    if (!next(r, r.answer))
+        r.answer = kCancel;
+    else if (r.answer == QLatin1String("OK"))
+        accepted = true;
+    else if (r.answer != kCancel)
+        fail(r, QStringLiteral("the answer \"%1\" doesn't fit the %2 dialog").arg(r.answer, kind), kCancel);
+    record(r);
+    return accepted;
+}
+
+bool ScriptedPrompter::pageSetup(QPrinter &printer)
+{
+    return printDialog(QStringLiteral("pagesetup"), printer);
+}
+
+bool ScriptedPrompter::print(QPrinter &printer)
+{
+    return printDialog(QStringLiteral("print"), printer);
 }
 
 } // namespace ui

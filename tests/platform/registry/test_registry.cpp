@@ -1,11 +1,42 @@
-#include "app/basregistry.h"
 #include "platform/registry/defaults.h"
+#include "platform/registry/registry.h"
 #include "tests/support/testenv.h"
 
+#include <QFileInfo>
 #include <QProcess>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QStandardPaths>
 #include <QtTest>
 
 using namespace registry;
+
+namespace {
+
+/// Every subkey name of a key, in the order the registry gives them.
+QStringList subkeys(Registry &reg, HKEY key)
+{
+    QStringList names;
+    QString name;
+    for (uint32_t i = 0; reg.RegEnumKeyEx(key, i, &name) == ERROR_SUCCESS; ++i)
+        names << name;
+    return names;
+}
+
+/// A REG_SZ value as text, or a null string when there is none.
+QString text(Registry &reg, HKEY root, const QString &keyName, const QString &valueName)
+{
+    HKEY key = 0;
+    if (reg.RegOpenKeyEx(root, keyName, &key) != ERROR_SUCCESS)
+        return QString();
+    QByteArray data;
+    uint32_t type = 0;
+    const long rc = reg.RegQueryValueEx(key, valueName, &type, &data, nullptr);
+    reg.RegCloseKey(key);
+    return rc == ERROR_SUCCESS && type == REG_SZ ? QString::fromUtf8(data) : QString();
+}
+
+} // namespace
 
 class TestRegistry : public QObject {
     Q_OBJECT
@@ -13,21 +44,34 @@ class TestRegistry : public QObject {
 private Q_SLOTS:
     void init();
     void cleanup();
-    void queryValue_data();
-    void queryValue();
-    void missingKeyOrValue();
-    void setKeyValue_data();
-    void setKeyValue();
-    void dword();
-    void otherTypes();
-    void caseInsensitiveKeys();
-    void twoWritersLoseNothing();
+    void openKey_data();
+    void openKey();
+    void createMakesParents();
+    void enumerationListsChildrenInNameOrder();
+    void openRelativeToAnOpenKey();
+    void handles();
+    void values_data();
+    void values();
+    void valueNamesIgnoreCase();
+    void readWithABuffer_data();
+    void readWithABuffer();
+    void rootsHoldNoValues();
+    void rootsAreSeparateTrees();
+    void deleteValue();
+    void keptInTheFileInWalMode();
+    void fileThatCannotBeOpened();
+    void firstLayoutIsConverted();
+    void systemRegistryIsInTheConfigFolder();
+    void desktopDefaults_data();
     void desktopDefaults();
+    void commandsTakeAQuotedFile_data();
+    void commandsTakeAQuotedFile();
+    void programOfDesktopFile_data();
+    void programOfDesktopFile();
 
 private:
     std::unique_ptr<testsupport::TestHome> m_home;
     std::unique_ptr<Registry> m_reg;
-    const QString m_key = QStringLiteral("Software\\Kelverd\\Sorrelin\\5.5\\General");
 };
 
 void TestRegistry::init()
@@ -42,161 +86,485 @@ void TestRegistry::cleanup()
     m_home.reset();
 }
 
-void TestRegistry::queryValue_data()
+void TestRegistry::openKey_data()
 {
-    QTest::addColumn<QByteArray>("stored");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("no NUL: whole") << QByteArray("yes") << "yes";
-    QTest::newRow("one trailing NUL taken off") << QByteArray("yes\0", 4) << "yes";
-    QTest::newRow("only one NUL taken off")
-        << QByteArray("yes\0\0", 5) << QStringLiteral("yes") + QChar(u'\0');
-    QTest::newRow("empty") << QByteArray() << "";
-    QTest::newRow("NUL alone") << QByteArray("\0", 1) << "";
-    QTest::newRow("UTF-8 text") << QByteArray("Caf\xc3\xa9") << QStringLiteral("Caf\u00e9");
+    QTest::addColumn<QString>("created");
+    QTest::addColumn<QString>("opened");
+    QTest::addColumn<long>("result");
+    QTest::newRow("same path") << "Software\\Kelverd\\Sorrelin"
+                               << "Software\\Kelverd\\Sorrelin" << ERROR_SUCCESS;
+    QTest::newRow("other case") << "Software\\Kelverd\\Sorrelin"
+                                << "SOFTWARE\\kelverd\\sORRELIN" << ERROR_SUCCESS;
+    QTest::newRow("case beyond ASCII") << QStringLiteral("Profiles\\M\u00fcller")
+                                       << QStringLiteral("PROFILES\\M\u00dcLLER") << ERROR_SUCCESS;
+    QTest::newRow("separators at the ends") << "Software\\Kelverd"
+                                            << "\\Software\\Kelverd\\" << ERROR_SUCCESS;
+    QTest::newRow("doubled separator") << "Software\\Kelverd"
+                                       << "Software\\\\Kelverd" << ERROR_SUCCESS;
+    QTest::newRow("a parent made on the way") << "Software\\Kelverd\\Sorrelin"
+                                              << "Software\\Kelverd" << ERROR_SUCCESS;
+    QTest::newRow("a child never made") << "Software\\Kelverd"
+                                        << "Software\\Kelverd\\Sorrelin" << ERROR_FILE_NOT_FOUND;
+    QTest::newRow("a sibling") << "Software\\Kelverd"
+                               << "Software\\Kelvin" << ERROR_FILE_NOT_FOUND;
+    QTest::newRow("a prefix of a name") << "Software\\Kelverd"
+                                        << "Software\\Kel" << ERROR_FILE_NOT_FOUND;
 }
 
-void TestRegistry::queryValue()
+void TestRegistry::openKey()
 {
-    QFETCH(QByteArray, stored);
-    QFETCH(QString, expected);
+    QFETCH(QString, created);
+    QFETCH(QString, opened);
+    QFETCH(long, result);
     HKEY key = 0;
-    QCOMPARE(m_reg->RegCreateKeyEx(HKEY_CURRENT_USER, m_key, &key), ERROR_SUCCESS);
-    QCOMPARE(m_reg->RegSetValueEx(key, QStringLiteral("Value"), REG_SZ, stored), ERROR_SUCCESS);
+    QCOMPARE(m_reg->RegCreateKeyEx(HKEY_CURRENT_USER, created, &key), ERROR_SUCCESS);
+    QCOMPARE(m_reg->RegCloseKey(key), ERROR_SUCCESS);
+    key = 0;
+    QCOMPARE(m_reg->RegOpenKeyEx(HKEY_CURRENT_USER, opened, &key), result);
+    if (result == ERROR_SUCCESS) {
+        QVERIFY(key != 0);
+        QCOMPARE(m_reg->RegCloseKey(key), ERROR_SUCCESS);
+    }
+}
+
+void TestRegistry::createMakesParents()
+{
+    HKEY key = 0;
+    QCOMPARE(m_reg->RegCreateKeyEx(HKEY_CURRENT_USER, QStringLiteral("A\\B\\C\\D"), &key), ERROR_SUCCESS);
     m_reg->RegCloseKey(key);
-    const QVariant v = basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("Value"));
-    QCOMPARE(v.toString(), expected);
-}
-
-void TestRegistry::missingKeyOrValue()
-{
-    QVariant v =
-        basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("RefreshOnStartup"));
-    QVERIFY(!v.isValid());
-    QCOMPARE(v.toString(), QString()); // compares equal to the empty text
-    // Reading doesn't make the key.
-    HKEY key = 0;
-    QCOMPARE(m_reg->RegOpenKeyEx(HKEY_CURRENT_USER, m_key, &key), ERROR_FILE_NOT_FOUND);
-    QVERIFY(basRegistry::SetKeyValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("A"),
-                                     QStringLiteral("1"), REG_SZ));
-    v = basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("B"));
-    QVERIFY(!v.isValid());
-    // Another root is another tree.
-    v = basRegistry::QueryValue(*m_reg, HKEY_LOCAL_MACHINE, m_key, QStringLiteral("A"));
-    QVERIFY(!v.isValid());
-}
-
-void TestRegistry::setKeyValue_data()
-{
-    QTest::addColumn<QString>("keyName");
-    QTest::addColumn<bool>("result");
-    QTest::addColumn<bool>("written");
-    QTest::newRow("plain") << m_key << true << true;
-    QTest::newRow("leading backslash: same key") << QStringLiteral("\\") + m_key << true << true;
-    QTest::newRow("empty key name") << QString() << false << false;
-    QTest::newRow("backslash alone") << QStringLiteral("\\") << false << false;
-}
-
-void TestRegistry::setKeyValue()
-{
-    QFETCH(QString, keyName);
-    QFETCH(bool, result);
-    QFETCH(bool, written);
-    QCOMPARE(basRegistry::SetKeyValue(*m_reg, HKEY_CURRENT_USER, keyName, QStringLiteral("FontName"),
-                                      QStringLiteral("Courier"), REG_SZ),
-             result);
-    const QVariant v = basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("FontName"));
-    QCOMPARE(v.isValid(), written);
-    if (written) {
-        QCOMPARE(v.toString(), QStringLiteral("Courier"));
-        // Written with the length of the text, no NUL.
-        HKEY key = 0;
-        QCOMPARE(m_reg->RegOpenKeyEx(HKEY_CURRENT_USER, m_key, &key), ERROR_SUCCESS);
-        uint32_t type = 0, size = 0;
-        QCOMPARE(m_reg->RegQueryValueEx(key, QStringLiteral("FontName"), &type, nullptr, &size),
-                 ERROR_SUCCESS);
-        QCOMPARE(type, REG_SZ);
-        QCOMPARE(size, 7u);
+    QCOMPARE(subkeys(*m_reg, HKEY_CURRENT_USER), QStringList{QStringLiteral("A")});
+    const QStringList parents{QStringLiteral("A"), QStringLiteral("A\\B"), QStringLiteral("A\\B\\C")};
+    const QStringList children{QStringLiteral("B"), QStringLiteral("C"), QStringLiteral("D")};
+    for (int i = 0; i < parents.size(); ++i) {
+        QCOMPARE(m_reg->RegOpenKeyEx(HKEY_CURRENT_USER, parents.at(i), &key), ERROR_SUCCESS);
+        QCOMPARE(subkeys(*m_reg, key), QStringList{children.at(i)});
         m_reg->RegCloseKey(key);
     }
+    // Creating an existing key opens it, whatever its case.
+    QCOMPARE(m_reg->RegCreateKeyEx(HKEY_CURRENT_USER, QStringLiteral("a\\b"), &key), ERROR_SUCCESS);
+    QCOMPARE(subkeys(*m_reg, key), QStringList{QStringLiteral("C")});
+    m_reg->RegCloseKey(key);
+    QCOMPARE(subkeys(*m_reg, HKEY_CURRENT_USER), QStringList{QStringLiteral("A")});
 }
 
-void TestRegistry::dword()
-{
-    QVERIFY(
-        basRegistry::SetKeyValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("Count"), -5, REG_DWORD));
-    const QVariant v = basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("Count"));
-    QCOMPARE(v.typeId(), QMetaType::Int);
-    QCOMPARE(v.toInt(), -5);
-}
-
-void TestRegistry::otherTypes()
+void TestRegistry::enumerationListsChildrenInNameOrder()
 {
     HKEY key = 0;
-    QCOMPARE(m_reg->RegCreateKeyEx(HKEY_CURRENT_USER, m_key, &key), ERROR_SUCCESS);
-    // SetValueEx of another type writes nothing and gives 0.
-    QCOMPARE(basRegistry::SetValueEx(*m_reg, key, QStringLiteral("Bin"), REG_BINARY, QByteArray("ab")), 0L);
+    for (const char *path : {"P\\beta", "P\\Alpha", "P\\gamma\\deep", "Q\\other"}) {
+        QCOMPARE(m_reg->RegCreateKeyEx(HKEY_CURRENT_USER, QString::fromLatin1(path), &key), ERROR_SUCCESS);
+        m_reg->RegCloseKey(key);
+    }
+    QCOMPARE(m_reg->RegOpenKeyEx(HKEY_CURRENT_USER, QStringLiteral("P"), &key), ERROR_SUCCESS);
+    QCOMPARE(subkeys(*m_reg, key),
+             (QStringList{QStringLiteral("Alpha"), QStringLiteral("beta"), QStringLiteral("gamma")}));
+    QString name = QStringLiteral("untouched");
+    QCOMPARE(m_reg->RegEnumKeyEx(key, 3, &name), ERROR_NO_MORE_ITEMS);
+    QCOMPARE(name, QStringLiteral("untouched"));
+    m_reg->RegCloseKey(key);
+    QCOMPARE(subkeys(*m_reg, HKEY_CURRENT_USER), (QStringList{QStringLiteral("P"), QStringLiteral("Q")}));
+    QVERIFY(subkeys(*m_reg, HKEY_LOCAL_MACHINE).isEmpty());
+}
+
+void TestRegistry::openRelativeToAnOpenKey()
+{
+    HKEY parent = 0;
+    HKEY child = 0;
+    QCOMPARE(m_reg->RegCreateKeyEx(HKEY_CURRENT_USER, QStringLiteral("Software"), &parent), ERROR_SUCCESS);
+    QCOMPARE(m_reg->RegCreateKeyEx(parent, QStringLiteral("Kelverd\\Sorrelin"), &child), ERROR_SUCCESS);
+    QCOMPARE(m_reg->RegSetValueEx(child, QStringLiteral("V"), REG_SZ, "x"), ERROR_SUCCESS);
+    m_reg->RegCloseKey(child);
+    QCOMPARE(m_reg->RegOpenKeyEx(parent, QStringLiteral("kelverd\\SORRELIN"), &child), ERROR_SUCCESS);
+    QByteArray data;
+    QCOMPARE(m_reg->RegQueryValueEx(child, QStringLiteral("V"), nullptr, &data, nullptr), ERROR_SUCCESS);
+    QCOMPARE(data, QByteArray("x"));
+    m_reg->RegCloseKey(child);
+    m_reg->RegCloseKey(parent);
+    QCOMPARE(
+        text(*m_reg, HKEY_CURRENT_USER, QStringLiteral("Software\\Kelverd\\Sorrelin"), QStringLiteral("V")),
+        QStringLiteral("x"));
+}
+
+void TestRegistry::handles()
+{
+    HKEY first = 0;
+    HKEY second = 0;
+    QCOMPARE(m_reg->RegCreateKeyEx(HKEY_CURRENT_USER, QStringLiteral("K"), &first), ERROR_SUCCESS);
+    QCOMPARE(m_reg->RegOpenKeyEx(HKEY_CURRENT_USER, QStringLiteral("K"), &second), ERROR_SUCCESS);
+    QVERIFY(first > 0 && first < 1000);
+    QVERIFY(second > 0 && second < 1000);
+    QVERIFY(first != second);
+    QCOMPARE(m_reg->RegCloseKey(first), ERROR_SUCCESS);
+    // A closed handle names nothing any more; the other one still works.
+    QCOMPARE(m_reg->RegCloseKey(first), ERROR_INVALID_HANDLE);
+    QCOMPARE(m_reg->RegSetValueEx(first, QStringLiteral("V"), REG_SZ, "x"), ERROR_INVALID_HANDLE);
+    QCOMPARE(m_reg->RegSetValueEx(second, QStringLiteral("V"), REG_SZ, "x"), ERROR_SUCCESS);
+    for (const HKEY bad : {first, HKEY(0), HKEY(4242), HKEY(0x80000005LL)}) {
+        HKEY h = 0;
+        QString name;
+        uint32_t size = 0;
+        QCOMPARE(m_reg->RegOpenKeyEx(bad, QStringLiteral("K"), &h), ERROR_INVALID_HANDLE);
+        QCOMPARE(m_reg->RegCreateKeyEx(bad, QStringLiteral("K"), &h), ERROR_INVALID_HANDLE);
+        QCOMPARE(m_reg->RegQueryValueEx(bad, QStringLiteral("V"), nullptr, nullptr, &size),
+                 ERROR_INVALID_HANDLE);
+        QCOMPARE(m_reg->RegDeleteValue(bad, QStringLiteral("V")), ERROR_INVALID_HANDLE);
+        QCOMPARE(m_reg->RegEnumKeyEx(bad, 0, &name), ERROR_INVALID_HANDLE);
+    }
+    // Roots are always open and can't be closed away.
+    QCOMPARE(m_reg->RegCloseKey(HKEY_CURRENT_USER), ERROR_SUCCESS);
+    QCOMPARE(subkeys(*m_reg, HKEY_CURRENT_USER), QStringList{QStringLiteral("K")});
+    m_reg->RegCloseKey(second);
+}
+
+void TestRegistry::values_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<uint>("type");
+    QTest::addColumn<QByteArray>("data");
+    QTest::newRow("text") << "FontName" << uint(REG_SZ) << QByteArray("Times New Roman");
+    QTest::newRow("default value") << QString() << uint(REG_SZ) << QByteArray("txtfile");
+    QTest::newRow("number") << "Count" << uint(REG_DWORD) << QByteArray("\x2a\0\0\0", 4);
+    QTest::newRow("bytes with NULs") << "Blob" << uint(REG_BINARY) << QByteArray("\0\x01\0\xff", 4);
+    QTest::newRow("nothing at all") << "Empty" << uint(REG_SZ) << QByteArray();
+    QTest::newRow("text with a NUL at its end") << "Z" << uint(REG_SZ) << QByteArray("yes\0", 4);
+}
+
+void TestRegistry::values()
+{
+    QFETCH(QString, name);
+    QFETCH(uint, type);
+    QFETCH(QByteArray, data);
+    HKEY key = 0;
+    QCOMPARE(m_reg->RegCreateKeyEx(HKEY_CURRENT_USER, QStringLiteral("V"), &key), ERROR_SUCCESS);
+    QCOMPARE(m_reg->RegSetValueEx(key, name, type, data), ERROR_SUCCESS);
+    uint32_t readType = 0;
     uint32_t size = 0;
-    QCOMPARE(m_reg->RegQueryValueEx(key, QStringLiteral("Bin"), nullptr, nullptr, &size),
-             ERROR_FILE_NOT_FOUND);
-    // A binary value written by someone else reads as -1 and empty.
-    QCOMPARE(m_reg->RegSetValueEx(key, QStringLiteral("Bin"), REG_BINARY, QByteArray("ab")), ERROR_SUCCESS);
-    QVariant v = QStringLiteral("untouched");
-    QCOMPARE(basRegistry::QueryValueEx(*m_reg, key, QStringLiteral("Bin"), v), -1L);
-    QCOMPARE(v.toString(), QStringLiteral("untouched"));
-    QVERIFY(!basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("Bin")).isValid());
+    QCOMPARE(m_reg->RegQueryValueEx(key, name, &readType, nullptr, &size), ERROR_SUCCESS);
+    QCOMPARE(readType, type);
+    QCOMPARE(size, uint32_t(data.size()));
+    QByteArray read("stale");
+    QCOMPARE(m_reg->RegQueryValueEx(key, name, nullptr, &read, &size), ERROR_SUCCESS);
+    QCOMPARE(read, data);
+    // The default value and a named one are two values.
+    const QString other = name.isEmpty() ? QStringLiteral("Named") : QString();
+    QCOMPARE(m_reg->RegQueryValueEx(key, other, nullptr, nullptr, &size), ERROR_FILE_NOT_FOUND);
     m_reg->RegCloseKey(key);
 }
 
-void TestRegistry::caseInsensitiveKeys()
+void TestRegistry::valueNamesIgnoreCase()
 {
-    QVERIFY(basRegistry::SetKeyValue(*m_reg, HKEY_CLASSES_ROOT,
-                                     QStringLiteral("txtFile\\shell\\open\\command"), QString(),
-                                     QStringLiteral("edit \"%1\""), REG_SZ));
-    QCOMPARE(basRegistry::QueryValue(*m_reg, HKEY_CLASSES_ROOT,
-                                     QStringLiteral("TXTFILE\\Shell\\Open\\Command"), QString())
-                 .toString(),
-             QStringLiteral("edit \"%1\""));
+    HKEY key = 0;
+    QCOMPARE(m_reg->RegCreateKeyEx(HKEY_CURRENT_USER, QStringLiteral("V"), &key), ERROR_SUCCESS);
+    QCOMPARE(m_reg->RegSetValueEx(key, QStringLiteral("FontSize"), REG_SZ, "10.8"), ERROR_SUCCESS);
+    QCOMPARE(m_reg->RegSetValueEx(key, QStringLiteral("FONTSIZE"), REG_DWORD, QByteArray("\x0c\0\0\0", 4)),
+             ERROR_SUCCESS);
+    QByteArray data;
+    uint32_t type = 0;
+    QCOMPARE(m_reg->RegQueryValueEx(key, QStringLiteral("fontsize"), &type, &data, nullptr), ERROR_SUCCESS);
+    QCOMPARE(type, REG_DWORD);
+    QCOMPARE(data, QByteArray("\x0c\0\0\0", 4));
+    QCOMPARE(m_reg->RegSetValueEx(key, QStringLiteral("Gr\u00f6\u00dfe"), REG_SZ, "x"), ERROR_SUCCESS);
+    QCOMPARE(m_reg->RegQueryValueEx(key, QStringLiteral("GR\u00d6\u00dfE"), &type, &data, nullptr),
+             ERROR_SUCCESS);
+    QCOMPARE(m_reg->RegDeleteValue(key, QStringLiteral("fONTsIZE")), ERROR_SUCCESS);
+    QCOMPARE(m_reg->RegQueryValueEx(key, QStringLiteral("FontSize"), &type, &data, nullptr),
+             ERROR_FILE_NOT_FOUND);
+    m_reg->RegCloseKey(key);
 }
 
-void TestRegistry::twoWritersLoseNothing()
+void TestRegistry::readWithABuffer_data()
 {
-    // Two registries on one file, as two programs would hold it.
-    Registry other(m_reg->path());
-    for (int i = 0; i < 50; ++i) {
-        QVERIFY(basRegistry::SetKeyValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("a%1").arg(i), i,
-                                         REG_DWORD));
-        QVERIFY(basRegistry::SetKeyValue(other, HKEY_CURRENT_USER, m_key, QStringLiteral("b%1").arg(i), i,
-                                         REG_DWORD));
+    QTest::addColumn<uint>("buffer");
+    QTest::addColumn<long>("result");
+    QTest::addColumn<uint>("sizeAfter");
+    QTest::newRow("larger") << 100u << ERROR_SUCCESS << 6u;
+    QTest::newRow("just right") << 6u << ERROR_SUCCESS << 6u;
+    QTest::newRow("one short") << 5u << ERROR_MORE_DATA << 6u;
+    QTest::newRow("none") << 0u << ERROR_MORE_DATA << 6u;
+}
+
+void TestRegistry::readWithABuffer()
+{
+    QFETCH(uint, buffer);
+    QFETCH(long, result);
+    QFETCH(uint, sizeAfter);
+    HKEY key = 0;
+    QCOMPARE(m_reg->RegCreateKeyEx(HKEY_CURRENT_USER, QStringLiteral("V"), &key), ERROR_SUCCESS);
+    QCOMPARE(m_reg->RegSetValueEx(key, QStringLiteral("Six"), REG_SZ, "abcdef"), ERROR_SUCCESS);
+    QByteArray data("stale");
+    uint32_t size = buffer;
+    QCOMPARE(m_reg->RegQueryValueEx(key, QStringLiteral("Six"), nullptr, &data, &size), result);
+    QCOMPARE(size, uint32_t(sizeAfter));
+    QCOMPARE(data, result == ERROR_SUCCESS ? QByteArray("abcdef") : QByteArray("stale"));
+    m_reg->RegCloseKey(key);
+}
+
+void TestRegistry::rootsHoldNoValues()
+{
+    QCOMPARE(m_reg->RegSetValueEx(HKEY_CURRENT_USER, QStringLiteral("V"), REG_SZ, "x"), ERROR_ACCESS_DENIED);
+    uint32_t size = 0;
+    QCOMPARE(m_reg->RegQueryValueEx(HKEY_CURRENT_USER, QStringLiteral("V"), nullptr, nullptr, &size),
+             ERROR_FILE_NOT_FOUND);
+    // The root opened by an empty path is the root too.
+    HKEY key = 0;
+    QCOMPARE(m_reg->RegCreateKeyEx(HKEY_CURRENT_USER, QString(), &key), ERROR_SUCCESS);
+    QCOMPARE(m_reg->RegSetValueEx(key, QStringLiteral("V"), REG_SZ, "x"), ERROR_ACCESS_DENIED);
+    QVERIFY(subkeys(*m_reg, HKEY_CURRENT_USER).isEmpty());
+    m_reg->RegCloseKey(key);
+}
+
+void TestRegistry::rootsAreSeparateTrees()
+{
+    const QList<HKEY> roots{HKEY_CLASSES_ROOT, HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE};
+    for (const HKEY root : roots) {
+        HKEY key = 0;
+        QCOMPARE(m_reg->RegCreateKeyEx(root, QStringLiteral("Shared\\Name"), &key), ERROR_SUCCESS);
+        QCOMPARE(m_reg->RegSetValueEx(key, QString(), REG_SZ, QByteArray::number(root)), ERROR_SUCCESS);
+        m_reg->RegCloseKey(key);
     }
-    for (int i = 0; i < 50; ++i) {
-        QCOMPARE(
-            basRegistry::QueryValue(other, HKEY_CURRENT_USER, m_key, QStringLiteral("a%1").arg(i)).toInt(),
-            i);
-        QCOMPARE(
-            basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, m_key, QStringLiteral("b%1").arg(i)).toInt(),
-            i);
+    for (const HKEY root : roots)
+        QCOMPARE(text(*m_reg, root, QStringLiteral("shared\\name"), QString()), QString::number(root));
+}
+
+void TestRegistry::deleteValue()
+{
+    HKEY key = 0;
+    QCOMPARE(m_reg->RegCreateKeyEx(HKEY_CURRENT_USER, QStringLiteral("V"), &key), ERROR_SUCCESS);
+    QCOMPARE(m_reg->RegSetValueEx(key, QStringLiteral("A"), REG_SZ, "1"), ERROR_SUCCESS);
+    QCOMPARE(m_reg->RegSetValueEx(key, QStringLiteral("B"), REG_SZ, "2"), ERROR_SUCCESS);
+    QCOMPARE(m_reg->RegDeleteValue(key, QStringLiteral("A")), ERROR_SUCCESS);
+    QCOMPARE(m_reg->RegDeleteValue(key, QStringLiteral("A")), ERROR_FILE_NOT_FOUND);
+    m_reg->RegCloseKey(key);
+    QVERIFY(text(*m_reg, HKEY_CURRENT_USER, QStringLiteral("V"), QStringLiteral("A")).isNull());
+    QCOMPARE(text(*m_reg, HKEY_CURRENT_USER, QStringLiteral("V"), QStringLiteral("B")), QStringLiteral("2"));
+}
+
+void TestRegistry::keptInTheFileInWalMode()
+{
+    HKEY key = 0;
+    QCOMPARE(m_reg->RegCreateKeyEx(HKEY_CURRENT_USER, QStringLiteral("Kept"), &key), ERROR_SUCCESS);
+    QCOMPARE(m_reg->RegSetValueEx(key, QStringLiteral("V"), REG_SZ, "still here"), ERROR_SUCCESS);
+    m_reg->RegCloseKey(key);
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("peek"));
+        db.setDatabaseName(m_reg->path());
+        QVERIFY(db.open());
+        QSqlQuery q(db);
+        QVERIFY(q.exec(QStringLiteral("PRAGMA journal_mode")) && q.next());
+        QCOMPARE(q.value(0).toString(), QStringLiteral("wal"));
     }
+    QSqlDatabase::removeDatabase(QStringLiteral("peek"));
+    const QString path = m_reg->path();
+    m_reg.reset();
+    Registry again(path);
+    QCOMPARE(text(again, HKEY_CURRENT_USER, QStringLiteral("kept"), QStringLiteral("v")),
+             QStringLiteral("still here"));
+}
+
+void TestRegistry::fileThatCannotBeOpened()
+{
+    Registry nowhere(m_home->file(QStringLiteral("no/such/folder/registry.db")));
+    HKEY key = 0;
+    uint32_t size = 0;
+    QString name;
+    QCOMPARE(nowhere.RegCreateKeyEx(HKEY_CURRENT_USER, QStringLiteral("K"), &key), ERROR_BADDB);
+    QCOMPARE(nowhere.RegOpenKeyEx(HKEY_CURRENT_USER, QStringLiteral("K"), &key), ERROR_BADDB);
+    QCOMPARE(nowhere.RegQueryValueEx(HKEY_CURRENT_USER, QStringLiteral("V"), nullptr, nullptr, &size),
+             ERROR_BADDB);
+    QCOMPARE(nowhere.RegEnumKeyEx(HKEY_CURRENT_USER, 0, &name), ERROR_BADDB);
+}
+
+void TestRegistry::firstLayoutIsConverted()
+{
+    // A registry as the first release of the program left it.
+    const QString path = m_home->file(QStringLiteral("first.db"));
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("first"));
+        db.setDatabaseName(path);
+        QVERIFY(db.open());
+        QSqlQuery q(db);
+        QVERIFY(q.exec(QStringLiteral("CREATE TABLE keys(id INTEGER PRIMARY KEY, root INTEGER NOT NULL,"
+                                      " path TEXT NOT NULL, UNIQUE(root, path COLLATE NOCASE))")));
+        QVERIFY(q.exec(QStringLiteral("CREATE TABLE \"values\"(key INTEGER NOT NULL REFERENCES keys(id)"
+                                      " ON DELETE CASCADE, name TEXT NOT NULL, type INTEGER NOT NULL,"
+                                      " data BLOB NOT NULL, PRIMARY KEY(key, name COLLATE NOCASE))")));
+        QVERIFY(
+            q.exec(QStringLiteral("INSERT INTO keys VALUES(7, %1, 'Software'), (3, %1, 'Software\\Kelverd'),"
+                                  " (9, %1, 'Software\\Kelverd\\Sorrelin')")
+                       .arg(HKEY_CURRENT_USER)));
+        QVERIFY(
+            q.exec(QStringLiteral("INSERT INTO \"values\" VALUES(9, 'FontName', 1, CAST('Courier' AS BLOB)),"
+                                  " (9, '', 1, CAST('default' AS BLOB))")));
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("first"));
+    Registry converted(path);
+    const QString key = QStringLiteral("SOFTWARE\\kelverd\\sorrelin");
+    QCOMPARE(text(converted, HKEY_CURRENT_USER, key, QStringLiteral("fontname")), QStringLiteral("Courier"));
+    QCOMPARE(text(converted, HKEY_CURRENT_USER, key, QString()), QStringLiteral("default"));
+    HKEY h = 0;
+    QCOMPARE(converted.RegOpenKeyEx(HKEY_CURRENT_USER, QStringLiteral("Software\\Kelverd"), &h),
+             ERROR_SUCCESS);
+    QCOMPARE(subkeys(converted, h), QStringList{QStringLiteral("Sorrelin")});
+    converted.RegCloseKey(h);
+    // And it goes on as a registry of today.
+    QCOMPARE(converted.RegCreateKeyEx(HKEY_CURRENT_USER, key + QStringLiteral("\\New"), &h), ERROR_SUCCESS);
+    converted.RegCloseKey(h);
+}
+
+void TestRegistry::systemRegistryIsInTheConfigFolder()
+{
+    const QString expected = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                             QStringLiteral("/sorrelin/registry.db");
+    QVERIFY(expected.startsWith(m_home->path()));
+    Registry &system = Registry::system();
+    QCOMPARE(system.path(), expected);
+    QVERIFY(QFileInfo::exists(expected));
+    QCOMPARE(&Registry::system(), &system);
+    HKEY key = 0;
+    QCOMPARE(system.RegCreateKeyEx(HKEY_CURRENT_USER, QStringLiteral("Software\\Kelverd"), &key),
+             ERROR_SUCCESS);
+    QCOMPARE(system.RegSetValueEx(key, QStringLiteral("V"), REG_SZ, "seen"), ERROR_SUCCESS);
+    system.RegCloseKey(key);
+    Registry other(expected);
+    QCOMPARE(text(other, HKEY_CURRENT_USER, QStringLiteral("Software\\Kelverd"), QStringLiteral("V")),
+             QStringLiteral("seen"));
+}
+
+void TestRegistry::desktopDefaults_data()
+{
+    QTest::addColumn<QStringList>("installed");
+    QTest::addColumn<QString>("desktopDefault");
+    QTest::addColumn<QString>("notepad");
+    QTest::addColumn<QString>("wordpad");
+    QTest::addColumn<QString>("visualBasic");
+    QTest::addColumn<QString>("msinfo");
+    QTest::newRow("nothing installed")
+        << QStringList() << QString() << QString() << QString() << QString() << QString();
+    QTest::newRow("gedit alone: told to wait")
+        << QStringList{QStringLiteral("gedit")} << QString() << "\"/usr/bin/gedit\" --wait %1"
+        << "\"/usr/bin/gedit\" --wait \"%1\""
+        << "\"/usr/bin/gedit\" --wait \"%1\"" << QString();
+    QTest::newRow("mousepad and kate") << QStringList{QStringLiteral("kate"), QStringLiteral("mousepad")}
+                                       << QString() << "\"/usr/bin/mousepad\" %1"
+                                       << "\"/usr/bin/kate\" --block \"%1\""
+                                       << "\"/usr/bin/kate\" --block \"%1\"" << QString();
+    QTest::newRow("the desktop's editor first")
+        << QStringList{QStringLiteral("kate"), QStringLiteral("mousepad")} << "org.kde.kate.desktop"
+        << "\"/usr/bin/kate\" --block %1"
+        << "\"/usr/bin/kate\" --block \"%1\""
+        << "\"/usr/bin/kate\" --block \"%1\"" << QString();
+    QTest::newRow("the desktop's editor not installed")
+        << QStringList{QStringLiteral("leafpad")} << "org.gnome.gedit.desktop"
+        << "\"/usr/bin/leafpad\" %1"
+        << "\"/usr/bin/leafpad\" \"%1\""
+        << "\"/usr/bin/leafpad\" \"%1\"" << QString();
+    QTest::newRow("the desktop's editor unknown")
+        << QStringList{QStringLiteral("xedit"), QStringLiteral("kwrite")} << "libreoffice-writer.desktop"
+        << "\"/usr/bin/kwrite\" %1"
+        << "\"/usr/bin/kwrite\" \"%1\""
+        << "\"/usr/bin/kwrite\" \"%1\"" << QString();
+    QTest::newRow("a programmer's editor and system information")
+        << QStringList{QStringLiteral("code"), QStringLiteral("hardinfo"), QStringLiteral("kinfocenter")}
+        << QString() << QString() << QString() << "\"/usr/bin/code\" --wait \"%1\""
+        << "/usr/bin/hardinfo";
 }
 
 void TestRegistry::desktopDefaults()
 {
-    const ProgramLookup lookup = [](const QString &name) {
-        return name == QLatin1String("gedit") ? QStringLiteral("/usr/bin/gedit") : QString();
+    QFETCH(QStringList, installed);
+    QFETCH(QString, desktopDefault);
+    QFETCH(QString, notepad);
+    QFETCH(QString, wordpad);
+    QFETCH(QString, visualBasic);
+    QFETCH(QString, msinfo);
+    DesktopLookup lookup;
+    lookup.findProgram = [&installed](const QString &name) {
+        return installed.contains(name) ? QStringLiteral("/usr/bin/") + name : QString();
+    };
+    lookup.defaultApplication = [&desktopDefault](const QString &mimeType) {
+        return mimeType == QLatin1String("text/plain") ? desktopDefault : QString();
     };
     fillDesktopDefaults(*m_reg, lookup);
-    QCOMPARE(basRegistry::QueryValue(*m_reg, HKEY_CLASSES_ROOT,
-                                     QStringLiteral("txtFile\\shell\\open\\command"), QString())
-                 .toString(),
-             QStringLiteral("\"/usr/bin/gedit\" \"%1\""));
-    QCOMPARE(basRegistry::QueryValue(*m_reg, HKEY_CLASSES_ROOT,
-                                     QStringLiteral("Wordpad.Document.1\\shell\\open\\command"), QString())
-                 .toString(),
-             QStringLiteral("\"/usr/bin/gedit\" \"%1\""));
-    // No system information program was found: no value.
-    QVERIFY(!basRegistry::QueryValue(*m_reg, HKEY_LOCAL_MACHINE,
-                                     QStringLiteral("SOFTWARE\\Microsoft\\Shared Tools\\MSINFO"),
-                                     QStringLiteral("PATH"))
-                 .isValid());
+    const auto classCommand = [this](const QString &key) {
+        return text(*m_reg, HKEY_CLASSES_ROOT, key + QStringLiteral("\\shell\\open\\command"), QString());
+    };
+    QCOMPARE(classCommand(QStringLiteral("txtFile")), notepad);
+    QCOMPARE(classCommand(QStringLiteral("Wordpad.Document.1")), wordpad);
+    QCOMPARE(classCommand(QStringLiteral("VisualBasic.Module")), visualBasic);
+    QCOMPARE(classCommand(QStringLiteral("dspfile")), visualBasic);
+    QCOMPARE(text(*m_reg, HKEY_LOCAL_MACHINE, QStringLiteral("SOFTWARE\\Microsoft\\Shared Tools\\MSINFO"),
+                  QStringLiteral("PATH")),
+             msinfo);
+    // The file types name their classes wherever there is a text editor.
+    const bool plain = !notepad.isEmpty();
+    QCOMPARE(text(*m_reg, HKEY_CLASSES_ROOT, QStringLiteral(".txt"), QString()),
+             plain ? QStringLiteral("txtfile") : QString());
+    QCOMPARE(text(*m_reg, HKEY_CLASSES_ROOT, QStringLiteral(".vbs"), QString()),
+             plain ? QStringLiteral("VBSFile") : QString());
+    QCOMPARE(text(*m_reg, HKEY_CLASSES_ROOT, QStringLiteral("VBSFile\\shell\\edit\\command"), QString()),
+             plain ? QString(notepad).replace(QLatin1String(" %1"), QLatin1String(" \"%1\"")) : QString());
+    QVERIFY(
+        text(*m_reg, HKEY_CLASSES_ROOT, QStringLiteral("VBSFile\\shell\\open\\command"), QString()).isNull());
+}
+
+void TestRegistry::commandsTakeAQuotedFile_data()
+{
+    QTest::addColumn<QString>("editor");
+    QTest::addColumn<bool>("dropsQuote");
+    QTest::addColumn<QStringList>("arguments");
+    // Each class as its reader makes a command line of it: cut at "%1",
+    // the other classes also drop the quote that ends the rest.
+    QTest::newRow("txtFile") << "txtFile" << false
+                             << QStringList{QStringLiteral("/opt/my editors/gedit"),
+                                            QStringLiteral("--wait")};
+    QTest::newRow("Wordpad.Document.1")
+        << "Wordpad.Document.1" << true
+        << QStringList{QStringLiteral("/opt/my editors/gedit"), QStringLiteral("--wait")};
+    QTest::newRow("VisualBasic.Module")
+        << "VisualBasic.Module" << true
+        << QStringList{QStringLiteral("/opt/my editors/gedit"), QStringLiteral("--wait")};
+    QTest::newRow("dspfile") << "dspfile" << true
+                             << QStringList{QStringLiteral("/opt/my editors/gedit"),
+                                            QStringLiteral("--wait")};
+}
+
+void TestRegistry::commandsTakeAQuotedFile()
+{
+    QFETCH(QString, editor);
+    QFETCH(bool, dropsQuote);
+    QFETCH(QStringList, arguments);
+    DesktopLookup lookup;
+    lookup.findProgram = [](const QString &name) {
+        return name == QLatin1String("gedit") ? QStringLiteral("/opt/my editors/gedit") : QString();
+    };
+    fillDesktopDefaults(*m_reg, lookup);
+    QString command =
+        text(*m_reg, HKEY_CLASSES_ROOT, editor + QStringLiteral("\\shell\\open\\command"), QString());
+    QVERIFY(command.contains(QLatin1String("%1")));
+    command = command.left(command.indexOf(QLatin1String("%1")));
+    if (dropsQuote && command.endsWith(QLatin1Char('"')))
+        command.chop(1);
+    const QString file = QStringLiteral("/tmp/Auto Reply.txt");
+    QCOMPARE(QProcess::splitCommand(command + QLatin1Char('"') + file + QLatin1Char('"')), arguments << file);
+}
+
+void TestRegistry::programOfDesktopFile_data()
+{
+    QTest::addColumn<QString>("desktopFile");
+    QTest::addColumn<QString>("program");
+    QTest::newRow("reverse domain") << "org.gnome.gedit.desktop"
+                                    << "gedit";
+    QTest::newRow("plain") << "mousepad.desktop"
+                           << "mousepad";
+    QTest::newRow("with a line break") << "org.kde.Kate.desktop\n"
+                                       << "kate";
+    QTest::newRow("nothing") << QString() << QString();
+}
+
+void TestRegistry::programOfDesktopFile()
+{
+    QFETCH(QString, desktopFile);
+    QFETCH(QString, program);
+    QCOMPARE(registry::programOfDesktopFile(desktopFile), program);
 }
 
 QTEST_GUILESS_MAIN(TestRegistry)

@@ -1,0 +1,198 @@
+#include "app/iswindowsnt.h"
+#include "platform/com/comerror.h"
+#include "platform/os/commandline.h"
+#include "platform/os/system.h"
+#include "tests/support/testenv.h"
+
+#include <QtTest>
+
+class TestProcess : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void splitCommandLine_data();
+    void splitCommandLine();
+    void execCmdGivesTheExitCode_data();
+    void execCmdGivesTheExitCode();
+    void execCmdWaitsForTheEnd();
+    void execCmdPassesQuotedArguments_data();
+    void execCmdPassesQuotedArguments();
+    void execCmdGivesNoInput();
+    void execCmdRaisesWhenNothingStarts_data();
+    void execCmdRaisesWhenNothingStarts();
+    void versionQuery();
+    void tempPath();
+
+private:
+    /// An executable shell script in the test's home.
+    QString script(const QString &name, const QByteArray &body);
+
+    testsupport::TestHome m_home;
+};
+
+void TestProcess::initTestCase()
+{
+#ifndef Q_OS_UNIX
+    QSKIP("the commands here are shell scripts");
+#endif
+}
+
+QString TestProcess::script(const QString &name, const QByteArray &body)
+{
+    const QString path = m_home.file(name);
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return QString();
+    file.write("#!/bin/sh\n" + body + '\n');
+    file.close();
+    file.setPermissions(file.permissions() | QFile::ExeOwner);
+    return path;
+}
+
+void TestProcess::splitCommandLine_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QStringList>("words");
+    QTest::newRow("plain") << "notepad file.txt" << QStringList{"notepad", "file.txt"};
+    QTest::newRow("quoted program and file")
+        << "\"/opt/my tools/edit\" --wait \"/tmp/Auto Reply.txt\""
+        << QStringList{"/opt/my tools/edit", "--wait", "/tmp/Auto Reply.txt"};
+    QTest::newRow("blanks around") << "  edit   \"a b\"  " << QStringList{"edit", "a b"};
+    QTest::newRow("unquoted program with blanks") << "/opt/my tools/edit \"/tmp/Auto Reply.txt\""
+                                                  << QStringList{"/opt/my tools/edit", "/tmp/Auto Reply.txt"};
+    QTest::newRow("unquoted, the shortest that starts")
+        << "/opt/my tools/edit now \"x\"" << QStringList{"/opt/my tools/edit", "now", "x"};
+    QTest::newRow("unquoted program with blanks alone")
+        << "/opt/my tools/edit" << QStringList{"/opt/my tools/edit"};
+    QTest::newRow("a first word that starts")
+        << "/opt/our tools/edit x" << QStringList{"/opt/our", "tools/edit", "x"};
+    QTest::newRow("nothing starts: words as they are")
+        << "/nowhere/a b \"c\"" << QStringList{"/nowhere/a", "b", "c"};
+    QTest::newRow("empty") << "" << QStringList();
+    QTest::newRow("blanks") << "   " << QStringList();
+}
+
+void TestProcess::splitCommandLine()
+{
+    QFETCH(QString, line);
+    QFETCH(QStringList, words);
+    const QStringList programs{QStringLiteral("notepad"),
+                               QStringLiteral("edit"),
+                               QStringLiteral("/opt/our"),
+                               QStringLiteral("/opt/our tools/edit"),
+                               QStringLiteral("/opt/my tools/edit"),
+                               QStringLiteral("/opt/my tools/edit now")};
+    QCOMPARE(os::splitCommandLine(line, [&programs](const QString &w) { return programs.contains(w); }),
+             words);
+}
+
+void TestProcess::execCmdGivesTheExitCode_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<int>("code");
+    QTest::newRow("success") << "true" << 0;
+    QTest::newRow("failure") << "false" << 1;
+    QTest::newRow("a code of its own") << "sh -c \"exit 3\"" << 3;
+    QTest::newRow("killed") << "sh -c \"kill -9 $$\"" << -1;
+}
+
+void TestProcess::execCmdGivesTheExitCode()
+{
+    QFETCH(QString, line);
+    QFETCH(int, code);
+    QCOMPARE(os::ExecCmd(line), code);
+}
+
+void TestProcess::execCmdWaitsForTheEnd()
+{
+    // The file appears only after a pause: it is there when ExecCmd returns.
+    const QString done = m_home.file(QStringLiteral("done"));
+    const QString slow = script(QStringLiteral("slow.sh"), "sleep 0.3\necho done > \"$1\"");
+    QCOMPARE(os::ExecCmd(QLatin1Char('"') + slow + QStringLiteral("\" \"") + done + QLatin1Char('"')), 0);
+    QVERIFY(QFileInfo::exists(done));
+}
+
+void TestProcess::execCmdPassesQuotedArguments_data()
+{
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<bool>("quoteProgram");
+    QTest::newRow("quoted program with blanks") << "my tools/edit it.sh" << true;
+    QTest::newRow("unquoted program with blanks") << "my tools/edit it.sh" << false;
+    QTest::newRow("plain program") << "edit.sh" << false;
+}
+
+void TestProcess::execCmdPassesQuotedArguments()
+{
+    QFETCH(QString, program);
+    QFETCH(bool, quoteProgram);
+    // An editor as the editor rules call one: program, then the quoted file.
+    const QString path = script(program, "for a in \"$@\"; do echo \"[$a]\"; done > \"$HOME/args\"");
+    const QString file = m_home.file(QStringLiteral("Auto Reply.txt"));
+    const QString prefix =
+        quoteProgram ? QLatin1Char('"') + path + QStringLiteral("\" ") : path + QLatin1Char(' ');
+    QCOMPARE(os::ExecCmd(prefix + QStringLiteral("--wait \"") + file + QLatin1Char('"')), 0);
+    QFile args(m_home.file(QStringLiteral("home/args")));
+    QVERIFY(args.open(QIODevice::ReadOnly));
+    QCOMPARE(QString::fromUtf8(args.readAll()), QStringLiteral("[--wait]\n[") + file + QStringLiteral("]\n"));
+}
+
+void TestProcess::execCmdGivesNoInput()
+{
+    // A program that reads its input ends instead of waiting for ever.
+    const QString out = m_home.file(QStringLiteral("input"));
+    QCOMPARE(os::ExecCmd(QStringLiteral("sh -c \"cat > '") + out + QStringLiteral("'\"")), 0);
+    QCOMPARE(QFileInfo(out).size(), 0);
+}
+
+void TestProcess::execCmdRaisesWhenNothingStarts_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::newRow("no such program") << "/no/such/program \"x\"";
+    QTest::newRow("no such name") << "no-such-program-of-sorrelin x";
+    QTest::newRow("a file that isn't a program") << "/etc/hostname";
+    QTest::newRow("empty") << "";
+    QTest::newRow("blanks") << "  ";
+}
+
+void TestProcess::execCmdRaisesWhenNothingStarts()
+{
+    QFETCH(QString, line);
+    try {
+        os::ExecCmd(line);
+        QFAIL("nothing was raised");
+    } catch (const com::ComError &e) {
+        QCOMPARE(e.number(), com::err::FileNotFound);
+        QVERIFY(!e.description().isEmpty());
+    }
+}
+
+void TestProcess::versionQuery()
+{
+    os::OsVersionInfo wrongSize;
+    wrongSize.dwOSVersionInfoSize = 100;
+    QVERIFY(!os::GetVersionEx(wrongSize));
+    os::OsVersionInfo info;
+    QVERIFY(os::GetVersionEx(info));
+    QCOMPARE(info.dwMajorVersion, QOperatingSystemVersion::current().majorVersion());
+#ifdef Q_OS_WIN
+    QCOMPARE(info.dwPlatformId, 2);
+    QVERIFY(IsWindowsNT());
+#else
+    QVERIFY(info.dwPlatformId != 2);
+    QVERIFY(!IsWindowsNT());
+#endif
+}
+
+void TestProcess::tempPath()
+{
+    const QString path = os::GetTempPath();
+    QCOMPARE(path, QDir::toNativeSeparators(QDir::tempPath() + QLatin1Char('/')));
+    QVERIFY(path.endsWith(QDir::separator()));
+    // TestHome points the temporary folder into the test's home.
+    QVERIFY(QDir::fromNativeSeparators(path).startsWith(m_home.path()));
+}
+
+QTEST_GUILESS_MAIN(TestProcess)
+#include "test_process.moc"

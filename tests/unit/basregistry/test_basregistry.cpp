@@ -1,0 +1,394 @@
+#include "app/basregistry.h"
+#include "tests/support/testenv.h"
+
+#include <QStandardPaths>
+#include <QtTest>
+
+#include <latch>
+#include <thread>
+
+using namespace registry;
+
+namespace {
+
+const QString kGeneral = QStringLiteral("Software\\Kelverd\\Sorrelin\\5.5\\General");
+
+/// The type and bytes of a value as the registry holds them; type 0 and
+/// null bytes when there is none.
+std::pair<uint32_t, QByteArray> stored(Registry &reg, HKEY root, const QString &keyName, const QString &name)
+{
+    HKEY key = 0;
+    if (reg.RegOpenKeyEx(root, keyName, &key) != ERROR_SUCCESS)
+        return {0, QByteArray()};
+    uint32_t type = 0;
+    QByteArray data;
+    if (reg.RegQueryValueEx(key, name, &type, &data, nullptr) != ERROR_SUCCESS)
+        type = 0;
+    reg.RegCloseKey(key);
+    return {type, data};
+}
+
+void put(Registry &reg, HKEY root, const QString &keyName, const QString &name, uint32_t type,
+         const QByteArray &data)
+{
+    HKEY key = 0;
+    QCOMPARE(reg.RegCreateKeyEx(root, keyName, &key), ERROR_SUCCESS);
+    QCOMPARE(reg.RegSetValueEx(key, name, type, data), ERROR_SUCCESS);
+    reg.RegCloseKey(key);
+}
+
+bool keyExists(Registry &reg, HKEY root, const QString &keyName)
+{
+    HKEY key = 0;
+    if (reg.RegOpenKeyEx(root, keyName, &key) != ERROR_SUCCESS)
+        return false;
+    reg.RegCloseKey(key);
+    return true;
+}
+
+} // namespace
+
+class TestBasRegistry : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void queryValueOfText_data();
+    void queryValueOfText();
+    void queryValueOfNothing_data();
+    void queryValueOfNothing();
+    void queryValueMakesNoKey();
+    void queryValueEx_data();
+    void queryValueEx();
+    void setValueEx_data();
+    void setValueEx();
+    void setKeyValue_data();
+    void setKeyValue();
+    void refusedWriteStillGivesTrue();
+    void numberRoundTrip_data();
+    void numberRoundTrip();
+    void textRoundTrip_data();
+    void textRoundTrip();
+    void twoWritersAtOnceLoseNothing();
+    void systemRegistryForms();
+
+private:
+    std::unique_ptr<testsupport::TestHome> m_home;
+    std::unique_ptr<Registry> m_reg;
+};
+
+void TestBasRegistry::init()
+{
+    m_home = std::make_unique<testsupport::TestHome>();
+    m_reg = std::make_unique<Registry>(m_home->file(QStringLiteral("registry.db")));
+}
+
+void TestBasRegistry::cleanup()
+{
+    m_reg.reset();
+    m_home.reset();
+}
+
+void TestBasRegistry::queryValueOfText_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("expected");
+    const QChar nul(u'\0');
+    QTest::newRow("no NUL: whole") << QByteArray("yes") << "yes";
+    QTest::newRow("one trailing NUL taken off") << QByteArray("yes\0", 4) << "yes";
+    QTest::newRow("only one NUL taken off") << QByteArray("yes\0\0", 5) << QStringLiteral("yes") + nul;
+    QTest::newRow("a NUL inside stays")
+        << QByteArray("a\0b", 3) << QStringLiteral("a") + nul + QStringLiteral("b");
+    QTest::newRow("NUL alone") << QByteArray("\0", 1) << "";
+    QTest::newRow("empty") << QByteArray() << "";
+    QTest::newRow("UTF-8") << QByteArray("Caf\xc3\xa9") << QStringLiteral("Caf\u00e9");
+    QTest::newRow("carriage return kept") << QByteArray("a\rb") << "a\rb";
+}
+
+void TestBasRegistry::queryValueOfText()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, expected);
+    put(*m_reg, HKEY_CURRENT_USER, kGeneral, QStringLiteral("Value"), REG_SZ, bytes);
+    const QVariant v = basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, kGeneral, QStringLiteral("Value"));
+    QCOMPARE(v.typeId(), QMetaType::QString);
+    QCOMPARE(v.toString(), expected);
+}
+
+void TestBasRegistry::queryValueOfNothing_data()
+{
+    QTest::addColumn<HKEY>("root");
+    QTest::addColumn<QString>("keyName");
+    QTest::addColumn<QString>("valueName");
+    QTest::newRow("key missing") << HKEY_CURRENT_USER << kGeneral + QStringLiteral("\\Missing") << "FontName";
+    QTest::newRow("value missing") << HKEY_CURRENT_USER << kGeneral << "RefreshOnStartup";
+    QTest::newRow("default value missing") << HKEY_CURRENT_USER << kGeneral << QString();
+    QTest::newRow("another root") << HKEY_LOCAL_MACHINE << kGeneral << "FontName";
+    QTest::newRow("bytes") << HKEY_CURRENT_USER << kGeneral << "Binary";
+    QTest::newRow("no type") << HKEY_CURRENT_USER << kGeneral << "None";
+    QTest::newRow("a number too short") << HKEY_CURRENT_USER << kGeneral << "Short";
+    QTest::newRow("a root of its own") << HKEY(0x80000009LL) << kGeneral << "FontName";
+}
+
+void TestBasRegistry::queryValueOfNothing()
+{
+    QFETCH(HKEY, root);
+    QFETCH(QString, keyName);
+    QFETCH(QString, valueName);
+    put(*m_reg, HKEY_CURRENT_USER, kGeneral, QStringLiteral("FontName"), REG_SZ, "Courier");
+    put(*m_reg, HKEY_CURRENT_USER, kGeneral, QStringLiteral("Binary"), REG_BINARY, "ab");
+    put(*m_reg, HKEY_CURRENT_USER, kGeneral, QStringLiteral("None"), REG_NONE, "ab");
+    put(*m_reg, HKEY_CURRENT_USER, kGeneral, QStringLiteral("Short"), REG_DWORD, "ab");
+    const QVariant v = basRegistry::QueryValue(*m_reg, root, keyName, valueName);
+    QVERIFY(!v.isValid());
+    // Compares equal to the empty text, as the settings' readers take it.
+    QCOMPARE(v.toString(), QString());
+    QCOMPARE(v.toString(), QStringLiteral(""));
+}
+
+void TestBasRegistry::queryValueMakesNoKey()
+{
+    QVERIFY(!basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, kGeneral, QStringLiteral("A")).isValid());
+    QVERIFY(!keyExists(*m_reg, HKEY_CURRENT_USER, QStringLiteral("Software")));
+}
+
+void TestBasRegistry::queryValueEx_data()
+{
+    QTest::addColumn<bool>("exists");
+    QTest::addColumn<uint>("type");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<long>("result");
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("text") << true << uint(REG_SZ) << QByteArray("Courier") << 0L
+                          << QVariant(QStringLiteral("Courier"));
+    QTest::newRow("text keeps its NUL") << true << uint(REG_SZ) << QByteArray("no\0", 3) << 0L
+                                        << QVariant(QStringLiteral("no") + QChar(u'\0'));
+    QTest::newRow("number") << true << uint(REG_DWORD) << QByteArray("\xfe\xff\xff\xff", 4) << 0L
+                            << QVariant(-2);
+    QTest::newRow("bytes: -1") << true << uint(REG_BINARY) << QByteArray("ab") << -1L << QVariant();
+    QTest::newRow("no type: -1") << true << uint(REG_NONE) << QByteArray() << -1L << QVariant();
+    QTest::newRow("expandable text: -1") << true << 2u << QByteArray("%HOME%") << -1L << QVariant();
+    QTest::newRow("missing: the registry's code")
+        << false << 0u << QByteArray() << ERROR_FILE_NOT_FOUND << QVariant();
+}
+
+void TestBasRegistry::queryValueEx()
+{
+    QFETCH(bool, exists);
+    QFETCH(uint, type);
+    QFETCH(QByteArray, bytes);
+    QFETCH(long, result);
+    QFETCH(QVariant, value);
+    if (exists)
+        put(*m_reg, HKEY_CURRENT_USER, kGeneral, QStringLiteral("V"), type, bytes);
+    else
+        put(*m_reg, HKEY_CURRENT_USER, kGeneral, QStringLiteral("Other"), REG_SZ, "x");
+    HKEY key = 0;
+    QCOMPARE(m_reg->RegOpenKeyEx(HKEY_CURRENT_USER, kGeneral, &key), ERROR_SUCCESS);
+    QVariant read = QStringLiteral("left from before");
+    QCOMPARE(basRegistry::QueryValueEx(*m_reg, key, QStringLiteral("V"), read), result);
+    QCOMPARE(read.isValid(), value.isValid());
+    QCOMPARE(read, value);
+    m_reg->RegCloseKey(key);
+}
+
+void TestBasRegistry::setValueEx_data()
+{
+    QTest::addColumn<uint>("type");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<uint>("storedType");
+    QTest::addColumn<QByteArray>("storedBytes");
+    QTest::newRow("text: its own length, no NUL")
+        << uint(REG_SZ) << QVariant(QStringLiteral("Courier")) << uint(REG_SZ) << QByteArray("Courier");
+    QTest::newRow("text of a number") << uint(REG_SZ) << QVariant(10.8) << uint(REG_SZ) << QByteArray("10.8");
+    QTest::newRow("empty text") << uint(REG_SZ) << QVariant(QString()) << uint(REG_SZ) << QByteArray("");
+    QTest::newRow("Empty as text") << uint(REG_SZ) << QVariant() << uint(REG_SZ) << QByteArray("");
+    QTest::newRow("UTF-8 text") << uint(REG_SZ) << QVariant(QStringLiteral("M\u00fcller")) << uint(REG_SZ)
+                                << QByteArray("M\xc3\xbcller");
+    QTest::newRow("number: 4 bytes") << uint(REG_DWORD) << QVariant(258) << uint(REG_DWORD)
+                                     << QByteArray("\x02\x01\0\0", 4);
+    QTest::newRow("number from text")
+        << uint(REG_DWORD) << QVariant(QStringLiteral("7")) << uint(REG_DWORD) << QByteArray("\x07\0\0\0", 4);
+    QTest::newRow("bytes: nothing") << uint(REG_BINARY) << QVariant(QStringLiteral("ab")) << 0u
+                                    << QByteArray();
+    QTest::newRow("no type: nothing")
+        << uint(REG_NONE) << QVariant(QStringLiteral("ab")) << 0u << QByteArray();
+    QTest::newRow("expandable text: nothing") << 2u << QVariant(QStringLiteral("ab")) << 0u << QByteArray();
+    QTest::newRow("type 7: nothing") << 7u << QVariant(QStringLiteral("ab")) << 0u << QByteArray();
+}
+
+void TestBasRegistry::setValueEx()
+{
+    QFETCH(uint, type);
+    QFETCH(QVariant, value);
+    QFETCH(uint, storedType);
+    QFETCH(QByteArray, storedBytes);
+    HKEY key = 0;
+    QCOMPARE(m_reg->RegCreateKeyEx(HKEY_CURRENT_USER, kGeneral, &key), ERROR_SUCCESS);
+    QCOMPARE(basRegistry::SetValueEx(*m_reg, key, QStringLiteral("V"), type, value), 0L);
+    m_reg->RegCloseKey(key);
+    const auto [readType, bytes] = stored(*m_reg, HKEY_CURRENT_USER, kGeneral, QStringLiteral("V"));
+    QCOMPARE(readType, uint32_t(storedType));
+    QCOMPARE(bytes, storedBytes);
+}
+
+void TestBasRegistry::setKeyValue_data()
+{
+    QTest::addColumn<QString>("keyName");
+    QTest::addColumn<bool>("result");
+    QTest::addColumn<bool>("written");
+    QTest::newRow("plain") << kGeneral << true << true;
+    QTest::newRow("leading backslash: the same key") << QStringLiteral("\\") + kGeneral << true << true;
+    QTest::newRow("other case: the same key") << kGeneral.toUpper() << true << true;
+    QTest::newRow("empty key name") << QString() << false << false;
+    QTest::newRow("backslash alone") << QStringLiteral("\\") << false << false;
+}
+
+void TestBasRegistry::setKeyValue()
+{
+    QFETCH(QString, keyName);
+    QFETCH(bool, result);
+    QFETCH(bool, written);
+    QCOMPARE(basRegistry::SetKeyValue(*m_reg, HKEY_CURRENT_USER, keyName, QStringLiteral("FontName"),
+                                      QStringLiteral("Courier"), REG_SZ),
+             result);
+    const QVariant v =
+        basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, kGeneral, QStringLiteral("FontName"));
+    QCOMPARE(v.isValid(), written);
+    if (written) {
+        QCOMPARE(v.toString(), QStringLiteral("Courier"));
+        // Every parent was made on the way.
+        QVERIFY(keyExists(*m_reg, HKEY_CURRENT_USER, QStringLiteral("Software\\Kelverd\\Sorrelin\\5.5")));
+    } else {
+        // Nothing at all was written: no key either.
+        QString name;
+        QCOMPARE(m_reg->RegEnumKeyEx(HKEY_CURRENT_USER, 0, &name), ERROR_NO_MORE_ITEMS);
+    }
+}
+
+void TestBasRegistry::refusedWriteStillGivesTrue()
+{
+    // A registry that can't be written: every call is refused, and only a
+    // raised error would give false.
+    Registry refusing(m_home->file(QStringLiteral("no/such/folder/registry.db")));
+    QVERIFY(basRegistry::SetKeyValue(refusing, HKEY_CURRENT_USER, kGeneral, QStringLiteral("A"),
+                                     QStringLiteral("1"), REG_SZ));
+    QVERIFY(!basRegistry::QueryValue(refusing, HKEY_CURRENT_USER, kGeneral, QStringLiteral("A")).isValid());
+    // A value on a root itself is refused too.
+    QVERIFY(basRegistry::SetKeyValue(*m_reg, HKEY_CURRENT_USER, QStringLiteral("\\\\"), QStringLiteral("A"),
+                                     QStringLiteral("1"), REG_SZ));
+    QString name;
+    QCOMPARE(m_reg->RegEnumKeyEx(HKEY_CURRENT_USER, 0, &name), ERROR_NO_MORE_ITEMS);
+}
+
+void TestBasRegistry::numberRoundTrip_data()
+{
+    QTest::addColumn<QVariant>("written");
+    QTest::addColumn<int>("read");
+    QTest::newRow("zero") << QVariant(0) << 0;
+    QTest::newRow("one") << QVariant(1) << 1;
+    QTest::newRow("minus one") << QVariant(-1) << -1;
+    QTest::newRow("largest") << QVariant(INT_MAX) << INT_MAX;
+    QTest::newRow("smallest") << QVariant(INT_MIN) << INT_MIN;
+    QTest::newRow("all bits, unsigned") << QVariant(0xFFFFFFFFu) << -1;
+    QTest::newRow("the sign bit, unsigned") << QVariant(0x80000000u) << INT_MIN;
+}
+
+void TestBasRegistry::numberRoundTrip()
+{
+    QFETCH(QVariant, written);
+    QFETCH(int, read);
+    QVERIFY(basRegistry::SetKeyValue(*m_reg, HKEY_CURRENT_USER, kGeneral, QStringLiteral("N"), written,
+                                     REG_DWORD));
+    const QVariant v = basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, kGeneral, QStringLiteral("N"));
+    QCOMPARE(v.typeId(), QMetaType::Int);
+    QCOMPARE(v.toInt(), read);
+}
+
+void TestBasRegistry::textRoundTrip_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("setting") << "prompt";
+    QTest::newRow("empty") << "";
+    QTest::newRow("path with spaces") << "C:\\Program Files\\Sorrelin";
+    QTest::newRow("beyond Latin-1") << QStringLiteral("\u00c5ngstr\u00f6m \u65e5\u672c");
+    QTest::newRow("line breaks") << "one\rtwo\r\nthree";
+}
+
+void TestBasRegistry::textRoundTrip()
+{
+    QFETCH(QString, text);
+    QVERIFY(basRegistry::SetKeyValue(*m_reg, HKEY_CURRENT_USER, kGeneral, QStringLiteral("T"), text, REG_SZ));
+    const QVariant v = basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, kGeneral, QStringLiteral("T"));
+    QCOMPARE(v.typeId(), QMetaType::QString);
+    QCOMPARE(v.toString(), text);
+}
+
+void TestBasRegistry::twoWritersAtOnceLoseNothing()
+{
+    // Two registries on one file, each in a thread of its own as two
+    // programs would hold it, writing at the same moment under shared and
+    // own keys. The routines don't look at return codes, so a write lost
+    // to the other writer would only show as a missing value.
+    constexpr int kWrites = 150;
+    const QString path = m_reg->path();
+    std::latch start(2);
+    const auto writer = [&](const QString &who) {
+        Registry reg(path);
+        start.arrive_and_wait();
+        for (int i = 0; i < kWrites; ++i) {
+            basRegistry::SetKeyValue(reg, HKEY_CURRENT_USER, kGeneral, who + QString::number(i), i,
+                                     REG_DWORD);
+            basRegistry::SetKeyValue(reg, HKEY_CURRENT_USER,
+                                     QStringLiteral("Shared\\%1\\%2").arg(i % 7).arg(who),
+                                     QStringLiteral("v"), QString::number(i), REG_SZ);
+        }
+    };
+    std::thread a(writer, QStringLiteral("a"));
+    std::thread b(writer, QStringLiteral("b"));
+    a.join();
+    b.join();
+    for (const QString &who : {QStringLiteral("a"), QStringLiteral("b")}) {
+        for (int i = 0; i < kWrites; ++i) {
+            const QVariant v =
+                basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, kGeneral, who + QString::number(i));
+            QVERIFY2(v.isValid(), qPrintable(who + QString::number(i)));
+            QCOMPARE(v.toInt(), i);
+        }
+        for (int k = 0; k < 7; ++k) {
+            const QString key = QStringLiteral("Shared\\%1\\%2").arg(k).arg(who);
+            const int last = kWrites - 1 - ((kWrites - 1 - k) % 7);
+            QCOMPARE(basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, key, QStringLiteral("v")).toString(),
+                     QString::number(last));
+        }
+    }
+    // One key a name: the shared parents weren't made twice.
+    HKEY shared = 0;
+    QCOMPARE(m_reg->RegOpenKeyEx(HKEY_CURRENT_USER, QStringLiteral("Shared\\3"), &shared), ERROR_SUCCESS);
+    QString name;
+    QCOMPARE(m_reg->RegEnumKeyEx(shared, 0, &name), ERROR_SUCCESS);
+    QCOMPARE(name, QStringLiteral("a"));
+    QCOMPARE(m_reg->RegEnumKeyEx(shared, 1, &name), ERROR_SUCCESS);
+    QCOMPARE(name, QStringLiteral("b"));
+    QCOMPARE(m_reg->RegEnumKeyEx(shared, 2, &name), ERROR_NO_MORE_ITEMS);
+    m_reg->RegCloseKey(shared);
+}
+
+void TestBasRegistry::systemRegistryForms()
+{
+    // The forms without a registry use the user's own, in the config folder.
+    QVERIFY(basRegistry::SetKeyValue(HKEY_CURRENT_USER, kGeneral, QStringLiteral("FavoriteID"),
+                                     QStringLiteral("00AB"), REG_SZ));
+    QCOMPARE(basRegistry::QueryValue(HKEY_CURRENT_USER, kGeneral, QStringLiteral("FavoriteID")).toString(),
+             QStringLiteral("00AB"));
+    Registry file(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                  QStringLiteral("/sorrelin/registry.db"));
+    QCOMPARE(
+        basRegistry::QueryValue(file, HKEY_CURRENT_USER, kGeneral, QStringLiteral("FavoriteID")).toString(),
+        QStringLiteral("00AB"));
+    QVERIFY(!basRegistry::SetKeyValue(HKEY_CURRENT_USER, QString(), QStringLiteral("X"), 1, REG_DWORD));
+}
+
+QTEST_GUILESS_MAIN(TestBasRegistry)
+#include "test_basregistry.moc"
