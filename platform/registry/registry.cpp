@@ -73,8 +73,8 @@ Registry &Registry::system()
 {
     // The system's registry lives as long as the process does.
     static const std::unique_ptr<Registry> instance = [] {
-        const QString dir =
-            QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/sorrelin");
+        const QString dir = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                            QStringLiteral("/sorrelin");
         QDir().mkpath(dir);
         const QString file = dir + QStringLiteral("/registry.db");
         const bool fresh = !QFileInfo::exists(file);
