@@ -4,6 +4,7 @@
 #include "platform/events/events.h"
 #include "platform/events/guid.h"
 #include "platform/mapi/folder.h"
+#include "platform/mapi/message.h"
 #include "platform/mapi/tags.h"
 
 namespace navigation {
@@ -33,19 +34,29 @@ int classifyFolder(const mapi::Folder &folder, events::Events &events)
                 return kImageFolderWithAgents;
         }
     } catch (const com::ComError &) {
-        // A folder whose hidden messages can't be read shows no agents.
+        // Agents that can't be listed aren't shown.
     }
     return kImageFolder;
 }
 
 int classifyHandlerField(const QByteArray &handlerField)
 {
-    const QString field = QString::fromLatin1(handlerField);
-    if (field == events::memoryOrderHex(events::kScriptHandler))
+    static const QByteArray script = events::memoryOrderHex(events::kScriptHandler).toLatin1();
+    static const QByteArray routing = events::memoryOrderHex(events::kRoutingHandler).toLatin1();
+    if (handlerField == script)
         return kImageScriptAgent;
-    if (field == events::memoryOrderHex(events::kRoutingHandler))
+    if (handlerField == routing)
         return kImageRoutingAgent;
     return kImageOtherAgent;
+}
+
+int classifyBindingMessage(const mapi::Message &message)
+{
+    try {
+        return classifyHandlerField(message.Fields(mapi::PR_HANDLER).Value().toByteArray());
+    } catch (const com::ComError &) {
+        return kImageOtherAgent;
+    }
 }
 
 } // namespace navigation

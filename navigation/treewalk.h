@@ -15,25 +15,32 @@ namespace navigation {
 /// One node of the folder tree as a refresh builds it.
 struct TreeNode {
     QString parentKey; ///< empty for the root
-    QString key;
+    QString key;       ///< "root", a store's name, a folder's or agent message's ID
     QString text;
-    QString tag;
-    int image = 0;
-    int depth = 0;
+    QString tag;   ///< the StoreID behind the node; empty for the root
+    int image = 0; ///< the node's kind, see nodekinds.h
+    int depth = 0; ///< 0 the root, 1 a store, 2 a store's top folders, ...
+    QString path;  ///< below the root: "\Mailbox - Alice Admin\Inbox\Auto Reply"; "" for the root
 };
 
-/// Walks the session's stores as the tree's refresh does: the root, the
-/// stores of the mail server's provider, their folders depth first, and,
-/// with `withAgents`, the agents of every folder that holds binding messages.
-/// Nodes come in the order they are added.
+/// Walks a logged-on session as the tree's refresh does, and gives the
+/// nodes in display order: the root; the stores of provider
+/// "Microsoft Exchange Server" in the session's order, their folders depth
+/// first, each classified; and, with `withAgents`, the agents of every
+/// folder of image 7. Siblings are sorted by text, case ignored; equal texts
+/// keep the order in which they were added. As in the tree, a node whose key
+/// is already there is not added again (its subfolders go below the node
+/// that has the key), and a step that fails is passed over.
 QVector<TreeNode> walkTree(mapi::Session &session, events::Events &events, bool withAgents);
 
-/// The same nodes in display order (children sorted by text, case ignored),
-/// each with its path below the root ("\Mailbox - Alice Admin\Inbox").
+/// A node and its path below the root.
 struct DisplayNode {
     TreeNode node;
     QString path;
 };
+
+/// Nodes in display order, as `walkTree` gives them, from nodes in any order
+/// in which parents come before their children.
 QVector<DisplayNode> displayOrder(const QVector<TreeNode> &nodes);
 
 /// The provider whose stores the tree shows.

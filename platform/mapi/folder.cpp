@@ -5,8 +5,10 @@
 namespace mapi {
 
 namespace {
-const QString kSelect = QStringLiteral("SELECT f.id, f.store, f.entry_id, s.store_id, f.name, "
-                                       "COALESCE(a.access, f.access), f.event_source, s.host"
+// The user's own access row, if there is one, overrides the folder's.
+const QString kSelect = QStringLiteral("SELECT f.id, f.store, f.entry_id, s.store_id, f.name,"
+                                       " COALESCE(a.access, f.access), f.event_source, s.host,"
+                                       " (SELECT COUNT(*) FROM folders c WHERE c.parent = f.id)"
                                        " FROM folders f JOIN stores s ON s.id = f.store"
                                        " LEFT JOIN folder_access a ON a.folder = f.id AND a.user = ?");
 } // namespace
@@ -14,11 +16,8 @@ const QString kSelect = QStringLiteral("SELECT f.id, f.store, f.entry_id, s.stor
 QVector<Folder> queryFolders(const StatePtr &state, const QString &where, const QVariantList &values)
 {
     QSqlQuery &q =
-        state->query(kSelect + QStringLiteral(" WHERE ") + where + QStringLiteral(" ORDER BY f.seq, f.id"));
-    q.addBindValue(state->user);
-    for (const QVariant &v : values)
-        q.addBindValue(v);
-    state->db->exec(q);
+        state->run(kSelect + QStringLiteral(" WHERE ") + where + QStringLiteral(" ORDER BY f.seq, f.id"),
+                   QVariantList{state->user} + values);
     QVector<Folder> folders;
     while (q.next()) {
         Folder::Row r;
@@ -30,6 +29,7 @@ QVector<Folder> queryFolders(const StatePtr &state, const QString &where, const 
         r.access = q.value(5).toInt();
         r.eventSource = q.value(6).toInt() != 0;
         r.host = q.value(7).toString();
+        r.subfolders = q.value(8).toInt();
         folders.append(Folder(state, std::move(r)));
     }
     return folders;
@@ -39,6 +39,10 @@ Folder::Folder(StatePtr state, Row row) : m_state(std::move(state)), m_row(std::
 
 FolderList Folder::Folders() const
 {
+    if (m_row.subfolders == 0) {
+        m_state->check();
+        return FolderList({});
+    }
     return FolderList(queryFolders(m_state, QStringLiteral("f.parent = ?"), {m_row.row}));
 }
 
@@ -56,26 +60,24 @@ MessageList Folder::HiddenMessages() const
 
 QVariant Folder::Fields(uint32_t tag) const
 {
+    m_state->check();
     if (tag == PR_ACCESS)
         return m_row.access;
-    throw com::ComError(com::err::NotFound, QStringLiteral("Collaboration Data Objects"),
-                        QStringLiteral("[Collaboration Data Objects - [MAPI_E_NOT_FOUND(8004010F)]] "
-                                       "The folder has no property %1.")
-                            .arg(tagKey(tag)));
+    throw notFound(QStringLiteral("The folder has no property %1.").arg(tagKey(tag)));
 }
 
 qint64 Folder::parentRow() const
 {
-    return m_state->db
-        ->scalar(QStringLiteral("SELECT COALESCE(parent, 0) FROM folders WHERE id = ?"), {m_row.row})
-        .toLongLong();
+    QSqlQuery &q = m_state->run(QStringLiteral("SELECT parent FROM folders WHERE id = ?"), {m_row.row});
+    const qint64 parent = q.next() ? q.value(0).toLongLong() : 0;
+    q.finish();
+    return parent;
 }
 
 Folder FolderList::Item(int index) const
 {
     if (index < 1 || index > m_folders.size())
-        throw com::ComError(com::err::NotFound, QStringLiteral("Collaboration Data Objects"),
-                            QStringLiteral("Index %1 is out of range.").arg(index));
+        throw notFound(QStringLiteral("The collection has no item %1.").arg(index));
     return m_folders.at(index - 1);
 }
 

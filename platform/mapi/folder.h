@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/mapi/message.h"
+#include "platform/mapi/messagelist.h"
 #include "platform/mapi/sessionstate.h"
 
 #include <QString>
@@ -13,9 +13,12 @@ namespace mapi {
 
 class FolderList;
 
-/// A folder of a message store. A folder keeps what it was listed with
-/// (name, rights, whether it has an event source): a snapshot, as the
-/// objects of a session are.
+/// A folder of a message store. A handle carries the columns it was listed
+/// with (name, the user's rights, whether it has an event source, the
+/// store's host and whether it has subfolders), so walking thousands of
+/// folders costs one query per folder that has subfolders: a snapshot, as
+/// the objects of a session are. Its messages are read afresh by each
+/// `Messages` and `HiddenMessages` collection.
 class Folder {
 public:
     struct Row {
@@ -24,9 +27,10 @@ public:
         QString id;
         QString storeId;
         QString name;
-        int access = 0;
+        int access = 0; ///< PR_ACCESS of the session's user
         bool eventSource = false;
-        QString host;
+        QString host;       ///< the event service host of the folder's store
+        int subfolders = 0; ///< how many subfolders it had when listed
     };
 
     Folder(StatePtr state, Row row);
@@ -35,11 +39,13 @@ public:
     QString ID() const { return m_row.id; }
     QString StoreID() const { return m_row.storeId; }
 
+    /// The subfolders, in the store's order.
     FolderList Folders() const;
     MessageList Messages() const;
     MessageList HiddenMessages() const;
 
-    /// A folder property: PR_ACCESS (the logged-on user's rights) as a number.
+    /// A folder property: PR_ACCESS (0x0FF40003), the session user's rights,
+    /// as an int. Any other tag raises 0x8004010F.
     QVariant Fields(uint32_t tag) const;
 
     /// The parent folder's row, 0 for a store's root folder.
@@ -53,13 +59,13 @@ private:
     Row m_row;
 };
 
-/// The subfolders of a folder, in the store's order.
+/// The subfolders of a folder.
 class FolderList {
 public:
     explicit FolderList(QVector<Folder> folders) : m_folders(std::move(folders)) {}
 
     int Count() const { return static_cast<int>(m_folders.size()); }
-    /// From 1.
+    /// From 1; an index outside 1 to Count raises 0x8004010F.
     Folder Item(int index) const;
     auto begin() const { return m_folders.begin(); }
     auto end() const { return m_folders.end(); }
@@ -68,7 +74,9 @@ private:
     QVector<Folder> m_folders;
 };
 
-/// Reads one folder by the condition `where` ("f.id = ?", ...).
+/// The folders that meet `where` (on the folder as `f`, its store as `s`:
+/// "f.parent = ?"), in the store's order, read with their rights for the
+/// session's user.
 QVector<Folder> queryFolders(const StatePtr &state, const QString &where, const QVariantList &values);
 
 } // namespace mapi

@@ -1,13 +1,12 @@
 #include "platform/mapi/profiles.h"
 
-#include "platform/com/comerror.h"
+#include "platform/mapi/sessionstate.h"
 #include "platform/registry/registry.h"
+#include "platform/store/database.h"
 #include "platform/store/fixture.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QStandardPaths>
 
 namespace mapi {
@@ -16,20 +15,67 @@ using namespace registry;
 
 namespace {
 
-QString readString(Registry &reg, HKEY key, const QString &name)
-{
-    QByteArray data;
-    uint32_t size = 0;
-    if (reg.RegQueryValueEx(key, name, nullptr, nullptr, &size) != ERROR_SUCCESS)
-        return QString();
-    if (reg.RegQueryValueEx(key, name, nullptr, &data, &size) != ERROR_SUCCESS)
-        return QString();
-    return QString::fromUtf8(data);
-}
+const QString kUser = QStringLiteral("User");
+const QString kStore = QStringLiteral("Store");
+const QString kDefault = QStringLiteral("DefaultProfile");
 
-void writeString(Registry &reg, HKEY key, const QString &name, const QString &value)
+/// An open key, closed when it goes.
+class Key {
+public:
+    Key(Registry &reg, const QString &path, bool create) : m_reg(reg)
+    {
+        const long rc = create ? reg.RegCreateKeyEx(HKEY_CURRENT_USER, path, &m_key)
+                               : reg.RegOpenKeyEx(HKEY_CURRENT_USER, path, &m_key);
+        m_open = rc == ERROR_SUCCESS;
+    }
+    ~Key()
+    {
+        if (m_open)
+            m_reg.RegCloseKey(m_key);
+    }
+    Key(const Key &) = delete;
+    Key &operator=(const Key &) = delete;
+
+    bool isOpen() const { return m_open; }
+
+    /// A REG_SZ value; empty when there is none.
+    QString text(const QString &name) const
+    {
+        uint32_t size = 0;
+        if (m_reg.RegQueryValueEx(m_key, name, nullptr, nullptr, &size) != ERROR_SUCCESS)
+            return QString();
+        QByteArray data;
+        if (m_reg.RegQueryValueEx(m_key, name, nullptr, &data, &size) != ERROR_SUCCESS)
+            return QString();
+        QString value = QString::fromUtf8(data.left(size));
+        while (value.endsWith(QChar(u'\0')))
+            value.chop(1);
+        return value;
+    }
+
+    bool setText(const QString &name, const QString &value)
+    {
+        return m_reg.RegSetValueEx(m_key, name, REG_SZ, value.toUtf8()) == ERROR_SUCCESS;
+    }
+
+    QStringList subKeys() const
+    {
+        QStringList names;
+        QString name;
+        for (uint32_t i = 0; m_reg.RegEnumKeyEx(m_key, i, &name) == ERROR_SUCCESS; ++i)
+            names << name;
+        return names;
+    }
+
+private:
+    Registry &m_reg;
+    HKEY m_key = 0;
+    bool m_open = false;
+};
+
+QString profileKey(const QString &name)
 {
-    reg.RegSetValueEx(key, name, REG_SZ, value.toUtf8());
+    return profilesKey() + QLatin1Char('\\') + name;
 }
 
 } // namespace
@@ -45,75 +91,54 @@ QString demoProfileName()
     return QStringLiteral("Demo");
 }
 
-ProfileChoice profileChoice()
+ui::ProfileChoice profileChoice()
 {
-    Registry &reg = Registry::system();
-    ProfileChoice choice;
-    HKEY key = 0;
-    if (reg.RegOpenKeyEx(HKEY_CURRENT_USER, profilesKey(), &key) == ERROR_SUCCESS) {
-        QString name;
-        for (uint32_t i = 0; reg.RegEnumKeyEx(key, i, &name) == ERROR_SUCCESS; ++i)
-            choice.dialog.profiles << name;
-        choice.dialog.defaultProfile = readString(reg, key, QStringLiteral("DefaultProfile"));
-        reg.RegCloseKey(key);
+    ui::ProfileChoice choice;
+    const Key key(Registry::system(), profilesKey(), false);
+    if (key.isOpen()) {
+        choice.profiles = key.subKeys();
+        choice.defaultProfile = key.text(kDefault);
     }
-    if (choice.dialog.profiles.isEmpty()) {
-        choice.dialog.offerDemo = true;
-        choice.dialog.demoProfile = demoProfileName();
+    if (choice.profiles.isEmpty()) {
+        choice.offerDemo = true;
+        choice.demoProfile = demoProfileName();
     }
     return choice;
 }
 
 Profile readProfile(const QString &name)
 {
-    Registry &reg = Registry::system();
-    HKEY key = 0;
-    if (name.isEmpty() || name.contains(QLatin1Char('\\')) ||
-        reg.RegOpenKeyEx(HKEY_CURRENT_USER, profilesKey() + QLatin1Char('\\') + name, &key) != ERROR_SUCCESS)
-        throw com::ComError(com::err::NotFound, QStringLiteral("Collaboration Data Objects"),
-                            QStringLiteral("[Collaboration Data Objects - [MAPI_E_NOT_FOUND(8004010F)]] "
-                                           "There is no profile named \"%1\".")
-                                .arg(name));
-    Profile p;
-    p.name = name;
-    p.user = readString(reg, key, QStringLiteral("User"));
-    p.store = readString(reg, key, QStringLiteral("Store"));
-    reg.RegCloseKey(key);
-    return p;
+    const Key key(Registry::system(), profileKey(name), false);
+    if (name.isEmpty() || name.contains(QLatin1Char('\\')) || !key.isOpen())
+        throw notFound(QStringLiteral("There is no profile named \"%1\".").arg(name));
+    return Profile{name, key.text(kUser), key.text(kStore)};
 }
 
 void writeProfile(const Profile &profile)
 {
     Registry &reg = Registry::system();
-    HKEY key = 0;
-    if (reg.RegCreateKeyEx(HKEY_CURRENT_USER, profilesKey() + QLatin1Char('\\') + profile.name, &key) !=
-        ERROR_SUCCESS)
-        throw com::ComError(com::err::CallFailed, QStringLiteral("Collaboration Data Objects"),
+    Key key(reg, profileKey(profile.name), true);
+    if (profile.name.isEmpty() || profile.name.contains(QLatin1Char('\\')) || !key.isOpen() ||
+        !key.setText(kUser, profile.user) || !key.setText(kStore, profile.store))
+        throw com::ComError(com::err::CallFailed, kCdoSource,
                             QStringLiteral("The profile \"%1\" could not be recorded.").arg(profile.name));
-    writeString(reg, key, QStringLiteral("User"), profile.user);
-    writeString(reg, key, QStringLiteral("Store"), profile.store);
-    reg.RegCloseKey(key);
-    if (reg.RegOpenKeyEx(HKEY_CURRENT_USER, profilesKey(), &key) == ERROR_SUCCESS) {
-        writeString(reg, key, QStringLiteral("DefaultProfile"), profile.name);
-        reg.RegCloseKey(key);
-    }
+    Key profiles(reg, profilesKey(), true);
+    if (profiles.isOpen())
+        profiles.setText(kDefault, profile.name);
 }
 
 void makeDemoProfile(const QString &name)
 {
     const QString dir =
         QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/sorrelin");
-    QDir().mkpath(dir);
+    if (!QDir().mkpath(dir))
+        throw com::ComError(
+            com::err::PathNotFound, kCdoSource,
+            QStringLiteral("The folder %1 could not be made.").arg(QDir::toNativeSeparators(dir)));
     const QString storePath = dir + QLatin1Char('/') + name + QStringLiteral(".db");
-    const QString fixture = QStringLiteral(SORRELIN_SHARE_DIR "/demo.json");
     if (!QFileInfo::exists(storePath))
-        store::loadFixture(fixture, storePath);
-    QFile file(fixture);
-    QString user = QStringLiteral("Alice Admin");
-    if (file.open(QIODevice::ReadOnly)) {
-        const QJsonObject root = QJsonDocument::fromJson(file.readAll()).object();
-        user = root.value(QStringLiteral("user")).toString(user);
-    }
+        store::loadFixture(QStringLiteral(SORRELIN_SHARE_DIR "/demo.json"), storePath);
+    const QString user = store::Database::open(storePath)->meta(QStringLiteral("user"));
     writeProfile(Profile{name, user, storePath});
 }
 

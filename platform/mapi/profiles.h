@@ -7,33 +7,33 @@
 namespace mapi {
 
 /// A mail profile: a name for a user on a store. Profiles are kept in the
-/// registry under the current user, one key each.
+/// registry as the mail system keeps them: one key each under
+/// HKEY_CURRENT_USER `profilesKey()`, with REG_SZ values "User" and "Store"
+/// (the store file's path), and "DefaultProfile" on the Profiles key.
 struct Profile {
     QString name;
     QString user;
-    QString store; ///< path of the store file
+    QString store;
 };
 
 /// The key under HKEY_CURRENT_USER that holds the profiles.
 QString profilesKey();
 
-/// What the profile dialog offers now.
-struct ProfileChoice {
-    ui::ProfileChoice dialog;
-};
-ProfileChoice profileChoice();
+/// The demo profile's name.
+QString demoProfileName();
 
-/// Reads a profile; raises when there is no such profile.
+/// What the profile dialog offers now: the known profiles and the default
+/// one; with no profile at all, the demo profile.
+ui::ProfileChoice profileChoice();
+
+/// Reads a profile; raises 0x8004010F when there is no such profile.
 Profile readProfile(const QString &name);
 
 /// Records a profile and makes it the default one.
 void writeProfile(const Profile &profile);
 
-/// The demo profile's name.
-QString demoProfileName();
-
-/// Makes the demo store from the demo fixture (if not made before) and
-/// records the demo profile on it.
+/// Makes the demo store from the demo fixture, in the user's data folder
+/// (unless it is there already), and records the profile `name` on it.
 void makeDemoProfile(const QString &name);
 
 } // namespace mapi

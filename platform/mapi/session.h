@@ -1,7 +1,10 @@
 #pragma once
 
+#include "platform/mapi/field.h"
 #include "platform/mapi/folder.h"
+#include "platform/mapi/infostore.h"
 #include "platform/mapi/message.h"
+#include "platform/mapi/messagelist.h"
 #include "platform/mapi/sessionstate.h"
 #include "platform/mapi/tags.h"
 
@@ -14,47 +17,44 @@ class Prompter;
 
 namespace mapi {
 
-/// A message store of the profile.
-class InfoStore {
-public:
-    InfoStore(StatePtr state, qint64 row, QString id, QString name, QString provider);
-
-    QString Name() const { return m_name; }
-    QString ID() const { return m_id; }
-    QString ProviderName() const { return m_provider; }
-    Folder RootFolder() const;
-
-private:
-    StatePtr m_state;
-    qint64 m_row;
-    QString m_id, m_name, m_provider;
-};
-
 /// The mail session: logged on to one profile, whose store it reads and
-/// writes for one user.
+/// writes for one user. Every object it gives out shares its state; after
+/// `Logoff` they all raise 0x80040111.
 class Session {
 public:
+    /// `prompter` shows the profile dialog of `Logon()`.
     explicit Session(ui::Prompter &prompter);
     ~Session();
+    Session(const Session &) = delete;
+    Session &operator=(const Session &) = delete;
 
-    /// Shows the profile dialog; Cancel raises 0x80040113.
+    /// Shows the profile dialog and logs on to the chosen profile; Cancel
+    /// raises 0x80040113. With no profile yet the dialog offers the demo
+    /// profile, which is then made. A store that can't be opened raises the
+    /// store's error.
     void Logon();
-    /// Logs on to a profile by name, without a dialog.
+    /// Logs on to a profile by name, without a dialog; an unknown profile
+    /// raises 0x8004010F.
     void Logon(const QString &profileName);
-    /// Logs on to a store file directly, as `user` (tools and tests).
+    /// Logs on to a store file directly, as `user` (the store's own user
+    /// when empty); for tools and tests.
     void LogonStore(const QString &storePath, const QString &user = QString());
     void Logoff();
 
+    /// The user's display name.
     QString CurrentUser() const;
+    /// The profile's name.
     QString Name() const;
+    /// The version of the object library.
     QString Version() const;
-    /// The session object that the event configuration objects take.
+    /// The session object that events::Events::SetSession takes.
     StatePtr MAPIOBJECT() const;
 
+    /// The stores of the profile, in the profile's order.
     QVector<InfoStore> InfoStores() const;
-    /// A folder or message by its identifiers; an empty store identifier
-    /// looks in every store. An identifier that names nothing raises
-    /// 0x8004010F.
+    /// A folder or message by its identifiers; an empty (Null) store
+    /// identifier looks in every store. An identifier that names nothing
+    /// there raises 0x8004010F.
     Folder GetFolder(const QString &id, const QString &storeId) const;
     Message GetMessage(const QString &id, const QString &storeId) const;
 

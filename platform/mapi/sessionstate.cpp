@@ -1,16 +1,6 @@
 #include "platform/mapi/sessionstate.h"
 
-#include "platform/mapi/tags.h"
-
 namespace mapi {
-
-QString tagKey(uint32_t tag)
-{
-    return QStringLiteral("0x%1")
-        .arg(tag, 8, 16, QLatin1Char('0'))
-        .toUpper()
-        .replace(QLatin1String("0X"), QLatin1String("0x"));
-}
 
 QSqlQuery &SessionState::query(const QString &sql)
 {
@@ -22,17 +12,35 @@ QSqlQuery &SessionState::query(const QString &sql)
     return *it;
 }
 
+QSqlQuery &SessionState::run(const QString &sql, const QVariantList &values)
+{
+    QSqlQuery &q = query(sql);
+    for (const QVariant &v : values)
+        q.addBindValue(v);
+    db->exec(q);
+    return q;
+}
+
 void SessionState::check() const
 {
     if (!loggedOn || !db)
-        throw com::ComError(com::err::NotLoggedOn, QStringLiteral("Collaboration Data Objects"),
-                            QStringLiteral("The session is not logged on."));
+        throw com::ComError(com::err::NotLoggedOn, kCdoSource,
+                            QStringLiteral("[Collaboration Data Objects - [MAPI_E_NOT_INITIALIZED(80040111)]]"
+                                           " The session is not logged on."));
+}
+
+void SessionState::close()
+{
+    loggedOn = false;
+    // The statements belong to the store's connection and must go first.
+    m_queries.clear();
+    db.reset();
 }
 
 com::ComError notFound(const QString &what)
 {
     return com::ComError(
-        com::err::NotFound, QStringLiteral("Collaboration Data Objects"),
+        com::err::NotFound, kCdoSource,
         QStringLiteral("[Collaboration Data Objects - [MAPI_E_NOT_FOUND(8004010F)]] %1").arg(what));
 }
 

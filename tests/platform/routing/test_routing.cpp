@@ -1,105 +1,243 @@
-#include "platform/mapi/session.h"
+// The routing objects over a message: its route map, its process instance
+// state and its vote tracking records.
 #include "platform/routing/routing.h"
-#include "platform/store/database.h"
-#include "platform/store/fixture.h"
-#include "platform/ui/scriptedprompter.h"
-#include "tests/support/testenv.h"
+#include "tests/platform/mapi/storekit.h"
 
 #include <QtTest>
+
+using testkit::errorOf;
+using testkit::StoreKit;
+
+namespace {
+
+const QByteArray kFixture = R"({
+  "user": "Tess Tester",
+  "hosts": [ { "name": "H1", "handlers": [] } ],
+  "stores": [ { "name": "Mailbox - Tess Tester", "host": "H1", "folders": [
+    { "name": "Approvals",
+      "agents": [ { "name": "Router", "handler": "{69E64151-B371-11D0-BCD9-00AA00C1AB1C}", "mask": 15 } ],
+      "hidden": [ { "subject": "Routing Map Message", "class": "IPM.Note", "fields": { "RouteType": "Serial" },
+                    "map": [
+        { "activity": "10", "action": "Send", "flags": "0", "args": [ "Manager", "Approve" ] },
+        { "activity": "20", "action": "Wait", "flags": "1", "args": [] },
+        { "activity": "30", "action": "Consolidate", "flags": "2",
+          "args": [ "a", "b", "c", "d", "e", "f", "g", "h" ] } ] } ],
+      "messages": [
+        { "subject": "Trip to Lyon", "received": "2026-03-01 10:00:00",
+          "instance": { "rui": 1001, "status": "Running", "row": 2 },
+          "map": [ { "activity": "99", "action": "Own", "flags": "", "args": [ "x" ] } ],
+          "votes": [ { "name": "Carol Clerk", "status": "Approve", "at": "2026-03-02 09:00:00" },
+                     { "name": "Dan Dispatch", "status": "Reject", "at": "2026-03-02 10:00:00" },
+                     { "name": "Eve Editor", "status": "  ", "at": "" },
+                     { "name": "Fay Finance", "status": "approve", "at": "2026-03-03 11:00:00" } ] },
+        { "subject": "Team lunch", "received": "2026-03-05 12:00:00" },
+        { "subject": "Second trip", "received": "2026-03-06 12:00:00",
+          "instance": { "rui": 1002, "status": "Done", "row": 3 } } ] } ] } ] })";
+
+const QString kFolder = QStringLiteral("\\Mailbox - Tess Tester\\Approvals");
+
+} // namespace
 
 class TestRouting : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void map();
-    void mapOfAMessageWithoutOne();
-    void processInstance();
-    void tracking();
+    void initTestCase() { m_kit = std::make_unique<StoreKit>(kFixture); }
+    void cleanupTestCase() { m_kit.reset(); }
+    void mapRows_data();
+    void mapRows();
+    void mapOnAMessage_data();
+    void mapOnAMessage();
+    void mapRowOutsideTheMap_data();
+    void mapRowOutsideTheMap();
+    void processInstances();
+    void instanceWithNothingAttached();
+    void trackingRecords_data();
+    void trackingRecords();
+    void trackingOfAMessageThatIsNoVote();
+    void trackingRecordOutside_data();
+    void trackingRecordOutside();
 
 private:
-    mapi::Message message(const QString &folderName, const QString &subject, bool hidden);
-    testsupport::TestHome m_home;
-    ui::ScriptedPrompter m_prompter;
-    mapi::Session m_session{m_prompter};
+    mapi::Message mapMessage()
+    {
+        return m_kit->hidden(kFolder, QStringLiteral("Routing Map Message"), QStringLiteral("IPM.Note"));
+    }
+    std::unique_ptr<StoreKit> m_kit;
 };
 
-void TestRouting::initTestCase()
+void TestRouting::mapRows_data()
 {
-    const QString path = m_home.file(QStringLiteral("demo.db"));
-    store::loadFixture(testsupport::sourceDir() + QStringLiteral("/share/demo.json"), path);
-    m_session.LogonStore(path);
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QString>("activity");
+    QTest::addColumn<QString>("action");
+    QTest::addColumn<QString>("flags");
+    QTest::addColumn<QStringList>("args");
+    QTest::newRow("row 0") << 0 << "10"
+                           << "Send"
+                           << "0" << QStringList{"Manager", "Approve"};
+    QTest::newRow("no arguments") << 1 << "20"
+                                  << "Wait"
+                                  << "1" << QStringList{};
+    QTest::newRow("eight arguments") << 2 << "30"
+                                     << "Consolidate"
+                                     << "2" << QStringList{"a", "b", "c", "d", "e", "f", "g", "h"};
 }
 
-mapi::Message TestRouting::message(const QString &folderName, const QString &subject, bool hidden)
+void TestRouting::mapRows()
 {
-    const qint64 row =
-        m_session.MAPIOBJECT()
-            ->db
-            ->scalar(QStringLiteral("SELECT m.id FROM messages m JOIN folders f ON f.id = m.folder"
-                                    " WHERE f.name = ? AND m.subject = ? AND m.hidden = ?"),
-                     {folderName, subject, hidden ? 1 : 0})
-            .toLongLong();
-    return mapi::loadMessage(m_session.MAPIOBJECT(), row);
-}
-
-void TestRouting::map()
-{
+    QFETCH(int, index);
+    QFETCH(QString, activity);
+    QFETCH(QString, action);
+    QFETCH(QString, flags);
+    QFETCH(QStringList, args);
     routing::Map map;
-    map.attach(message(QStringLiteral("Expense Approvals"), QStringLiteral("Routing Map Message"), true));
+    map.attach(mapMessage());
     map.Open(0);
-    QCOMPARE(map.RowCount(), 5);
-    const routing::MapRow row = map.Row(3);
-    QCOMPARE(row.ActivityID(), QStringLiteral("40"));
-    QCOMPARE(row.Action(), QStringLiteral("Send"));
-    int count = 0;
-    QStringList args;
-    row.GetArgs(count, args);
-    QCOMPARE(count, 8);
-    QCOMPARE(args.last(), QStringLiteral("Extra"));
-    map.Row(4).GetArgs(count, args);
-    QCOMPARE(count, 0);
-    QVERIFY_THROWS_EXCEPTION(com::ComError, map.Row(5));
+    QCOMPARE(map.RowCount(), 3);
+    const routing::MapRow row = map.Row(index);
+    QCOMPARE(row.ActivityID(), activity);
+    QCOMPARE(row.Action(), action);
+    QCOMPARE(row.Flags(), flags);
+    int count = -1;
+    QStringList read{QStringLiteral("left over")};
+    row.GetArgs(count, read);
+    QCOMPARE(count, args.size());
+    QCOMPARE(read, args);
 }
 
-void TestRouting::mapOfAMessageWithoutOne()
+void TestRouting::mapOnAMessage_data()
 {
-    routing::Map map;
-    map.Open(0); // nothing attached: an empty map
-    QCOMPARE(map.RowCount(), 0);
-    map.attach(message(QStringLiteral("Expense Approvals"), QStringLiteral("Team lunch receipts"), false));
-    map.Open(0);
-    QCOMPARE(map.RowCount(), 0);
+    QTest::addColumn<QString>("attached"); // empty: nothing attached
+    QTest::addColumn<int>("rows");
+    QTest::newRow("the folder's map message") << "Routing Map Message" << 3;
+    QTest::newRow("a work item's own map") << "Trip to Lyon" << 1;
+    QTest::newRow("a message with no map") << "Team lunch" << 0;
+    QTest::newRow("the agent's binding message") << "Router" << 0;
+    QTest::newRow("nothing attached") << "" << 0;
 }
 
-void TestRouting::processInstance()
+void TestRouting::mapOnAMessage()
+{
+    QFETCH(QString, attached);
+    QFETCH(int, rows);
+    routing::Map map;
+    if (attached == QLatin1String("Routing Map Message"))
+        map.attach(mapMessage());
+    else if (attached == QLatin1String("Router"))
+        map.attach(m_kit->hidden(kFolder, attached));
+    else if (!attached.isEmpty())
+        map.attach(m_kit->message(kFolder, attached));
+    QCOMPARE(map.RowCount(), 0); // nothing before Open
+    map.Open(0);
+    QCOMPARE(map.RowCount(), rows);
+}
+
+void TestRouting::mapRowOutsideTheMap_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::newRow("-1") << -1;
+    QTest::newRow("the count") << 3;
+}
+
+void TestRouting::mapRowOutsideTheMap()
+{
+    QFETCH(int, index);
+    routing::Map map;
+    map.attach(mapMessage());
+    map.Open(0);
+    QCOMPARE(errorOf([&] { map.Row(index); }), com::err::SubscriptOutOfRange);
+}
+
+void TestRouting::processInstances()
+{
+    // One object for a whole listing, newest first, as the list reads them.
+    mapi::MessageList messages = m_kit->folder(kFolder).Messages();
+    messages.Sort(2, mapi::PR_MESSAGE_DELIVERY_TIME);
+    routing::ProcessInstance instance;
+    QStringList rows;
+    for (const mapi::Message &m : messages) {
+        instance.attach(m);
+        const int32_t error = errorOf([&] { instance.Open(); });
+        rows << QStringLiteral("%1|%2|%3|%4|%5")
+                    .arg(m.Subject())
+                    .arg(error == 0 ? QStringLiteral("ok")
+                                    : QString::number(static_cast<uint32_t>(error), 16))
+                    .arg(instance.RUI())
+                    .arg(instance.Status())
+                    .arg(instance.CurrentRow());
+    }
+    // The message that is no instance raises; its status is empty and the
+    // numbers are those read last.
+    QCOMPARE(rows, (QStringList{"Second trip|ok|1002|Done|3", "Team lunch|8004010f|1002||3",
+                                "Trip to Lyon|ok|1001|Running|2"}));
+}
+
+void TestRouting::instanceWithNothingAttached()
 {
     routing::ProcessInstance instance;
-    instance.attach(message(QStringLiteral("Expense Approvals"), QStringLiteral("Trip to Lyon"), false));
-    instance.Open();
-    QCOMPARE(instance.RUI(), 1001);
-    QCOMPARE(instance.Status(), QStringLiteral("Running"));
-    QCOMPARE(instance.CurrentRow(), 2);
-    instance.attach(
-        message(QStringLiteral("Expense Approvals"), QStringLiteral("Team lunch receipts"), false));
-    QVERIFY_THROWS_EXCEPTION(com::ComError, instance.Open());
-    // The numbers read last stay.
-    QCOMPARE(instance.RUI(), 1001);
+    QCOMPARE(errorOf([&] { instance.Open(); }), com::err::InvalidParameter);
+    QCOMPARE(instance.RUI(), 0);
+    QCOMPARE(instance.Status(), QString());
+    QCOMPARE(instance.CurrentRow(), 0);
 }
 
-void TestRouting::tracking()
+void TestRouting::trackingRecords_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("status");
+    QTest::addColumn<QString>("time");
+    QTest::newRow("1") << 1 << "Carol Clerk"
+                       << "Approve"
+                       << "2026-03-02 09:00:00";
+    QTest::newRow("2") << 2 << "Dan Dispatch"
+                       << "Reject"
+                       << "2026-03-02 10:00:00";
+    QTest::newRow("blanks come as they are") << 3 << "Eve Editor"
+                                             << "  "
+                                             << "";
+    QTest::newRow("small letters come as they are") << 4 << "Fay Finance"
+                                                    << "approve"
+                                                    << "2026-03-03 11:00:00";
+}
+
+void TestRouting::trackingRecords()
+{
+    QFETCH(int, index);
+    QFETCH(QString, name);
+    QFETCH(QString, status);
+    QFETCH(QString, time);
+    routing::Tracking tracking;
+    tracking.attach(m_kit->message(kFolder, QStringLiteral("Trip to Lyon")));
+    QCOMPARE(tracking.RecordCount(), 4);
+    const routing::TrackingRecord r = tracking.Record(index);
+    QCOMPARE(r.Name, name);
+    QCOMPARE(r.Status, status);
+    QCOMPARE(r.Time, time);
+}
+
+void TestRouting::trackingOfAMessageThatIsNoVote()
 {
     routing::Tracking tracking;
-    tracking.attach(message(QStringLiteral("Expense Approvals"), QStringLiteral("Trip to Lyon"), false));
-    QCOMPARE(tracking.RecordCount(), 4);
-    QCOMPARE(tracking.Record(1).Name, QStringLiteral("Carol Clerk"));
-    QCOMPARE(tracking.Record(1).Status, QStringLiteral("Approve"));
-    QCOMPARE(tracking.Record(3).Status, QStringLiteral("  "));
-    QCOMPARE(tracking.Record(4).Status, QStringLiteral("approve"));
-    QVERIFY_THROWS_EXCEPTION(com::ComError, tracking.Record(0));
-    tracking.attach(
-        message(QStringLiteral("Expense Approvals"), QStringLiteral("Team lunch receipts"), false));
+    tracking.attach(m_kit->message(kFolder, QStringLiteral("Trip to Lyon")));
+    tracking.attach(m_kit->message(kFolder, QStringLiteral("Team lunch")));
     QCOMPARE(tracking.RecordCount(), 0);
+}
+
+void TestRouting::trackingRecordOutside_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::newRow("0") << 0;
+    QTest::newRow("one past the end") << 5;
+}
+
+void TestRouting::trackingRecordOutside()
+{
+    QFETCH(int, index);
+    routing::Tracking tracking;
+    tracking.attach(m_kit->message(kFolder, QStringLiteral("Trip to Lyon")));
+    QCOMPARE(errorOf([&] { tracking.Record(index); }), com::err::SubscriptOutOfRange);
 }
 
 QTEST_GUILESS_MAIN(TestRouting)

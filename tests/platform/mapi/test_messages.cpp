@@ -1,0 +1,345 @@
+// Messages and their collections: filter, sort, items, fields as bytes and
+// numbers, Update and Delete.
+#include "platform/mapi/session.h"
+#include "tests/platform/mapi/storekit.h"
+
+#include <QtTest>
+
+using testkit::errorOf;
+using testkit::StoreKit;
+
+namespace {
+
+const QByteArray kFixture = R"({
+  "user": "Tess Tester",
+  "hosts": [ { "name": "H1", "handlers": [] } ],
+  "stores": [ { "name": "Mailbox - Tess Tester", "host": "H1", "folders": [
+    { "name": "Inbox",
+      "agents": [ { "name": "First", "created": "2020-01-01 00:00:00", "modified": "2020-01-02 00:00:00",
+                    "createdBy": "Old Admin", "modifiedBy": "Old Admin" },
+                  { "name": "Second" } ],
+      "hidden": [ { "subject": "Routing Map Message", "class": "IPM.Note" },
+                  { "subject": "Views", "class": "IPC.Microsoft.Views" } ],
+      "messages": [
+        { "subject": "Middle", "from": "Bob", "received": "2026-06-01 12:00:00" },
+        { "subject": "Newest", "from": "Carol", "received": "2027-01-01 08:30:00" },
+        { "subject": "Oldest", "received": "2025-01-01 00:00:00",
+          "fields": { "0x0E080003": 1234, "RouteType": "Serial", "0x7102001E": "caf\u00e9 \u0080\u00ff" } } ] },
+    { "name": "Empty" } ] } ] })";
+
+const QString kInbox = QStringLiteral("\\Mailbox - Tess Tester\\Inbox");
+constexpr int32_t kNotFound = static_cast<int32_t>(0x8004010F);
+
+} // namespace
+
+class TestMessages : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_kit = std::make_unique<StoreKit>(kFixture); }
+    void cleanup() { m_kit.reset(); }
+    void filterLimitsTheCollection_data();
+    void filterLimitsTheCollection();
+    void filterAppliesToAListAlreadyRead();
+    void ordinaryAndHiddenApart();
+    void itemOutsideTheCollection_data();
+    void itemOutsideTheCollection();
+    void sortByDeliveryTime_data();
+    void sortByDeliveryTime();
+    void fieldValues_data();
+    void fieldValues();
+    void writtenFieldsReadBack_data();
+    void writtenFieldsReadBack();
+    void changesWaitForUpdate();
+    void emptyValueRemovesTheField();
+    void times();
+    void deleteRemovesEverything();
+    void goneMessageRaises_data();
+    void goneMessageRaises();
+    void anotherSessionsWritesAreSeen();
+
+private:
+    std::unique_ptr<StoreKit> m_kit;
+};
+
+void TestMessages::filterLimitsTheCollection_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QStringList>("subjects");
+    QTest::newRow("no filter: every hidden message")
+        << QString() << QStringList{"First", "First", "Second", "Second", "Routing Map Message", "Views"};
+    QTest::newRow("binding messages") << "IPC.Microsoft.EventBinding" << QStringList{"First", "Second"};
+    QTest::newRow("state messages") << "IPC.Microsoft.ICS.EventBinding" << QStringList{"First", "Second"};
+    QTest::newRow("notes") << "IPM.Note" << QStringList{"Routing Map Message"};
+    QTest::newRow("a class nothing has") << "IPM.Nothing" << QStringList{};
+    QTest::newRow("class names are exact") << "ipc.microsoft.eventbinding" << QStringList{};
+}
+
+void TestMessages::filterLimitsTheCollection()
+{
+    QFETCH(QString, type);
+    QFETCH(QStringList, subjects);
+    mapi::MessageList hidden = m_kit->folder(kInbox).HiddenMessages();
+    hidden.Filter().setType(type);
+    QCOMPARE(hidden.Filter().Type(), type);
+    QCOMPARE(hidden.Count(), subjects.size());
+    QStringList seen;
+    for (const mapi::Message &m : hidden) {
+        seen << m.Subject();
+        if (!type.isEmpty())
+            QCOMPARE(m.Class(), type);
+    }
+    QCOMPARE(seen, subjects);
+    for (int i = 1; i <= hidden.Count(); ++i)
+        QCOMPARE(hidden.Item(i).Subject(), subjects.at(i - 1));
+    // Counting after the enumeration gives the same.
+    QCOMPARE(hidden.Count(), subjects.size());
+}
+
+void TestMessages::filterAppliesToAListAlreadyRead()
+{
+    mapi::MessageList hidden = m_kit->folder(kInbox).HiddenMessages();
+    QCOMPARE(hidden.Count(), 6);
+    QCOMPARE(hidden.Item(6).Subject(), QStringLiteral("Views"));
+    hidden.Filter().setType(mapi::kBindingClass);
+    QCOMPARE(hidden.Count(), 2);
+    QCOMPARE(hidden.Item(2).Subject(), QStringLiteral("Second"));
+    hidden.Filter().setType(QString());
+    QCOMPARE(hidden.Count(), 6);
+    // Copies share the collection, filter included.
+    mapi::MessageList copy = hidden;
+    copy.Filter().setType(QStringLiteral("IPM.Note"));
+    QCOMPARE(hidden.Count(), 1);
+}
+
+void TestMessages::ordinaryAndHiddenApart()
+{
+    const mapi::Folder inbox = m_kit->folder(kInbox);
+    QCOMPARE(inbox.Messages().Count(), 3);
+    for (const mapi::Message &m : inbox.Messages())
+        QCOMPARE(m.Class(), QStringLiteral("IPM.Note"));
+    mapi::MessageList notes = inbox.Messages();
+    notes.Filter().setType(QStringLiteral("IPM.Note"));
+    QCOMPARE(notes.Count(), 3); // the hidden note is not among them
+    QCOMPARE(m_kit->folder(QStringLiteral("\\Mailbox - Tess Tester\\Empty")).HiddenMessages().Count(), 0);
+}
+
+void TestMessages::itemOutsideTheCollection_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::newRow("0") << 0;
+    QTest::newRow("one past the end") << 3;
+    QTest::newRow("negative") << -1;
+}
+
+void TestMessages::itemOutsideTheCollection()
+{
+    QFETCH(int, index);
+    mapi::MessageList bindings = m_kit->folder(kInbox).HiddenMessages();
+    bindings.Filter().setType(mapi::kBindingClass);
+    QCOMPARE(errorOf([&] { bindings.Item(index); }), kNotFound);
+}
+
+void TestMessages::sortByDeliveryTime_data()
+{
+    QTest::addColumn<int>("order");
+    QTest::addColumn<QStringList>("subjects");
+    QTest::newRow("2: newest first") << 2 << QStringList{"Newest", "Middle", "Oldest"};
+    QTest::newRow("1: oldest first") << 1 << QStringList{"Oldest", "Middle", "Newest"};
+}
+
+void TestMessages::sortByDeliveryTime()
+{
+    QFETCH(int, order);
+    QFETCH(QStringList, subjects);
+    mapi::MessageList messages = m_kit->folder(kInbox).Messages();
+    QCOMPARE(messages.Item(1).Subject(), QStringLiteral("Middle")); // the order they came in
+    messages.Sort(order, mapi::PR_MESSAGE_DELIVERY_TIME);
+    QStringList seen;
+    for (const mapi::Message &m : messages)
+        seen << m.Subject();
+    QCOMPARE(seen, subjects);
+    QCOMPARE(messages.Item(1).Subject(), subjects.first());
+}
+
+void TestMessages::fieldValues_data()
+{
+    QTest::addColumn<QString>("subject");
+    QTest::addColumn<QString>("field"); // a tag in hexadecimal, or a name
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("8-bit text keeps its bytes") << "Oldest"
+                                                << "0x7102001E" << QVariant(QByteArray("caf\xe9 \x80\xff"));
+    QTest::newRow("number tag") << "Oldest"
+                                << "0x0E080003" << QVariant(1234);
+    QTest::newRow("named field") << "Oldest"
+                                 << "RouteType" << QVariant(QByteArray("Serial"));
+    QTest::newRow("sender") << "Newest"
+                            << "0x0C1A001E" << QVariant(QByteArray("Carol"));
+    QTest::newRow("missing field") << "Newest"
+                                   << "0x7102001E" << QVariant();
+    QTest::newRow("missing named field") << "Newest"
+                                         << "RouteType" << QVariant();
+}
+
+void TestMessages::fieldValues()
+{
+    QFETCH(QString, subject);
+    QFETCH(QString, field);
+    QFETCH(QVariant, value);
+    const mapi::Message m = m_kit->message(kInbox, subject);
+    const QVariant read = field.startsWith(QLatin1String("0x"))
+                              ? m.Fields(field.mid(2).toUInt(nullptr, 16)).Value()
+                              : m.Fields(field).Value();
+    QCOMPARE(read.isValid(), value.isValid());
+    if (value.isValid()) {
+        QCOMPARE(read.typeId(), value.typeId());
+        QCOMPARE(read, value);
+    }
+}
+
+void TestMessages::writtenFieldsReadBack_data()
+{
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QVariant>("written");
+    QTest::addColumn<QVariant>("read");
+    const QByteArray everyByte = [] {
+        QByteArray b;
+        for (int i = 0; i < 256; ++i)
+            b.append(static_cast<char>(i));
+        return b;
+    }();
+    QTest::newRow("every byte, NUL included") << "0x7102001E" << QVariant(everyByte) << QVariant(everyByte);
+    QTest::newRow("a text is taken as Latin-1")
+        << "0x7102001E" << QVariant(QStringLiteral("caf\u00e9")) << QVariant(QByteArray("caf\xe9"));
+    QTest::newRow("CR LF stay as they are")
+        << "0x7102001E" << QVariant(QByteArray("a\r\nb\rc\n")) << QVariant(QByteArray("a\r\nb\rc\n"));
+    QTest::newRow("number tag") << "0x0E080003" << QVariant(QStringLiteral("77")) << QVariant(77);
+    QTest::newRow("named field") << "RouteType" << QVariant(QStringLiteral("Parallel"))
+                                 << QVariant(QByteArray("Parallel"));
+}
+
+void TestMessages::writtenFieldsReadBack()
+{
+    QFETCH(QString, field);
+    QFETCH(QVariant, written);
+    QFETCH(QVariant, read);
+    const auto fieldOf = [&](const mapi::Message &m) {
+        return field.startsWith(QLatin1String("0x")) ? m.Fields(field.mid(2).toUInt(nullptr, 16))
+                                                     : m.Fields(field);
+    };
+    mapi::Message m = m_kit->message(kInbox, QStringLiteral("Middle"));
+    fieldOf(m).setValue(written);
+    QCOMPARE(fieldOf(m).Value(), read); // the written value, as it will be stored
+    m.Update();
+    const mapi::Message again = m_kit->session.GetMessage(m.ID(), m.StoreID());
+    QCOMPARE(fieldOf(again).Value(), read);
+}
+
+void TestMessages::changesWaitForUpdate()
+{
+    mapi::Message m = m_kit->hidden(kInbox, QStringLiteral("First"));
+    const QDateTime before = m.TimeLastModified();
+    m.setSubject(QStringLiteral("Renamed"));
+    m.Fields(mapi::PR_SCRIPT).setValue(QByteArray("new script"));
+    QCOMPARE(m.Subject(), QStringLiteral("Renamed"));
+    const mapi::Message other = m_kit->session.GetMessage(m.ID(), m.StoreID());
+    QCOMPARE(other.Subject(), QStringLiteral("First"));
+    QVERIFY(!other.Fields(mapi::PR_SCRIPT).Value().toByteArray().startsWith("new"));
+    QCOMPARE(other.Fields(mapi::PR_LAST_MODIFIER_NAME).Value().toByteArray(), QByteArray("Old Admin"));
+
+    const QDateTime start = QDateTime::currentDateTime().addSecs(-1);
+    m.Update();
+    const mapi::Message after = m_kit->session.GetMessage(m.ID(), QString());
+    QCOMPARE(after.Subject(), QStringLiteral("Renamed"));
+    QCOMPARE(after.Fields(mapi::PR_SCRIPT).Value().toByteArray(), QByteArray("new script"));
+    QCOMPARE(after.Fields(mapi::PR_LAST_MODIFIER_NAME).Value().toByteArray(), QByteArray("Tess Tester"));
+    QCOMPARE(after.Fields(mapi::PR_CREATOR_NAME).Value().toByteArray(), QByteArray("Old Admin"));
+    QCOMPARE(before, QDateTime(QDate(2020, 1, 2), QTime(0, 0)));
+    QVERIFY(after.TimeLastModified() >= start);
+    QCOMPARE(m.TimeLastModified(), after.TimeLastModified());
+    QCOMPARE(after.TimeCreated(), QDateTime(QDate(2020, 1, 1), QTime(0, 0))); // created stays
+}
+
+void TestMessages::emptyValueRemovesTheField()
+{
+    mapi::Message m = m_kit->message(kInbox, QStringLiteral("Oldest"));
+    m.Fields(QStringLiteral("RouteType")).setValue(QVariant());
+    m.Update();
+    QVERIFY(
+        !m_kit->session.GetMessage(m.ID(), QString()).Fields(QStringLiteral("RouteType")).Value().isValid());
+    QCOMPARE(
+        m_kit->number(QStringLiteral("SELECT COUNT(*) FROM fields WHERE message = ? AND tag = 'RouteType'"),
+                      {m.row()}),
+        0);
+}
+
+void TestMessages::times()
+{
+    const mapi::Message newest = m_kit->message(kInbox, QStringLiteral("Newest"));
+    QCOMPARE(newest.TimeReceived(), QDateTime(QDate(2027, 1, 1), QTime(8, 30)));
+    QCOMPARE(newest.TimeCreated(), QDateTime(QDate(2027, 1, 1), QTime(8, 30)));
+    const mapi::Message binding = m_kit->hidden(kInbox, QStringLiteral("First"));
+    QVERIFY(!binding.TimeReceived().isValid()); // hidden messages are never received
+    QVERIFY(binding.TimeCreated().isValid());
+}
+
+void TestMessages::deleteRemovesEverything()
+{
+    mapi::Message m = m_kit->message(kInbox, QStringLiteral("Oldest"));
+    const qint64 row = m.row();
+    m.Delete();
+    QCOMPARE(errorOf([&] { m_kit->session.GetMessage(m.ID(), m.StoreID()); }), kNotFound);
+    QCOMPARE(m_kit->number(QStringLiteral("SELECT COUNT(*) FROM fields WHERE message = ?"), {row}), 0);
+    QCOMPARE(m_kit->folder(kInbox).Messages().Count(), 2);
+}
+
+void TestMessages::goneMessageRaises_data()
+{
+    QTest::addColumn<QString>("member");
+    QTest::newRow("Delete") << "Delete";
+    QTest::newRow("Update") << "Update";
+}
+
+void TestMessages::goneMessageRaises()
+{
+    QFETCH(QString, member);
+    mapi::Message m = m_kit->message(kInbox, QStringLiteral("Middle"));
+    mapi::Message same = m_kit->session.GetMessage(m.ID(), m.StoreID());
+    same.Delete();
+    m.setSubject(QStringLiteral("Too late"));
+    QCOMPARE(errorOf([&] {
+                 if (member == QLatin1String("Delete"))
+                     m.Delete();
+                 else
+                     m.Update();
+             }),
+             kNotFound);
+    QCOMPARE(m_kit->folder(kInbox).Messages().Count(), 2); // nothing came back
+}
+
+void TestMessages::anotherSessionsWritesAreSeen()
+{
+    // Two sessions on one store, as the program and the store tool are: each
+    // read sees what the other has written, and a write after that works.
+    const mapi::Message mine = m_kit->hidden(kInbox, QStringLiteral("First"));
+    QCOMPARE(mine.Fields(mapi::PR_SCRIPT).Value().toByteArray(), QByteArray());
+    QCOMPARE(m_kit->folder(kInbox).HiddenMessages().Count(), 6);
+
+    ui::ScriptedPrompter prompter;
+    mapi::Session other(prompter);
+    other.LogonStore(m_kit->storePath, QStringLiteral("Someone Else"));
+    mapi::Message theirs = other.GetMessage(mine.ID(), mine.StoreID());
+    theirs.Fields(mapi::PR_SCRIPT).setValue(QByteArray("written elsewhere"));
+    theirs.Update();
+    QCOMPARE(mine.Fields(mapi::PR_SCRIPT).Value().toByteArray(), QByteArray("written elsewhere"));
+    theirs.Delete();
+    QCOMPARE(errorOf([&] { m_kit->session.GetMessage(mine.ID(), mine.StoreID()); }), kNotFound);
+    QCOMPARE(m_kit->folder(kInbox).HiddenMessages().Count(), 5);
+    mapi::Message second = m_kit->hidden(kInbox, QStringLiteral("Second"));
+    second.setSubject(QStringLiteral("Second, renamed"));
+    second.Update();
+    QCOMPARE(other.GetMessage(second.ID(), QString()).Subject(), QStringLiteral("Second, renamed"));
+}
+
+QTEST_GUILESS_MAIN(TestMessages)
+#include "test_messages.moc"

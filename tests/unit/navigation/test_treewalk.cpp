@@ -1,0 +1,187 @@
+// The walk of a logged-on session as the tree's refresh makes it: which
+// nodes, their records, and the display order.
+#include "navigation/nodekinds.h"
+#include "navigation/treewalk.h"
+#include "platform/events/events.h"
+#include "tests/platform/mapi/storekit.h"
+
+#include <QtTest>
+
+using navigation::TreeNode;
+using testkit::StoreKit;
+
+namespace {
+
+const QByteArray kFixture = R"({
+  "user": "Alice Admin",
+  "hosts": [ { "name": "H1", "handlers": [] } ],
+  "stores": [
+    { "name": "Public Folders", "host": "H1", "folders": [
+      { "name": "All Public Folders", "folders": [ { "name": "Shared" } ] } ] },
+    { "name": "Personal", "provider": "Personal Folders", "folders": [
+      { "name": "Old", "agents": [ { "name": "Never Shown" } ] } ] },
+    { "name": "Mailbox - Alice Admin", "host": "H1", "folders": [
+      { "name": "inbox", "agents": [
+          { "name": "Zed", "handler": "{8B1C2D3E-4F50-4A6B-9C7D-8E9F0A1B2C3D}" },
+          { "name": "Twin" },
+          { "name": "beta Agent" },
+          { "name": "Alpha agent", "handler": "{69E64151-B371-11D0-BCD9-00AA00C1AB1C}" },
+          { "name": "Twin" } ] },
+      { "name": "Locked", "access": 62, "agents": [ { "name": "Hidden Agent" } ] },
+      { "name": "Archive", "folders": [ { "name": "2024" }, { "name": "2023" } ] },
+      { "name": "Calendar" },
+      { "name": "Deleted Items" } ] },
+    { "name": "Public Folders", "host": "H1", "folders": [ { "name": "Extra" } ] } ] })";
+
+QString line(const TreeNode &n)
+{
+    return QStringLiteral("%1|%2|%3").arg(n.path).arg(n.image).arg(n.depth);
+}
+
+} // namespace
+
+class TestTreeWalk : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { m_kit = std::make_unique<StoreKit>(kFixture); }
+    void cleanupTestCase() { m_kit.reset(); }
+    void nodesInDisplayOrder_data();
+    void nodesInDisplayOrder();
+    void nodeRecords();
+    void equalTextsKeepTheirOrder();
+    void noServerStoreLeavesTheRoot();
+    void displayOrderOfAnyInput();
+
+private:
+    std::unique_ptr<StoreKit> m_kit;
+};
+
+void TestTreeWalk::nodesInDisplayOrder_data()
+{
+    QTest::addColumn<bool>("withAgents");
+    QTest::addColumn<QStringList>("lines"); // path|image|depth
+    const QStringList top{"|2|0",
+                          "\\Mailbox - Alice Admin|1|1",
+                          "\\Mailbox - Alice Admin\\Archive|6|2",
+                          "\\Mailbox - Alice Admin\\Archive\\2023|6|3",
+                          "\\Mailbox - Alice Admin\\Archive\\2024|6|3",
+                          "\\Mailbox - Alice Admin\\Calendar|6|2",
+                          "\\Mailbox - Alice Admin\\Deleted Items|6|2",
+                          "\\Mailbox - Alice Admin\\inbox|7|2"};
+    const QStringList agents{
+        "\\Mailbox - Alice Admin\\inbox\\Alpha agent|20|3", "\\Mailbox - Alice Admin\\inbox\\beta Agent|19|3",
+        "\\Mailbox - Alice Admin\\inbox\\Twin|19|3", "\\Mailbox - Alice Admin\\inbox\\Twin|19|3",
+        "\\Mailbox - Alice Admin\\inbox\\Zed|21|3"};
+    // The second store of the same name adds no node of its own; its
+    // folders go below the first.
+    const QStringList rest{"\\Mailbox - Alice Admin\\Locked|18|2", "\\Public Folders|1|1",
+                           "\\Public Folders\\All Public Folders|6|2",
+                           "\\Public Folders\\All Public Folders\\Shared|6|3", "\\Public Folders\\Extra|6|2"};
+    QTest::newRow("with agents") << true << top + agents + rest;
+    QTest::newRow("folders only") << false << top + rest;
+}
+
+void TestTreeWalk::nodesInDisplayOrder()
+{
+    QFETCH(bool, withAgents);
+    QFETCH(QStringList, lines);
+    QStringList seen;
+    for (const TreeNode &n : navigation::walkTree(m_kit->session, m_kit->events, withAgents))
+        seen << line(n);
+    QCOMPARE(seen, lines);
+}
+
+void TestTreeWalk::nodeRecords()
+{
+    const QVector<TreeNode> nodes = navigation::walkTree(m_kit->session, m_kit->events, true);
+    const TreeNode &root = nodes.at(0);
+    QCOMPARE(root.key, QStringLiteral("root"));
+    QCOMPARE(root.text, QStringLiteral("Current User: Alice Admin"));
+    QCOMPARE(root.tag, QString());
+    QCOMPARE(root.parentKey, QString());
+
+    const mapi::InfoStore mailbox = m_kit->session.InfoStores().at(2);
+    const TreeNode &store = nodes.at(1);
+    QCOMPARE(store.key, mailbox.Name());
+    QCOMPARE(store.text, mailbox.Name());
+    QCOMPARE(store.tag, mailbox.RootFolder().StoreID());
+    QCOMPARE(store.parentKey, QStringLiteral("root"));
+
+    const mapi::Folder inbox = m_kit->folder(QStringLiteral("\\Mailbox - Alice Admin\\inbox"));
+    const TreeNode &folder = nodes.at(7);
+    QCOMPARE(folder.key, inbox.ID());
+    QCOMPARE(folder.text, QStringLiteral("inbox"));
+    QCOMPARE(folder.tag, inbox.StoreID());
+    QCOMPARE(folder.parentKey, mailbox.Name());
+
+    const mapi::Message alpha =
+        m_kit->hidden(QStringLiteral("\\Mailbox - Alice Admin\\inbox"), QStringLiteral("Alpha agent"));
+    const TreeNode &agent = nodes.at(8);
+    QCOMPARE(agent.key, alpha.ID());
+    QCOMPARE(agent.text, QStringLiteral("Alpha agent"));
+    QCOMPARE(agent.tag, alpha.StoreID());
+    QCOMPARE(agent.parentKey, inbox.ID());
+
+    const TreeNode &archive2023 = nodes.at(3);
+    QCOMPARE(archive2023.parentKey, m_kit->folder(QStringLiteral("\\Mailbox - Alice Admin\\Archive")).ID());
+    // Every key once.
+    QSet<QString> keys;
+    for (const TreeNode &n : nodes)
+        keys.insert(n.key);
+    QCOMPARE(keys.size(), nodes.size());
+}
+
+void TestTreeWalk::equalTextsKeepTheirOrder()
+{
+    mapi::MessageList hidden =
+        m_kit->folder(QStringLiteral("\\Mailbox - Alice Admin\\inbox")).HiddenMessages();
+    hidden.Filter().setType(mapi::kBindingClass);
+    QStringList twins;
+    for (const mapi::Message &m : hidden)
+        if (m.Subject() == QLatin1String("Twin"))
+            twins << m.ID();
+    QStringList walked;
+    for (const TreeNode &n : navigation::walkTree(m_kit->session, m_kit->events, true))
+        if (n.text == QLatin1String("Twin"))
+            walked << n.key;
+    QCOMPARE(walked, twins);
+}
+
+void TestTreeWalk::noServerStoreLeavesTheRoot()
+{
+    StoreKit kit(R"({ "user": "Bob", "hosts": [],
+                      "stores": [ { "name": "Personal", "provider": "Personal Folders",
+                                    "folders": [ { "name": "Inbox" } ] } ] })");
+    const QVector<TreeNode> nodes = navigation::walkTree(kit.session, kit.events, true);
+    QCOMPARE(nodes.size(), 1);
+    QCOMPARE(nodes.first().text, QStringLiteral("Current User: Bob"));
+}
+
+void TestTreeWalk::displayOrderOfAnyInput()
+{
+    // Parents before children, siblings in any order; a repeated key and a
+    // node whose parent is missing.
+    const QVector<TreeNode> nodes{
+        {QString(), QStringLiteral("root"), QStringLiteral("Current User: X"), QString(), 2, 0, QString()},
+        {QStringLiteral("root"), QStringLiteral("S"), QStringLiteral("S"), QStringLiteral("T"), 1, 1,
+         QString()},
+        {QStringLiteral("S"), QStringLiteral("f2"), QStringLiteral("b"), QStringLiteral("T"), 6, 2,
+         QString()},
+        {QStringLiteral("S"), QStringLiteral("f1"), QStringLiteral("A"), QStringLiteral("T"), 7, 2,
+         QString()},
+        {QStringLiteral("f1"), QStringLiteral("a1"), QStringLiteral("c"), QStringLiteral("T"), 19, 3,
+         QString()},
+        {QStringLiteral("gone"), QStringLiteral("x"), QStringLiteral("orphan"), QStringLiteral("T"), 6, 3,
+         QString()},
+        {QStringLiteral("a1"), QStringLiteral("f1"), QStringLiteral("loop"), QStringLiteral("T"), 6, 4,
+         QString()},
+    };
+    QStringList paths;
+    for (const navigation::DisplayNode &n : navigation::displayOrder(nodes))
+        paths << n.path;
+    QCOMPARE(paths, (QStringList{"", "\\S", "\\S\\A", "\\S\\A\\c", "\\S\\A\\c\\loop", "\\S\\b"}));
+}
+
+QTEST_GUILESS_MAIN(TestTreeWalk)
+#include "test_treewalk.moc"
