@@ -4,7 +4,7 @@
 #include "platform/com/escapes.h"
 #include "platform/controls/sstree.h"
 #include "tools/sorrelin-driver/driver.h"
-#include "tools/sorrelin-driver/inspector.h"
+#include "tools/sorrelin-driver/formreader.h"
 #include "tools/sorrelin-driver/keys.h"
 #include "tools/sorrelin-driver/words.h"
 
@@ -61,7 +61,7 @@ bool Driver::userAction(const QString &command, const QString &rest)
     }
     if (command == QLatin1String("click")) {
         auto *main = qobject_cast<frmMain *>(mainForm());
-        QTreeWidgetItem *node = main ? Inspector::findNode(main->treOutl, rest.trimmed()) : nullptr;
+        QTreeWidgetItem *node = main ? FormReader::findNode(main->treOutl, rest.trimmed()) : nullptr;
         if (!node)
             return failed(QStringLiteral("no node %1").arg(rest.trimmed()));
         return acted([main, node] {
@@ -77,7 +77,7 @@ bool Driver::userAction(const QString &command, const QString &rest)
             return failed(QStringLiteral("no tree in %1").arg(w.value(0)));
         QList<QTreeWidgetItem *> nodes;
         for (const QString &path : w.value(1).split(QLatin1Char('|'))) {
-            QTreeWidgetItem *node = Inspector::findNode(tree, path.trimmed());
+            QTreeWidgetItem *node = FormReader::findNode(tree, path.trimmed());
             if (!node)
                 return failed(QStringLiteral("no node %1").arg(path.trimmed()));
             nodes << node;
@@ -89,7 +89,8 @@ bool Driver::userAction(const QString &command, const QString &rest)
     }
     if (command == QLatin1String("menu") || command == QLatin1String("toolbar")) {
         QWidget *f = mainForm();
-        const QString name = command == QLatin1String("menu") ? rest.trimmed() : QStringLiteral("tbToolBar.") + rest.trimmed();
+        const QString name =
+            command == QLatin1String("menu") ? rest.trimmed() : QStringLiteral("tbToolBar.") + rest.trimmed();
         auto *a = f ? f->findChild<QAction *>(name) : nullptr;
         for (QWidget *w : QApplication::topLevelWidgets())
             if (!a && w->isVisible())
@@ -107,7 +108,7 @@ bool Driver::userAction(const QString &command, const QString &rest)
     }
     if (command == QLatin1String("tab")) {
         const QStringList w = words(rest, 3);
-        auto *tabs = qobject_cast<QTabWidget *>(Inspector::findControl(form(w.value(0)), w.value(1)));
+        auto *tabs = qobject_cast<QTabWidget *>(FormReader::findControl(form(w.value(0)), w.value(1)));
         if (!tabs)
             return failed(QStringLiteral("no tab control %1").arg(w.value(1)));
         const int index = w.value(2).toInt();
@@ -121,7 +122,7 @@ bool Driver::userAction(const QString &command, const QString &rest)
             step = control.endsWith(QLatin1String(".Up")) ? 1 : -1;
             control = control.left(control.lastIndexOf(QLatin1Char('.')));
         }
-        QObject *o = Inspector::findControl(form(w.value(0)), control);
+        QObject *o = FormReader::findControl(form(w.value(0)), control);
         auto *widget = qobject_cast<QWidget *>(o);
         if (!o)
             return failed(QStringLiteral("no control %1 in %2").arg(control, w.value(0)));
@@ -140,7 +141,7 @@ bool Driver::userAction(const QString &command, const QString &rest)
     }
     if (command == QLatin1String("key")) {
         const QStringList w = words(rest, 3);
-        auto *widget = qobject_cast<QWidget *>(Inspector::findControl(form(w.value(0)), w.value(1)));
+        auto *widget = qobject_cast<QWidget *>(FormReader::findControl(form(w.value(0)), w.value(1)));
         if (!widget)
             return failed(QStringLiteral("no control %1 in %2").arg(w.value(1), w.value(0)));
         const KeyStroke key = parseKey(w.value(2).trimmed());
@@ -154,7 +155,7 @@ bool Driver::userAction(const QString &command, const QString &rest)
     }
     if (command == QLatin1String("type")) {
         const QStringList w = words(rest, 3);
-        QObject *o = Inspector::findControl(form(w.value(0)), w.value(1));
+        QObject *o = FormReader::findControl(form(w.value(0)), w.value(1));
         const QString text = com::unescapeLine(w.value(2));
         if (auto *pane = qobject_cast<QPlainTextEdit *>(o)) {
             if (pane->isReadOnly())
@@ -194,7 +195,7 @@ bool Driver::userAction(const QString &command, const QString &rest)
                 grid->selectRow(row);
             });
         }
-        QObject *control = Inspector::findControl(f, w.value(1));
+        QObject *control = FormReader::findControl(f, w.value(1));
         if (auto *tree = qobject_cast<controls::SSTree *>(control))
             return acted([tree] { Q_EMIT tree->DblClick(); });
         auto *grid = qobject_cast<QTableWidget *>(control);

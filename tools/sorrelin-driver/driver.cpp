@@ -7,7 +7,7 @@
 #include "platform/os/applog.h"
 #include "platform/store/database.h"
 #include "platform/store/fixture.h"
-#include "tools/sorrelin-driver/inspector.h"
+#include "tools/sorrelin-driver/formreader.h"
 #include "tools/sorrelin-driver/words.h"
 
 #include <QApplication>
@@ -166,7 +166,7 @@ void Driver::act(std::function<void()> action)
 
 QWidget *Driver::form(const QString &name)
 {
-    return Inspector::findForm(name);
+    return FormReader::findForm(name);
 }
 
 QWidget *Driver::mainForm()
@@ -249,13 +249,13 @@ void Driver::regGet(const QString &rest)
 QJsonObject Driver::state()
 {
     QJsonObject s{{QStringLiteral("ok"), true}};
-    s.insert(QStringLiteral("forms"), m_ended ? QJsonObject() : Inspector::forms());
+    s.insert(QStringLiteral("forms"), m_ended ? QJsonObject() : FormReader::forms());
     if (auto *main = qobject_cast<frmMain *>(mainForm()); main && !m_ended) {
         s.insert(QStringLiteral("status"), main->statusText());
         s.insert(QStringLiteral("dirty"), main->blnDirty);
         s.insert(QStringLiteral("strEntryID"), main->strEntryID);
         s.insert(QStringLiteral("strStoreID"), main->strStoreID);
-        s.insert(QStringLiteral("tree"), Inspector::nodes(main->treOutl));
+        s.insert(QStringLiteral("tree"), FormReader::nodes(main->treOutl));
     }
     QJsonArray prompts;
     for (const ui::PromptRecord &p : m_prompter.takePrompts())

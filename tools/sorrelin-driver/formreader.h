@@ -14,7 +14,7 @@ namespace driver {
 
 /// Describes the program's windows the way a script reads them: every
 /// loaded form with its named controls, and the main tree's nodes.
-class Inspector {
+class FormReader {
 public:
     /// The loaded forms, by name.
     static QJsonObject forms();

@@ -1,4 +1,4 @@
-#include "tools/sorrelin-driver/inspector.h"
+#include "tools/sorrelin-driver/formreader.h"
 
 #include "platform/controls/sstree.h"
 
@@ -83,7 +83,7 @@ QJsonObject describe(QObject *object)
     c.insert(QStringLiteral("enabled"), w->isEnabled());
     c.insert(QStringLiteral("visible"), shown(w));
     if (auto *tree = qobject_cast<controls::SSTree *>(w)) {
-        c.insert(QStringLiteral("nodes"), Inspector::nodes(tree));
+        c.insert(QStringLiteral("nodes"), FormReader::nodes(tree));
     } else if (auto *box = qobject_cast<QCheckBox *>(w)) {
         c.insert(QStringLiteral("caption"), box->text());
         c.insert(QStringLiteral("value"), checkValue(box));
@@ -144,7 +144,7 @@ QJsonObject describe(QObject *object)
 void collectNodes(const QTreeWidgetItem *item, QJsonArray &out)
 {
     QJsonObject n;
-    n.insert(QStringLiteral("path"), Inspector::nodePath(item));
+    n.insert(QStringLiteral("path"), FormReader::nodePath(item));
     n.insert(QStringLiteral("key"), controls::SSTree::key(item));
     n.insert(QStringLiteral("tag"), controls::SSTree::tag(item));
     n.insert(QStringLiteral("text"), controls::SSTree::text(item));
@@ -158,7 +158,7 @@ void collectNodes(const QTreeWidgetItem *item, QJsonArray &out)
 
 } // namespace
 
-QString Inspector::nodePath(const QTreeWidgetItem *node)
+QString FormReader::nodePath(const QTreeWidgetItem *node)
 {
     const QTreeWidgetItem *root = node;
     while (root->parent())
@@ -166,7 +166,7 @@ QString Inspector::nodePath(const QTreeWidgetItem *node)
     return controls::SSTree::fullPath(node).mid(controls::SSTree::text(root).size());
 }
 
-QJsonArray Inspector::nodes(controls::SSTree *tree)
+QJsonArray FormReader::nodes(controls::SSTree *tree)
 {
     QJsonArray out;
     for (int i = 0; i < tree->topLevelItemCount(); ++i)
@@ -174,7 +174,7 @@ QJsonArray Inspector::nodes(controls::SSTree *tree)
     return out;
 }
 
-QWidget *Inspector::findForm(const QString &name)
+QWidget *FormReader::findForm(const QString &name)
 {
     for (QWidget *w : QApplication::topLevelWidgets())
         if (w->objectName() == name && w->isVisible())
@@ -185,7 +185,7 @@ QWidget *Inspector::findForm(const QString &name)
     return nullptr;
 }
 
-QObject *Inspector::findControl(QWidget *form, const QString &name)
+QObject *FormReader::findControl(QWidget *form, const QString &name)
 {
     if (!form)
         return nullptr;
@@ -196,7 +196,7 @@ QObject *Inspector::findControl(QWidget *form, const QString &name)
     return nullptr;
 }
 
-QTreeWidgetItem *Inspector::findNode(controls::SSTree *tree, const QString &path)
+QTreeWidgetItem *FormReader::findNode(controls::SSTree *tree, const QString &path)
 {
     if (!tree)
         return nullptr;
@@ -210,7 +210,7 @@ QTreeWidgetItem *Inspector::findNode(controls::SSTree *tree, const QString &path
     return nullptr;
 }
 
-QJsonObject Inspector::form(QWidget *form)
+QJsonObject FormReader::form(QWidget *form)
 {
     QJsonObject f;
     f.insert(QStringLiteral("caption"), form->windowTitle());
@@ -232,7 +232,7 @@ QJsonObject Inspector::form(QWidget *form)
     return f;
 }
 
-QJsonObject Inspector::forms()
+QJsonObject FormReader::forms()
 {
     QJsonObject all;
     for (QWidget *w : QApplication::topLevelWidgets()) {
