@@ -115,11 +115,16 @@ void frmMain::mnuFileDelete_Click()
                 break;
             }
     });
-    // Binding first, then the binding message, then the state message.
+    // Binding first, then the binding message, then the state message; the
+    // store sees the three removals at once.
+    std::unique_ptr<store::Database::Transaction> transaction;
+    routine.step([&] { transaction = m_program.gobjSession->BeginTransaction(); });
     routine.step([&] { agent->bindings().Remove(*binding); });
     routine.step([&] { agent->message.Delete(); });
     if (state)
         routine.step([&] { state->Delete(); });
+    if (transaction)
+        routine.step([&] { transaction->commit(); });
 
     m_program.blnNodeDeleting = true;
     QTreeWidgetItem *parent = node->parent();

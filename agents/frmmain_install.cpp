@@ -263,6 +263,8 @@ bool frmMain::InstallScript(const QString &strFilePath, const QString &strAgentN
     const bool ok = com::withHandler(
         [&] {
             mapi::Session &session = *m_program.gobjSession;
+            // The binding, its two messages and the script land together.
+            const auto transaction = session.BeginTransaction();
             const mapi::Folder folder = session.GetFolder(entryId, storeId);
             events::EventSource source = m_program.gobjEvents->GetEventSource(folder, true);
             events::Binding binding = source.Bindings().Add();
@@ -292,6 +294,7 @@ bool frmMain::InstallScript(const QString &strFilePath, const QString &strAgentN
             message.Update();
             binding.SaveCustomChanges(message);
             source.SaveChanges();
+            transaction->commit();
             log.LogEvent(generalDate() + QLatin1Char(' ') + txtAgentName->text() +
                              QStringLiteral(" installed in ") + targetPath,
                          os::kLogInformation);

@@ -228,6 +228,8 @@ void frmProperties::saveChanges()
         binding.setHandlerClassID(events::kRoutingHandler);
     }
     binding.setActive(chkActive->checkState() == Qt::Checked);
+    // The binding, its messages and (for a new agent) its script land together.
+    const auto transaction = session.BeginTransaction();
     binding.SaveChanges();
     if (blnNew) {
         mapi::Message created = session.GetMessage(binding.EntryID(), QString());
@@ -241,6 +243,7 @@ void frmProperties::saveChanges()
         binding.SaveCustomChanges(created);
     }
     source.SaveChanges();
+    transaction->commit();
     if (blnName || blnNew)
         m_main.RefreshFolders();
 }

@@ -59,6 +59,9 @@ public:
     void SaveRegSettings();
     void StatBar(const QString &strText, bool blnWait = false);
     QString statusText() const;
+    /// A write waits for another program's lock on the store (true), or has
+    /// stopped waiting (false): the hourglass and words in the status bar.
+    void storeBusy(bool waiting);
     void Form_Resize();
     void PositionForm(QWidget *form);
     void mnuViewFolderTree_Click();
@@ -183,6 +186,7 @@ private:
     QTabWidget *SSTab1 = nullptr;
     QWidget *m_adminPage = nullptr;
     QLabel *m_panelText = nullptr;
+    QString m_textBeforeWait;
     QMenu *mnuFile = nullptr;
     QMenu *mnuEdit = nullptr;
     QMenu *mnuView = nullptr;

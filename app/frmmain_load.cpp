@@ -13,6 +13,7 @@
 #include "scripts/scriptpane.h"
 
 #include <QAction>
+#include <QPointer>
 #include <QStatusBar>
 #include <QToolBar>
 
@@ -68,6 +69,12 @@ bool frmMain::Form_Load()
         return false;
     }
     routine.step([&] { p.gobjEvents->SetSession(p.gobjSession->MAPIOBJECT()); });
+    routine.step([&] {
+        p.gobjSession->SetBusyObserver([form = QPointer<frmMain>(this)](bool waiting) {
+            if (form)
+                form->storeBusy(waiting);
+        });
+    });
     routine.step([&] { setWindowTitle(p.gobjSession->CurrentUser() + QStringLiteral(" - Sorrelin")); });
     StatBar(QStringLiteral("Ready"));
 

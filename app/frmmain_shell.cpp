@@ -10,6 +10,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QCursor>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QScreen>
@@ -38,6 +39,21 @@ void frmMain::StatBar(const QString &strText, bool blnWait)
         text += QStringLiteral(", please wait...");
     m_panelText->setText(text);
     m_panelText->repaint();
+}
+
+void frmMain::storeBusy(bool waiting)
+{
+    // The wait stacks its own pointer on whatever the command has shown, and
+    // gives the status text back when it is over.
+    if (waiting) {
+        m_textBeforeWait = statusText();
+        QApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
+        StatBar(QStringLiteral("Another program is writing to the store; waiting for it"), true);
+    } else {
+        QApplication::restoreOverrideCursor();
+        m_panelText->setText(m_textBeforeWait);
+        m_panelText->repaint();
+    }
 }
 
 QString frmMain::statusText() const

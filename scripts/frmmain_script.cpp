@@ -79,8 +79,10 @@ void frmMain::mnuFileSave_Click()
             }
             binding->PrepareCustomChanges();
             message.Fields(mapi::PR_SCRIPT).setValue(scripts::paneToScript(txtPreview->text()));
+            const auto transaction = m_program.gobjSession->BeginTransaction();
             message.Update();
             binding->SaveCustomChanges(message);
+            transaction->commit();
             blnDirty = false;
             SetHourglass(false);
         },

@@ -46,6 +46,18 @@ void Session::Logoff()
     m_state->close();
 }
 
+std::unique_ptr<store::Database::Transaction> Session::BeginTransaction()
+{
+    m_state->check();
+    return std::make_unique<store::Database::Transaction>(*m_state->db);
+}
+
+void Session::SetBusyObserver(store::BusyObserver observer)
+{
+    m_state->check();
+    m_state->db->setBusyObserver(std::move(observer));
+}
+
 QString Session::CurrentUser() const
 {
     m_state->check();

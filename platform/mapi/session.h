@@ -11,6 +11,8 @@
 #include <QString>
 #include <QVector>
 
+#include <memory>
+
 namespace ui {
 class Prompter;
 }
@@ -57,6 +59,15 @@ public:
     /// there raises 0x8004010F.
     Folder GetFolder(const QString &id, const QString &storeId) const;
     Message GetMessage(const QString &id, const QString &storeId) const;
+
+    /// One write transaction over the steps that follow, until it commits or
+    /// goes: what several objects write for one agent lands whole or not at
+    /// all, even when the program is killed meanwhile.
+    std::unique_ptr<store::Database::Transaction> BeginTransaction();
+
+    /// Tells `observer` when a write starts and stops waiting for another
+    /// program's lock on the store.
+    void SetBusyObserver(store::BusyObserver observer);
 
 private:
     ui::Prompter &m_prompter;

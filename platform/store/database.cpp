@@ -3,11 +3,9 @@
 #include "platform/store/schema.h"
 
 #include <QDateTime>
-#include <QFile>
+#include <QDir>
 #include <QFileInfo>
 #include <QSqlError>
-
-#include <atomic>
 
 namespace store {
 
@@ -15,79 +13,141 @@ namespace {
 
 const QString kSource = QStringLiteral("Sorrelin.Store");
 
-QString nextConnectionName()
+// SQLite's primary result codes that the words below tell apart.
+constexpr int kSqliteBusy = 5;
+constexpr int kSqliteLocked = 6;
+constexpr int kSqliteReadOnly = 8;
+constexpr int kSqliteIoErr = 10;
+constexpr int kSqliteCorrupt = 11;
+constexpr int kSqliteFull = 13;
+constexpr int kSqliteCantOpen = 14;
+constexpr int kSqliteNotADb = 26;
+
+int primaryCode(const QSqlError &e)
 {
-    static std::atomic<int> counter{0};
-    return QStringLiteral("sorrelin-store-%1").arg(counter.fetch_add(1));
+    return e.nativeErrorCode().toInt() & 0xff;
 }
 
-bool looksLikeSqlite(const QString &path)
+QString shown(const QString &path)
 {
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
-        return false;
-    return f.read(16) == QByteArray("SQLite format 3\0", 16);
+    return QDir::toNativeSeparators(path);
+}
+
+com::ComError storeError(int32_t number, const QString &text)
+{
+    return com::ComError(number, kSource, text);
+}
+
+/// The words for an SQL failure on the store at `path`.
+com::ComError sqlError(const QString &path, const QSqlError &e)
+{
+    const QString file = shown(path);
+    switch (primaryCode(e)) {
+    case kSqliteBusy:
+    case kSqliteLocked:
+        return storeError(
+            com::err::Busy,
+            QStringLiteral("The store %1 is locked by another program. Sorrelin waited %2 seconds "
+                           "for it; nothing was written. Try again when the other program has "
+                           "finished.")
+                .arg(file)
+                .arg(kBusyWaitMs / 1000));
+    case kSqliteReadOnly:
+        return storeError(com::err::NoAccess,
+                          QStringLiteral("The store %1 is read-only; nothing was written.").arg(file));
+    case kSqliteFull:
+        return storeError(
+            com::err::DiskFull,
+            QStringLiteral("The disk that holds the store %1 is full; nothing was written.").arg(file));
+    case kSqliteIoErr:
+    case kSqliteCantOpen:
+        return storeError(
+            com::err::CallFailed,
+            QStringLiteral("The store %1 could not be read or written: %2").arg(file, e.text()));
+    case kSqliteCorrupt:
+    case kSqliteNotADb:
+        return storeError(com::err::Corrupt,
+                          QStringLiteral("The store %1 is damaged: %2").arg(file, e.text()));
+    default:
+        return storeError(com::err::CallFailed,
+                          QStringLiteral("A store operation failed in %1: %2").arg(file, e.text()));
+    }
+}
+
+/// Refuses, before SQLite sees it, a file that can't be a store or that
+/// this process may not use as asked. Only the file's metadata is read: a
+/// handle opened and closed here would drop the locks of another program's
+/// connection in this process.
+void checkFile(const QFileInfo &info, Database::Access access)
+{
+    const QString file = shown(info.filePath());
+    if (!info.exists())
+        throw storeError(com::err::NotFound, QStringLiteral("The store %1 does not exist.").arg(file));
+    if (info.isDir())
+        throw storeError(com::err::Corrupt,
+                         QStringLiteral("%1 is a folder, not a Sorrelin store.").arg(file));
+    if (info.size() == 0)
+        throw storeError(com::err::Corrupt,
+                         QStringLiteral("The file %1 is empty; it is not a Sorrelin store.").arg(file));
+    if (!info.isReadable())
+        throw storeError(com::err::NoAccess,
+                         QStringLiteral("The store %1 can't be read: permission denied.").arg(file));
+    if (access == Database::Access::ReadOnly)
+        return;
+    if (!info.isWritable())
+        throw storeError(
+            com::err::NoAccess,
+            QStringLiteral("The store %1 is read-only; Sorrelin must be able to write to it.").arg(file));
+    const QFileInfo folder(info.absolutePath());
+    if (!folder.isWritable())
+        throw storeError(
+            com::err::NoAccess,
+            QStringLiteral("The folder %1 of the store %2 is read-only; Sorrelin keeps the store's "
+                           "journal beside it and must be able to write there.")
+                .arg(shown(folder.filePath()), file));
 }
 
 } // namespace
 
-Database::Database(QString path) : m_path(std::move(path)), m_connection(nextConnectionName()) {}
-
-Database::~Database()
+Database::Database(QString path, std::shared_ptr<Connection> connection)
+    : m_path(std::move(path)), m_connection(std::move(connection))
 {
-    {
-        QSqlDatabase db = QSqlDatabase::database(m_connection, false);
-        if (db.isValid())
-            db.close();
-    }
-    QSqlDatabase::removeDatabase(m_connection);
 }
+
+Database::~Database() = default;
 
 com::ComError Database::error(const QString &what, const QString &detail) const
 {
-    return com::ComError(com::err::CallFailed, kSource,
-                         QStringLiteral("%1 in the store %2: %3").arg(what, m_path, detail));
+    return storeError(com::err::CallFailed,
+                      QStringLiteral("%1 in the store %2: %3").arg(what, shown(m_path), detail));
 }
 
-void Database::connect()
-{
-    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
-    db.setDatabaseName(m_path);
-    if (!db.open())
-        throw com::ComError(
-            com::err::Corrupt, kSource,
-            QStringLiteral("The store %1 could not be opened: %2").arg(m_path, db.lastError().text()));
-    run(QStringLiteral("PRAGMA busy_timeout = 5000"));
-    run(QStringLiteral("PRAGMA foreign_keys = ON"));
-}
-
-std::unique_ptr<Database> Database::open(const QString &path)
+std::unique_ptr<Database> Database::open(const QString &path, Access access)
 {
     const QFileInfo info(path);
-    if (!info.exists())
-        throw com::ComError(com::err::NotFound, kSource,
-                            QStringLiteral("The store %1 does not exist.").arg(path));
-    if (!info.isFile() || !looksLikeSqlite(path))
-        throw com::ComError(com::err::Corrupt, kSource,
-                            QStringLiteral("The file %1 is not a Sorrelin store.").arg(path));
-    std::unique_ptr<Database> db(new Database(path));
-    db->connect();
-    db->checkIntegrity();
-    db->run(QStringLiteral("PRAGMA journal_mode = WAL"));
-    // With the write-ahead log a killed process still leaves a consistent
-    // store; only a crash of the whole system may lose the last writes.
-    db->run(QStringLiteral("PRAGMA synchronous = NORMAL"));
+    checkFile(info, access);
+    const QString canonical = info.canonicalFilePath();
+    if (std::shared_ptr<Connection> shared = Connection::find(canonical)) {
+        if (access == Access::ReadWrite && shared->access() == Access::ReadOnly)
+            throw storeError(
+                com::err::NoAccess,
+                QStringLiteral("The store %1 is open for reading only in this program.").arg(shown(path)));
+        return std::unique_ptr<Database>(new Database(path, std::move(shared)));
+    }
+    std::unique_ptr<Database> db(new Database(path, Connection::open(path, canonical, access)));
+    db->checkStore();
+    if (access == Access::ReadWrite)
+        db->runPragmas();
     return db;
 }
 
 std::unique_ptr<Database> Database::create(const QString &path)
 {
     if (QFileInfo::exists(path))
-        throw com::ComError(com::err::InvalidParameter, kSource,
-                            QStringLiteral("The file %1 already exists.").arg(path));
-    std::unique_ptr<Database> db(new Database(path));
-    db->connect();
-    db->run(QStringLiteral("PRAGMA journal_mode = WAL"));
+        throw storeError(com::err::InvalidParameter,
+                         QStringLiteral("The file %1 already exists.").arg(shown(path)));
+    std::unique_ptr<Database> db(new Database(path, Connection::open(path, QString(), Access::ReadWrite)));
+    db->runPragmas();
     db->transaction([&] {
         for (const QString &sql : schemaStatements())
             db->run(sql);
@@ -97,21 +157,37 @@ std::unique_ptr<Database> Database::create(const QString &path)
     return db;
 }
 
-void Database::checkIntegrity()
+void Database::runPragmas()
+{
+    run(QStringLiteral("PRAGMA foreign_keys = ON"));
+    run(QStringLiteral("PRAGMA journal_mode = WAL"));
+    // With the write-ahead log a killed process still leaves a consistent
+    // store; only a crash of the whole system may lose the last writes.
+    run(QStringLiteral("PRAGMA synchronous = NORMAL"));
+}
+
+void Database::setBusyObserver(BusyObserver observer)
+{
+    m_connection->busyObserver = std::move(observer);
+}
+
+void Database::checkStore()
 {
     struct ReadError {
-        QString detail;
+        QSqlError error;
     };
     // A read of the checks below; its failure says what is wrong with the file.
     const auto scalar = [this](const QString &sql) {
-        QSqlQuery q(QSqlDatabase::database(m_connection, false));
+        QSqlQuery q(QSqlDatabase::database(m_connection->name(), false));
         if (!q.exec(sql))
-            throw ReadError{q.lastError().text()};
-        return q.next() ? q.value(0) : QVariant();
+            throw ReadError{q.lastError()};
+        const QVariant v = q.next() ? q.value(0) : QVariant();
+        m_connection->endWait();
+        return v;
     };
-    const auto damaged = [this](const QString &detail) {
-        return com::ComError(com::err::Corrupt, kSource,
-                             QStringLiteral("The store %1 is damaged: %2").arg(m_path, detail));
+    const QString file = shown(m_path);
+    const auto damaged = [&](const QString &detail) {
+        return storeError(com::err::Corrupt, QStringLiteral("The store %1 is damaged: %2").arg(file, detail));
     };
     try {
         // A file cut short still opens; its page count says how long it must
@@ -123,52 +199,67 @@ void Database::checkIntegrity()
             if (!ok || QFileInfo(m_path).size() < pages * pageSize)
                 throw damaged(QStringLiteral("the file is shorter than its contents."));
         }
+        const QVariant tables = scalar(
+            QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name = 'meta'"));
+        if (tables.toInt() == 0)
+            throw storeError(
+                com::err::Corrupt,
+                QStringLiteral("The file %1 is not a Sorrelin store: it is a database of another "
+                               "program.")
+                    .arg(file));
         const QVariant version = scalar(QStringLiteral("SELECT value FROM meta WHERE key = 'schema'"));
         if (!version.isValid())
-            throw com::ComError(
-                com::err::Corrupt, kSource,
-                QStringLiteral("The file %1 is not a Sorrelin store (no schema version).").arg(m_path));
+            throw storeError(
+                com::err::Corrupt,
+                QStringLiteral("The file %1 is not a Sorrelin store (no schema version).").arg(file));
         if (version.toInt() != kSchemaVersion)
-            throw com::ComError(
-                com::err::Corrupt, kSource,
-                QStringLiteral("The store %1 is of version %2; this program reads version %3.")
-                    .arg(m_path, version.toString())
-                    .arg(kSchemaVersion));
+            throw storeError(com::err::Corrupt,
+                             QStringLiteral("The store %1 is of version %2; this program reads version %3.")
+                                 .arg(file, version.toString())
+                                 .arg(kSchemaVersion));
         const QString check = scalar(QStringLiteral("PRAGMA quick_check(1)")).toString();
         if (check != QLatin1String("ok"))
             throw damaged(check);
     } catch (const ReadError &e) {
-        // SQLite says "malformed" of a damaged file; anything else means the
-        // file is some other database.
-        if (e.detail.contains(QLatin1String("malformed")))
-            throw damaged(e.detail);
-        throw com::ComError(
-            com::err::Corrupt, kSource,
-            QStringLiteral("The file %1 is not a Sorrelin store (%2).").arg(m_path, e.detail));
+        m_connection->endWait();
+        switch (primaryCode(e.error)) {
+        case kSqliteNotADb:
+            throw storeError(
+                com::err::Corrupt,
+                QStringLiteral("The file %1 is not a Sorrelin store: it is not a database.").arg(file));
+        case kSqliteBusy:
+        case kSqliteLocked:
+            throw storeError(
+                com::err::Busy,
+                QStringLiteral("The store %1 is locked by another program. Try again when the other "
+                               "program has finished.")
+                    .arg(file));
+        default:
+            throw sqlError(m_path, e.error);
+        }
     }
 }
 
 QSqlQuery Database::prepare(const QString &sql) const
 {
-    QSqlQuery q(QSqlDatabase::database(m_connection, false));
+    QSqlQuery q(QSqlDatabase::database(m_connection->name(), false));
     q.setForwardOnly(true);
-    if (!q.prepare(sql))
-        throw error(QStringLiteral("A statement could not be prepared"), q.lastError().text());
+    if (!q.prepare(sql)) {
+        m_connection->endWait();
+        const QSqlError e = q.lastError();
+        if (primaryCode(e) == kSqliteBusy || primaryCode(e) == kSqliteLocked)
+            throw sqlError(m_path, e);
+        throw error(QStringLiteral("A statement could not be prepared"), e.text());
+    }
     return q;
 }
 
 void Database::exec(QSqlQuery &query) const
 {
-    if (!query.exec()) {
-        const QSqlError e = query.lastError();
-        // SQLITE_CORRUPT (11) and SQLITE_NOTADB (26) mean the file itself is bad.
-        const QString code = e.nativeErrorCode();
-        const int32_t number = (code == QLatin1String("11") || code == QLatin1String("26"))
-                                   ? com::err::Corrupt
-                                   : com::err::CallFailed;
-        throw com::ComError(number, kSource,
-                            QStringLiteral("A store operation failed in %1: %2").arg(m_path, e.text()));
-    }
+    const bool ok = query.exec();
+    m_connection->endWait();
+    if (!ok)
+        throw sqlError(m_path, query.lastError());
 }
 
 QSqlQuery Database::run(const QString &sql, const QVariantList &values) const
@@ -213,30 +304,43 @@ QString Database::now()
 
 Database::Transaction::Transaction(Database &db) : m_db(db)
 {
-    m_outer = m_db.m_depth == 0;
+    m_outer = m_db.m_connection->depth == 0;
     if (m_outer)
         m_db.run(QStringLiteral("BEGIN IMMEDIATE"));
-    ++m_db.m_depth;
+    ++m_db.m_connection->depth;
 }
 
 void Database::Transaction::commit()
 {
+    if (m_done)
+        return;
     m_done = true;
-    --m_db.m_depth;
-    if (m_outer)
+    --m_db.m_connection->depth;
+    if (!m_outer)
+        return;
+    try {
         m_db.run(QStringLiteral("COMMIT"));
+    } catch (const com::ComError &) {
+        // A commit that fails leaves nothing half written behind it.
+        try {
+            m_db.run(QStringLiteral("ROLLBACK"));
+        } catch (const com::ComError &) {
+        }
+        throw;
+    }
 }
 
 Database::Transaction::~Transaction()
 {
     if (m_done)
         return;
-    --m_db.m_depth;
+    --m_db.m_connection->depth;
     if (m_outer) {
         try {
             m_db.run(QStringLiteral("ROLLBACK"));
         } catch (const com::ComError &) {
-            // The transaction is gone either way; the original error matters.
+            // SQLite may have rolled back already (a full disk); the first
+            // error is the one that matters.
         }
     }
 }

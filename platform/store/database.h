@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/com/comerror.h"
+#include "platform/store/connection.h"
 #include "platform/store/ids.h"
 
 #include <QSqlDatabase>
@@ -15,17 +16,23 @@
 namespace store {
 
 /// One store file: the SQLite database behind the MAPI, event and routing
-/// objects. Every failure comes out as a com::ComError; nothing here shows
-/// anything to the user.
+/// objects. Every failure comes out as a com::ComError whose text names the
+/// file and the cause; nothing here shows anything to the user. All Database
+/// objects of a process that name one file share one SQLite connection.
 class Database {
 public:
+    using Access = Connection::Access;
+
     ~Database();
     Database(const Database &) = delete;
     Database &operator=(const Database &) = delete;
 
-    /// Opens an existing store. Raises for a missing file, a file that is not
-    /// a database, a store of another version, or a damaged or truncated one.
-    static std::unique_ptr<Database> open(const QString &path);
+    /// Opens an existing store. Raises for a missing, empty or unreadable
+    /// file, a file that is not a database or another program's, a store of
+    /// another version, a damaged or truncated one, one that another program
+    /// has locked, and (for ReadWrite) a read-only file or folder. The file
+    /// is never changed by a refused open.
+    static std::unique_ptr<Database> open(const QString &path, Access access = Access::ReadWrite);
 
     /// Makes a new, empty store at `path`; raises if a file is already there.
     static std::unique_ptr<Database> create(const QString &path);
@@ -43,6 +50,10 @@ public:
 
     /// The first column of the first row of `sql`, or an invalid QVariant.
     QVariant scalar(const QString &sql, const QVariantList &values = {}) const;
+
+    /// Tells `observer` when a write begins and ends waiting for another
+    /// program's lock on this store.
+    void setBusyObserver(BusyObserver observer);
 
     /// Runs `body` in one write transaction: committed when it returns,
     /// rolled back when it raises. Nested calls join the outer transaction.
@@ -72,11 +83,15 @@ public:
     /// A ComError for a failed SQL step, with the store's path in its text.
     com::ComError error(const QString &what, const QString &detail) const;
 
-private:
+    /// One write transaction held across several steps: everything written
+    /// while it lives is committed by `commit()` or rolled back when it goes
+    /// without. Transactions begun meanwhile join it.
     class Transaction {
     public:
         explicit Transaction(Database &db);
         ~Transaction();
+        Transaction(const Transaction &) = delete;
+        Transaction &operator=(const Transaction &) = delete;
         void commit();
 
     private:
@@ -85,13 +100,13 @@ private:
         bool m_done = false;
     };
 
-    explicit Database(QString path);
-    void connect();
-    void checkIntegrity();
+private:
+    Database(QString path, std::shared_ptr<Connection> connection);
+    void checkStore();
+    void runPragmas();
 
     QString m_path;
-    QString m_connection;
-    int m_depth = 0;
+    std::shared_ptr<Connection> m_connection;
 };
 
 } // namespace store

@@ -20,6 +20,8 @@ private Q_SLOTS:
     void transactionRollsBack();
     void nestedTransactionJoinsTheOuter();
     void entryIdsAreUpperCaseAndStable();
+    void opensOfOneFileShareAConnection();
+    void lockedStoreIsWaitedForThenRefusedInWords();
 
 private:
     QByteArray read(const QString &path) const
@@ -37,10 +39,12 @@ void TestDatabase::badStore_data()
     QTest::addColumn<int>("number");
     QTest::addColumn<QString>("message");
     QTest::newRow("missing") << "missing" << com::err::NotFound << "does not exist";
-    QTest::newRow("a folder") << "folder" << com::err::Corrupt << "is not a Sorrelin store";
-    QTest::newRow("empty file") << "empty" << com::err::Corrupt << "is not a Sorrelin store";
-    QTest::newRow("text file") << "text" << com::err::Corrupt << "is not a Sorrelin store";
-    QTest::newRow("another database") << "foreign" << com::err::Corrupt << "is not a Sorrelin store";
+    QTest::newRow("a folder") << "folder" << com::err::Corrupt << "is a folder, not a Sorrelin store.";
+    QTest::newRow("empty file") << "empty" << com::err::Corrupt << "is empty; it is not a Sorrelin store.";
+    QTest::newRow("text file") << "text" << com::err::Corrupt
+                               << "is not a Sorrelin store: it is not a database.";
+    QTest::newRow("another database")
+        << "foreign" << com::err::Corrupt << "is not a Sorrelin store: it is a database of another program.";
     QTest::newRow("no schema version") << "unversioned" << com::err::Corrupt << "no schema version";
     QTest::newRow("other version") << "version" << com::err::Corrupt
                                    << "is of version 99; this program reads version 1";
@@ -172,6 +176,59 @@ void TestDatabase::entryIdsAreUpperCaseAndStable()
     while (q.next())
         again << q.value(0).toString();
     QCOMPARE(again, first);
+}
+
+void TestDatabase::opensOfOneFileShareAConnection()
+{
+    const QString path = m_home->file(QStringLiteral("shared.db"));
+    store::loadFixture(testsupport::fixture(QStringLiteral("agents.json")), path);
+    const auto first = store::Database::open(path);
+    // A second open by another name of the same file joins the first: a
+    // transaction begun on one is the other's too.
+    const auto second = store::Database::open(m_home->path() + QStringLiteral("/./shared.db"));
+    auto outer = std::make_unique<store::Database::Transaction>(*first);
+    second->setMeta(QStringLiteral("probe"), QStringLiteral("joined"));
+    QCOMPARE(first->meta(QStringLiteral("probe")), QStringLiteral("joined"));
+    // Gone without a commit: the write of the second rolls back with it.
+    outer.reset();
+    QCOMPARE(second->meta(QStringLiteral("probe")), QString());
+}
+
+void TestDatabase::lockedStoreIsWaitedForThenRefusedInWords()
+{
+    const QString path = m_home->file(QStringLiteral("locked.db"));
+    store::loadFixture(testsupport::fixture(QStringLiteral("agents.json")), path);
+    const auto db = store::Database::open(path);
+    QVector<bool> told;
+    db->setBusyObserver([&](bool waiting) { told << waiting; });
+    {
+        // Another program holds the write lock for longer than a write waits.
+        QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("other"));
+        other.setDatabaseName(path);
+        QVERIFY(other.open());
+        QSqlQuery q(other);
+        QVERIFY(q.exec(QStringLiteral("BEGIN IMMEDIATE")));
+        QVERIFY(q.exec(QStringLiteral("UPDATE meta SET value = value WHERE key = 'user'")));
+        try {
+            db->transaction([&] { db->setMeta(QStringLiteral("probe"), QStringLiteral("1")); });
+            QFAIL("a write went through another program's lock");
+        } catch (const com::ComError &e) {
+            QCOMPARE(e.number(), com::err::Busy);
+            QVERIFY2(e.description().contains(QStringLiteral("The store %1 is locked by another program.")
+                                                  .arg(QDir::toNativeSeparators(path))),
+                     qPrintable(e.description()));
+            QVERIFY2(e.description().contains(QLatin1String("nothing was written")),
+                     qPrintable(e.description()));
+        }
+        QCOMPARE(told, (QVector<bool>{true, false}));
+        QVERIFY(q.exec(QStringLiteral("ROLLBACK")));
+        q = QSqlQuery();
+        other.close();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("other"));
+    // Once the lock is gone the same write goes through.
+    db->transaction([&] { db->setMeta(QStringLiteral("probe"), QStringLiteral("2")); });
+    QCOMPARE(db->meta(QStringLiteral("probe")), QStringLiteral("2"));
 }
 
 QTEST_GUILESS_MAIN(TestDatabase)

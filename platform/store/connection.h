@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+namespace store {
+
+/// Says when a write starts to wait for another program's lock on the store
+/// (true) and when the wait is over (false).
+using BusyObserver = std::function<void(bool waiting)>;
+
+/// One SQLite open of a store file, shared by every Database object of this
+/// process that names the same file. A process must never open the file a
+/// second time: on POSIX systems closing any handle of a file drops every
+/// lock the process holds on it, and a store whose locks are gone is
+/// corrupted by the next program that checkpoints it.
+class Connection {
+public:
+    enum class Access { ReadWrite, ReadOnly };
+
+    ~Connection();
+    Connection(const Connection &) = delete;
+    Connection &operator=(const Connection &) = delete;
+
+    /// The connection this process already has to `canonicalPath`, if any.
+    static std::shared_ptr<Connection> find(const QString &canonicalPath);
+
+    /// Opens the file through SQLite (an empty `canonicalPath` for a file
+    /// that SQLite makes now) and records the connection as this
+    /// process's one connection to it. Raises a ComError in words when SQLite
+    /// can't open it.
+    static std::shared_ptr<Connection> open(const QString &path, const QString &canonicalPath, Access access);
+
+    const QString &name() const { return m_name; }
+    Access access() const { return m_access; }
+
+    /// Nesting depth of the running write transaction (0: none).
+    int depth = 0;
+
+    BusyObserver busyObserver;
+    /// Whether the observer has been told of a wait that isn't over yet.
+    bool waiting = false;
+    /// Ends a wait that the busy handler began.
+    void endWait();
+
+private:
+    Connection(QString name, QString canonicalPath, Access access);
+
+    QString m_name;
+    QString m_canonicalPath;
+    Access m_access;
+};
+
+/// How long a write waits for another program's lock before it gives up.
+inline constexpr int kBusyWaitMs = 10000;
+
+} // namespace store
