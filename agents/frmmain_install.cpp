@@ -4,6 +4,7 @@
 #include "agents/frmschedule.h"
 #include "agents/schedule.h"
 #include "agents/schedulewrite.h"
+#include "app/eventlog.h"
 #include "app/frmmain.h"
 #include "app/program.h"
 #include "navigation/frmfolder.h"
@@ -259,7 +260,6 @@ void frmMain::cmdInstall_Click()
 bool frmMain::InstallScript(const QString &strFilePath, const QString &strAgentName, const QString &entryId,
                             const QString &storeId, const QString &targetPath)
 {
-    os::ApplicationLog log;
     const bool ok = com::withHandler(
         [&] {
             mapi::Session &session = *m_program.gobjSession;
@@ -295,16 +295,18 @@ bool frmMain::InstallScript(const QString &strFilePath, const QString &strAgentN
             binding.SaveCustomChanges(message);
             source.SaveChanges();
             transaction->commit();
-            log.LogEvent(generalDate() + QLatin1Char(' ') + txtAgentName->text() +
-                             QStringLiteral(" installed in ") + targetPath,
-                         os::kLogInformation);
+            app::logEvent(m_program,
+                          generalDate() + QLatin1Char(' ') + txtAgentName->text() +
+                              QStringLiteral(" installed in ") + targetPath,
+                          os::kLogInformation);
         },
         [&](const com::ComError &e) {
-            log.LogEvent(generalDate() + QLatin1Char(' ') + txtAgentName->text() +
-                             QStringLiteral(" installation failure. ") + e.source() +
-                             QStringLiteral(" Error#: ") + QString::number(e.number()) +
-                             QStringLiteral(" Description: ") + e.description(),
-                         os::kLogError);
+            app::logEvent(m_program,
+                          generalDate() + QLatin1Char(' ') + txtAgentName->text() +
+                              QStringLiteral(" installation failure. ") + e.source() +
+                              QStringLiteral(" Error#: ") + QString::number(e.number()) +
+                              QStringLiteral(" Description: ") + e.description(),
+                          os::kLogError);
         });
     return !ok;
 }

@@ -51,6 +51,8 @@ struct Program {
 
     /// Set just before the delete command removes an agent's node.
     bool blnNodeDeleting = false;
+    /// Set once the user has been told that the application log can't be written.
+    bool blnLogFailureShown = false;
 };
 
 /// The one program of this process; valid from `Main` until it returns.

@@ -1,12 +1,15 @@
 // Start-up: the session, the splash window, Outlook's namespace and the
 // main window, in that order.
+#include "app/eventlog.h"
 #include "app/frmmain.h"
 #include "app/frmsplash.h"
 #include "app/program.h"
 #include "platform/com/routine.h"
 #include "platform/events/events.h"
 #include "platform/mapi/session.h"
+#include "platform/os/applog.h"
 #include "platform/outlook/application.h"
+#include "platform/registry/registry.h"
 #include "platform/ui/prompter.h"
 
 #include <QApplication>
@@ -47,6 +50,17 @@ bool LogonOutlook(Program &program)
     return !routine.failed();
 }
 
+/// A settings file that was damaged and has been replaced, or that can't be
+/// used: the user hears of it before anything else, and the log keeps it.
+void reportSettingsFile(Program &program)
+{
+    const QString note = registry::Registry::systemNote();
+    if (note.isEmpty())
+        return;
+    logEvent(program, note, os::kLogWarning);
+    program.prompter.msgBox(note, ui::Buttons::OK, ui::Icon::Exclamation, 1, QString());
+}
+
 } // namespace
 
 Program::Program(ui::Prompter &p) : prompter(p)
@@ -72,14 +86,23 @@ QString appPath()
 
 bool Main(Program &program)
 {
+    reportSettingsFile(program);
     com::ResumeNext routine;
     routine.step([&] {
         program.gobjSession = std::make_unique<mapi::Session>(program.prompter);
         program.gobjSession->Logon();
     });
     if (routine.failed()) {
-        if (routine.number() != com::err::UserCancel)
-            stopMessage(program, QStringLiteral("Unrecoverable Error - Could not logon to MAPI profile!"));
+        if (routine.number() != com::err::UserCancel) {
+            // The message of the logon, with the store's file and the cause
+            // beneath it and in the application log.
+            const QString cause = routine.error()->description();
+            logEvent(program, QStringLiteral("Could not log on to the MAPI profile. ") + cause,
+                     os::kLogError);
+            program.prompter.msgBoxDetail(
+                QStringLiteral("Unrecoverable Error - Could not logon to MAPI profile!"), cause,
+                ui::Buttons::OK, ui::Icon::Stop, 1, QString());
+        }
         return false;
     }
 

@@ -7,23 +7,6 @@
 
 namespace scripts {
 
-namespace {
-QString toPane(QString text)
-{
-    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
-    return text;
-}
-
-QString fromPane(QString text)
-{
-    text.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
-    text.replace(QChar::LineSeparator, QLatin1Char('\n'));
-    text.replace(QLatin1Char('\n'), QLatin1String("\r\n"));
-    return text;
-}
-} // namespace
-
 ScriptPane::ScriptPane(QWidget *parent) : QPlainTextEdit(parent)
 {
     setLineWrapMode(QPlainTextEdit::NoWrap);
@@ -36,22 +19,36 @@ ScriptPane::ScriptPane(QWidget *parent) : QPlainTextEdit(parent)
 
 QString ScriptPane::text() const
 {
-    return fromPane(toPlainText());
+    // Each line carries the end it was loaded with; lines the user made get
+    // the usual one. The raw text keeps no-break spaces, which the plain
+    // text would turn into blanks.
+    QString text;
+    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
+        text += fromDisplay(block.text(), QString());
+        if (block.next().isValid())
+            text += m_lineEnds.end(block.userState());
+    }
+    return text;
 }
 
 void ScriptPane::setText(const QString &text)
 {
-    setPlainText(toPane(text));
+    m_lineEnds = LineEnds::of(text);
+    setPlainText(toDisplay(text));
+    int line = 0;
+    for (QTextBlock block = document()->begin(); block.isValid() && line < m_lineEnds.ends.size();
+         block = block.next())
+        block.setUserState(LineEnds::code(m_lineEnds.ends.at(line++)));
 }
 
 QString ScriptPane::selText() const
 {
-    return fromPane(textCursor().selectedText());
+    return fromDisplay(textCursor().selectedText(), m_lineEnds.usual);
 }
 
 void ScriptPane::setSelText(const QString &text)
 {
-    textCursor().insertText(toPane(text));
+    textCursor().insertText(toDisplay(text));
 }
 
 void ScriptPane::selectAll()

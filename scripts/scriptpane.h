@@ -1,11 +1,14 @@
 #pragma once
 
+#include "scripts/panetext.h"
+
 #include <QPlainTextEdit>
 
 namespace scripts {
 
-/// The script pane: plain text with the program's own line ends (carriage
-/// return and line feed), a `Locked` state that refuses typing, a caret
+/// The script pane: plain text that gives back every character it was given
+/// and the line ends it was loaded with (carriage return and line feed for
+/// a new text), a `Locked` state that refuses typing, a caret
 /// line and line count, and the events the main window handles.
 class ScriptPane : public QPlainTextEdit {
     Q_OBJECT
@@ -15,7 +18,7 @@ class ScriptPane : public QPlainTextEdit {
 public:
     explicit ScriptPane(QWidget *parent = nullptr);
 
-    /// The whole text, lines ended by CR LF.
+    /// The whole text, with the line ends it was set with.
     QString text() const;
     void setText(const QString &text);
 
@@ -48,6 +51,9 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
+
+private:
+    LineEnds m_lineEnds;
 };
 
 } // namespace scripts

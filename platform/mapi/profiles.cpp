@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLockFile>
 #include <QStandardPaths>
 
 namespace mapi {
@@ -136,8 +137,18 @@ void makeDemoProfile(const QString &name)
             com::err::PathNotFound, kCdoSource,
             QStringLiteral("The folder %1 could not be made.").arg(QDir::toNativeSeparators(dir)));
     const QString storePath = dir + QLatin1Char('/') + name + QStringLiteral(".db");
-    if (!QFileInfo::exists(storePath))
-        store::loadFixture(QStringLiteral(SORRELIN_SHARE_DIR "/demo.json"), storePath);
+    {
+        // Two programs started at once by a new user make the store once:
+        // the second waits for the first and then finds it made.
+        QLockFile lock(storePath + QStringLiteral(".lock"));
+        lock.setStaleLockTime(60000);
+        if (!lock.tryLock(60000))
+            throw com::ComError(com::err::Busy, kCdoSource,
+                                QStringLiteral("The demo store %1 is being made by another program.")
+                                    .arg(QDir::toNativeSeparators(storePath)));
+        if (!QFileInfo::exists(storePath))
+            store::loadFixture(QStringLiteral(SORRELIN_SHARE_DIR "/demo.json"), storePath);
+    }
     const QString user = store::Database::open(storePath)->meta(QStringLiteral("user"));
     writeProfile(Profile{name, user, storePath});
 }

@@ -30,10 +30,10 @@ void Session::Logon(const QString &profileName)
     m_state->profile = profile.name;
 }
 
-void Session::LogonStore(const QString &storePath, const QString &user)
+void Session::LogonStore(const QString &storePath, const QString &user, store::Database::Access access)
 {
     auto state = std::make_shared<SessionState>();
-    state->db = store::Database::open(storePath);
+    state->db = store::Database::open(storePath, access);
     state->user = user.isEmpty() ? state->db->meta(QStringLiteral("user")) : user;
     state->profile = state->db->meta(QStringLiteral("profile"));
     state->loggedOn = true;

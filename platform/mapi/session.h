@@ -39,8 +39,10 @@ public:
     /// raises 0x8004010F.
     void Logon(const QString &profileName);
     /// Logs on to a store file directly, as `user` (the store's own user
-    /// when empty); for tools and tests.
-    void LogonStore(const QString &storePath, const QString &user = QString());
+    /// when empty); for tools and tests. A session for reading only may
+    /// list a store that it can't write.
+    void LogonStore(const QString &storePath, const QString &user = QString(),
+                    store::Database::Access access = store::Database::Access::ReadWrite);
     void Logoff();
 
     /// The user's display name.

@@ -3,6 +3,7 @@
 #include "platform/registry/defaults.h"
 #include "platform/registry/registrydb.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
@@ -69,6 +70,30 @@ public:
     }
 };
 
+namespace {
+
+QString &systemNoteText()
+{
+    static QString note;
+    return note;
+}
+
+/// Moves a damaged registry file (and its journal) aside under a name of
+/// its own; false when it can't be moved.
+bool moveAside(const QString &file, QString &movedTo)
+{
+    movedTo = file + QStringLiteral(".damaged-") +
+              QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    if (!QFile::rename(file, movedTo))
+        return false;
+    for (const QString &suffix : {QStringLiteral("-wal"), QStringLiteral("-shm")})
+        if (QFileInfo::exists(file + suffix))
+            QFile::rename(file + suffix, movedTo + suffix);
+    return true;
+}
+
+} // namespace
+
 Registry &Registry::system()
 {
     // The system's registry lives as long as the process does.
@@ -77,13 +102,57 @@ Registry &Registry::system()
                             QStringLiteral("/sorrelin");
         QDir().mkpath(dir);
         const QString file = dir + QStringLiteral("/registry.db");
-        const bool fresh = !QFileInfo::exists(file);
+        bool fresh = !QFileInfo::exists(file);
         auto r = std::make_unique<Registry>(file);
-        if (fresh)
+        if (!r->isOpen()) {
+            const QString shown = QDir::toNativeSeparators(file);
+            QString movedTo;
+            switch (db::diagnose(file)) {
+            case db::Trouble::Damaged:
+                r.reset();
+                if (moveAside(file, movedTo)) {
+                    systemNoteText() =
+                        QStringLiteral("The settings file %1 was damaged. It has been moved to "
+                                       "%2, and Sorrelin starts with new settings.")
+                            .arg(shown, QDir::toNativeSeparators(movedTo));
+                    fresh = true;
+                } else {
+                    systemNoteText() =
+                        QStringLiteral("The settings file %1 is damaged and could not be moved aside.")
+                            .arg(shown);
+                }
+                r = std::make_unique<Registry>(file);
+                break;
+            case db::Trouble::Locked:
+                systemNoteText() =
+                    QStringLiteral("The settings file %1 is locked by another program.").arg(shown);
+                break;
+            case db::Trouble::Unreadable:
+                systemNoteText() =
+                    QStringLiteral("The settings file %1 can't be read or written: permission denied.")
+                        .arg(shown);
+                break;
+            case db::Trouble::None:
+                systemNoteText() = QStringLiteral("The settings file %1 could not be opened.").arg(shown);
+                break;
+            }
+        }
+        if (fresh && r->isOpen())
             fillDesktopDefaults(*r, defaultDesktopLookup());
         return r;
     }();
     return *instance;
+}
+
+QString Registry::systemNote()
+{
+    system();
+    return systemNoteText();
+}
+
+bool Registry::isOpen() const
+{
+    return d->db().isOpen();
 }
 
 Registry::Registry(const QString &path) : d(std::make_unique<Impl>())

@@ -64,6 +64,15 @@ public:
 
     const QString &path() const;
 
+    /// Whether the file could be opened and read; when not, every call
+    /// gives ERROR_BADDB.
+    bool isOpen() const;
+
+    /// What happened to the system registry's file when it was opened: empty
+    /// when nothing was wrong; else, for people, the damaged file that was
+    /// moved aside for a fresh one, or why the file can't be used.
+    static QString systemNote();
+
 private:
     class Impl;
     std::unique_ptr<Impl> d;

@@ -1,6 +1,8 @@
 #include "platform/registry/registrydb.h"
 
+#include <QFileInfo>
 #include <QHash>
+#include <QSqlError>
 #include <QSqlQuery>
 #include <QStringList>
 #include <QVariant>
@@ -16,6 +18,14 @@ bool exec(const QSqlDatabase &db, const QString &sql)
 {
     QSqlQuery q(db);
     return q.exec(sql);
+}
+
+/// SQLite reads the file and finds it whole.
+bool isSound(const QSqlDatabase &db)
+{
+    QSqlQuery q(db);
+    return q.exec(QStringLiteral("PRAGMA quick_check(1)")) && q.next() &&
+           q.value(0).toString() == QLatin1String("ok");
 }
 
 int layoutOf(const QSqlDatabase &db)
@@ -107,9 +117,42 @@ QSqlDatabase open(const QString &path, const QString &connection)
     // disk; only a power cut may take the last commits back.
     exec(db, QStringLiteral("PRAGMA synchronous = NORMAL"));
     exec(db, QStringLiteral("PRAGMA foreign_keys = ON"));
-    if (layoutOf(db) < kLayout && !makeLayout(db))
+    if (!isSound(db) || (layoutOf(db) < kLayout && !makeLayout(db)))
         db.close();
     return db;
+}
+
+Trouble diagnose(const QString &path)
+{
+    const QFileInfo info(path);
+    if (!info.isReadable() || !info.isWritable() || !QFileInfo(info.absolutePath()).isWritable())
+        return Trouble::Unreadable;
+    const QString name = QStringLiteral("sorrelin-registry-diagnosis");
+    Trouble trouble = Trouble::None;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        db.setDatabaseName(path);
+        db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=1000"));
+        if (db.open()) {
+            QSqlQuery q(db);
+            if (!q.exec(QStringLiteral("PRAGMA quick_check(1)"))) {
+                const int code = q.lastError().nativeErrorCode().toInt() & 0xff;
+                trouble = (code == 5 || code == 6) ? Trouble::Locked : Trouble::Damaged;
+            } else if (!q.next() || q.value(0).toString() != QLatin1String("ok")) {
+                trouble = Trouble::Damaged;
+            } else {
+                // Sound to SQLite, yet not ours: another program's tables.
+                const QStringList tables = db.tables();
+                if (!tables.isEmpty() && !tables.contains(QStringLiteral("keys")))
+                    trouble = Trouble::Damaged;
+            }
+        } else {
+            trouble = Trouble::Damaged;
+        }
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(name);
+    return trouble;
 }
 
 QString fold(const QString &name)

@@ -16,6 +16,14 @@ namespace registry::db {
 /// The connection is closed (invalid) when the file can't be opened.
 QSqlDatabase open(const QString &path, const QString &connection);
 
+/// Why a registry file would not open.
+enum class Trouble { None, Damaged, Locked, Unreadable };
+
+/// Looks at a registry file that `open` refused, through a connection of
+/// its own that is closed again (call it only while no other connection of
+/// this process has the file open).
+Trouble diagnose(const QString &path);
+
 /// Key and value names compare as the classic registry compares them:
 /// without regard to case, in any script.
 QString fold(const QString &name);

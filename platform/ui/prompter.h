@@ -50,6 +50,11 @@ public:
     virtual Answer msgBox(const QString &text, Buttons buttons, Icon icon, int defaultButton,
                           const QString &title) = 0;
 
+    /// A message with a second, smaller text beneath it that says more (the
+    /// file and the cause of a failure, say).
+    virtual Answer msgBoxDetail(const QString &text, const QString &detail, Buttons buttons, Icon icon,
+                                int defaultButton, const QString &title) = 0;
+
     /// The typed text, or the empty text when the user cancels.
     virtual QString inputBox(const QString &prompt, const QString &title, const QString &defaultText) = 0;
 

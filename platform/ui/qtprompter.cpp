@@ -86,7 +86,14 @@ bool fileDialog(CommonDialogState &state, QFileDialog::AcceptMode mode)
 Answer QtPrompter::msgBox(const QString &text, Buttons buttons, Icon icon, int defaultButton,
                           const QString &title)
 {
+    return msgBoxDetail(text, QString(), buttons, icon, defaultButton, title);
+}
+
+Answer QtPrompter::msgBoxDetail(const QString &text, const QString &detail, Buttons buttons, Icon icon,
+                                int defaultButton, const QString &title)
+{
     QMessageBox box(QApplication::activeWindow());
+    box.setInformativeText(displayText(detail));
     box.setWindowTitle(title.isEmpty() ? QStringLiteral("Sorrelin") : title);
     box.setText(displayText(text));
     box.setIcon(qtIcon(icon));

@@ -114,8 +114,16 @@ void ScriptedPrompter::fail(PromptRecord &r, const QString &error, const QString
 Answer ScriptedPrompter::msgBox(const QString &text, Buttons buttons, Icon icon, int defaultButton,
                                 const QString &title)
 {
+    return msgBoxDetail(text, QString(), buttons, icon, defaultButton, title);
+}
+
+Answer ScriptedPrompter::msgBoxDetail(const QString &text, const QString &detail, Buttons buttons, Icon icon,
+                                      int defaultButton, const QString &title)
+{
     PromptRecord r;
     r.kind = QStringLiteral("msgbox");
+    if (!detail.isEmpty())
+        r.extra.insert(QStringLiteral("detail"), detail);
     r.text = text;
     r.title = titleOf(title);
     r.icon = iconName(icon);

@@ -52,6 +52,8 @@ public:
 
     Answer msgBox(const QString &text, Buttons buttons, Icon icon, int defaultButton,
                   const QString &title) override;
+    Answer msgBoxDetail(const QString &text, const QString &detail, Buttons buttons, Icon icon,
+                        int defaultButton, const QString &title) override;
     QString inputBox(const QString &prompt, const QString &title, const QString &defaultText) override;
     bool showOpen(CommonDialogState &state) override;
     bool showSave(CommonDialogState &state) override;

@@ -75,7 +75,8 @@ int load(const QStringList &a, Output io)
 int dump(const QStringList &a, Output io)
 {
     need(a, 1);
-    const std::unique_ptr<store::Database> db = store::Database::open(a.at(0));
+    const std::unique_ptr<store::Database> db =
+        store::Database::open(a.at(0), store::Database::Access::ReadOnly);
     io.out << QJsonDocument(store::dumpStore(*db)).toJson(QJsonDocument::Indented);
     return 0;
 }
@@ -85,7 +86,7 @@ int tree(const QStringList &a, Output io)
     need(a, 1);
     ui::ScriptedPrompter prompter;
     mapi::Session session(prompter);
-    session.LogonStore(a.at(0));
+    session.LogonStore(a.at(0), QString(), store::Database::Access::ReadOnly);
     events::Events events;
     events.SetSession(session.MAPIOBJECT());
     for (const navigation::DisplayNode &n :
