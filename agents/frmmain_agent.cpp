@@ -115,15 +115,18 @@ void frmMain::mnuFileDelete_Click()
                 break;
             }
     });
-    // Binding first, then the binding message, then the state message; the
-    // store sees the three removals at once.
+    // Binding first, then the binding message, then the state message. The
+    // store sees the three removals at once, or none of them when the binding
+    // stays (a user without rights): an agent is never left half there.
     std::unique_ptr<store::Database::Transaction> transaction;
     routine.step([&] { transaction = m_program.gobjSession->BeginTransaction(); });
+    routine.clear();
     routine.step([&] { agent->bindings().Remove(*binding); });
+    const bool bindingRemoved = !routine.failed();
     routine.step([&] { agent->message.Delete(); });
     if (state)
         routine.step([&] { state->Delete(); });
-    if (transaction)
+    if (transaction && bindingRemoved)
         routine.step([&] { transaction->commit(); });
 
     m_program.blnNodeDeleting = true;

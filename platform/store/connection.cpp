@@ -93,12 +93,14 @@ std::shared_ptr<Connection> Connection::open(const QString &path, const QString 
     std::shared_ptr<Connection> c(new Connection(nextConnectionName(), canonicalPath, access));
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), c->m_name);
     QStringList options;
-    if (access == Access::ReadOnly) {
+    const QFileInfo info(path);
+    // A reader that may write opens as a writer would, so that closing it
+    // takes away the journal files that SQLite puts beside the store.
+    if (access == Access::ReadOnly && (!info.isWritable() || !QFileInfo(info.absolutePath()).isWritable())) {
         options << QStringLiteral("QSQLITE_OPEN_READONLY");
         // A store in a folder nobody may write has no journal beside it and
         // can't get one: no program can be writing it, and SQLite may read
         // it as it stands.
-        const QFileInfo info(path);
         if (!QFileInfo(info.absolutePath()).isWritable() &&
             !QFileInfo::exists(path + QStringLiteral("-wal"))) {
             options << QStringLiteral("QSQLITE_OPEN_URI");

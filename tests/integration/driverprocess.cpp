@@ -1,0 +1,69 @@
+#include "driverprocess.h"
+
+#include <QJsonDocument>
+
+namespace testsupport {
+
+QStringList asUserCommand(const QString &program, int asUser)
+{
+    if (asUser < 0)
+        return {program};
+    return {QStringLiteral("setpriv"), QStringLiteral("--reuid=%1").arg(asUser),
+            QStringLiteral("--regid=%1").arg(asUser), QStringLiteral("--clear-groups"), program};
+}
+
+DriverProcess::DriverProcess(const QString &home, int asUser)
+{
+    const QStringList command = asUserCommand(QStringLiteral(SORRELIN_DRIVER), asUser);
+    m_process.setProcessChannelMode(QProcess::SeparateChannels);
+    m_process.start(command.first(), command.mid(1) + QStringList{QStringLiteral("--keep"), home});
+    m_process.waitForStarted();
+}
+
+DriverProcess::~DriverProcess()
+{
+    if (m_process.state() != QProcess::NotRunning)
+        kill();
+}
+
+QJsonObject DriverProcess::send(const QString &line, int timeoutMs)
+{
+    m_process.write(line.toUtf8() + '\n');
+    while (!m_process.canReadLine())
+        if (!m_process.waitForReadyRead(timeoutMs))
+            return QJsonObject{{QStringLiteral("ok"), false},
+                               {QStringLiteral("error"), QStringLiteral("no answer to: ") + line}};
+    return QJsonDocument::fromJson(m_process.readLine()).object();
+}
+
+void DriverProcess::post(const QStringList &lines)
+{
+    for (const QString &line : lines)
+        m_process.write(line.toUtf8() + '\n');
+    // QProcess keeps what is written until its event loop or a wait runs.
+    m_process.waitForBytesWritten(10000);
+}
+
+bool DriverProcess::finish(int timeoutMs)
+{
+    m_process.closeWriteChannel();
+    return m_process.waitForFinished(timeoutMs);
+}
+
+void DriverProcess::kill()
+{
+    m_process.kill();
+    m_process.waitForFinished(10000);
+}
+
+ToolRun runStoreTool(const QStringList &arguments, int asUser)
+{
+    const QStringList command = asUserCommand(QStringLiteral(SORRELIN_STORE_TOOL), asUser);
+    QProcess p;
+    p.start(command.first(), command.mid(1) + arguments);
+    p.waitForFinished(120000);
+    return ToolRun{p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1, p.readAllStandardOutput(),
+                   p.readAllStandardError()};
+}
+
+} // namespace testsupport

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+
+namespace testsupport {
+
+/// sorrelin-driver in a process of its own, in a home of the caller's, as a
+/// script would run it: one command a line, one JSON answer a line.
+class DriverProcess {
+public:
+    /// Starts the driver; `asUser` runs it under that numeric user id (for
+    /// tests run by root that need permissions to bite).
+    explicit DriverProcess(const QString &home, int asUser = -1);
+    ~DriverProcess();
+
+    /// Sends one command and waits for its answer.
+    QJsonObject send(const QString &line, int timeoutMs = 60000);
+    /// Sends commands without waiting for their answers.
+    void post(const QStringList &lines);
+    /// Ends the input and waits for the driver's end.
+    bool finish(int timeoutMs = 60000);
+    /// Kills the driver at once, as a crash or a power switch would.
+    void kill();
+
+    QProcess &process() { return m_process; }
+
+private:
+    QProcess m_process;
+};
+
+/// The command line that runs `program` as `asUser` (nothing changes for -1).
+QStringList asUserCommand(const QString &program, int asUser);
+
+/// Runs sorrelin-store with `arguments`; its exit code, output and errors.
+struct ToolRun {
+    int code = -1;
+    QByteArray out;
+    QByteArray err;
+};
+ToolRun runStoreTool(const QStringList &arguments, int asUser = -1);
+
+} // namespace testsupport

@@ -1,0 +1,134 @@
+// Kills the program at random moments while it installs, deletes and
+// changes agents, and checks after each kill that the store is whole and
+// holds no half agent:
+//     killtest [--kills N] [--seed S]
+// It prints its figures and fails when any kill broke the store.
+#include "driverprocess.h"
+#include "storecheck.h"
+#include "tests/support/testenv.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QRandomGenerator>
+#include <QTextStream>
+#include <QThread>
+
+using testsupport::DriverProcess;
+
+namespace {
+
+/// The writes of one command take a few milliseconds; kills fall in this window.
+constexpr quint32 kKillWindowUs = 12000;
+
+const QString kFolders = QStringLiteral("\\Mailbox - Tess Tester\\Empty | \\Mailbox - Tess "
+                                        "Tester\\Parent\\Child | \\Mailbox - Tess Tester\\Inbox");
+
+QStringList install(int round)
+{
+    return {QStringLiteral("tab frmMain SSTab1 1"),
+            QStringLiteral("answer file:") + testsupport::fixture(QStringLiteral("files/latin1.vbs")),
+            QStringLiteral("answer text:Killed %1").arg(round),
+            QStringLiteral("press frmMain cmdScript"),
+            QStringLiteral("press frmMain cmdFolder"),
+            QStringLiteral("select frmFolder ") + kFolders,
+            QStringLiteral("press frmFolder cmdOK"),
+            QStringLiteral("press frmMain chkNew"),
+            QStringLiteral("answer Yes"),
+            QStringLiteral("answer OK"),
+            QStringLiteral("press frmMain cmdInstall")};
+}
+
+QStringList remove(const QString &agent)
+{
+    return {QStringLiteral("click ") + agent, QStringLiteral("answer Yes"), QStringLiteral("answer OK"),
+            QStringLiteral("menu mnuFileDelete")};
+}
+
+QStringList rename(const QString &agent, int round)
+{
+    return {QStringLiteral("click ") + agent, QStringLiteral("menu mnuFileAgentProperties"),
+            QStringLiteral("type frmProperties txtAgentName Renamed %1").arg(round),
+            QStringLiteral("answer Yes"), QStringLiteral("press frmProperties cmdOK")};
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    int kills = 12;
+    quint32 seed = QRandomGenerator::global()->generate();
+    const QStringList args = app.arguments();
+    for (int i = 1; i + 1 < args.size(); ++i) {
+        if (args.at(i) == QLatin1String("--kills"))
+            kills = args.at(i + 1).toInt();
+        else if (args.at(i) == QLatin1String("--seed"))
+            seed = args.at(i + 1).toUInt();
+    }
+    QTextStream out(stdout);
+    out << "seed " << seed << Qt::endl;
+    QRandomGenerator random(seed);
+    const testsupport::TestHome home;
+    const QString driverHome = home.file(QStringLiteral("driver"));
+
+    QString store;
+    QSet<QString> known;
+    {
+        DriverProcess first(driverHome);
+        store = first.send(QStringLiteral("fixture ") + testsupport::fixture(QStringLiteral("agents.json")))
+                    .value(QStringLiteral("store"))
+                    .toString();
+        first.finish();
+        known = testsupport::StoreCheck::of(store).halfAgents;
+    }
+    int broken = 0;
+    int half = 0;
+    int failedStarts = 0;
+    for (int round = 1; round <= kills; ++round) {
+        DriverProcess driver(driverHome);
+        driver.send(QStringLiteral("answer Test"));
+        if (!driver.send(QStringLiteral("start")).value(QStringLiteral("ok")).toBool()) {
+            ++failedStarts;
+            out << "round " << round << ": the program did not start on the store" << Qt::endl;
+            continue;
+        }
+        // The agents of the tree now, for a deletion or a rename.
+        QStringList agents;
+        for (const auto node : driver.send(QStringLiteral("state")).value(QStringLiteral("tree")).toArray())
+            if (node.toObject().value(QStringLiteral("image")).toInt() >= 19)
+                agents << node.toObject().value(QStringLiteral("path")).toString();
+        QStringList lines;
+        const int what = agents.isEmpty() ? 0 : static_cast<int>(random.bounded(3));
+        const QString agent = agents.isEmpty() ? QString() : agents.at(random.bounded(agents.size()));
+        lines = what == 0 ? install(round) : what == 1 ? remove(agent) : rename(agent, round);
+        // Everything up to the command that writes runs to its end; the kill
+        // comes while that command runs, or just after.
+        for (const QString &line : lines.mid(0, lines.size() - 1)) {
+            const QJsonObject answer = driver.send(line);
+            if (!answer.value(QStringLiteral("ok")).toBool())
+                out << "round " << round << ": " << line << ": "
+                    << answer.value(QStringLiteral("error")).toString() << Qt::endl;
+        }
+        driver.post({lines.last()});
+        QThread::usleep(random.bounded(kKillWindowUs));
+        driver.kill();
+
+        const testsupport::StoreCheck check = testsupport::StoreCheck::of(store);
+        if (check.integrity != QLatin1String("ok")) {
+            ++broken;
+            out << "round " << round << ": integrity " << check.integrity << Qt::endl;
+        }
+        // Each half agent is counted in the round that made it; the fixture's
+        // own orphans are expected until the program deletes them.
+        for (const QString &h : check.halfAgents - known) {
+            ++half;
+            out << "round " << round << ": " << h << Qt::endl;
+        }
+        known = check.halfAgents;
+    }
+    out << kills << " kills, " << broken << " broken stores, " << half << " half agents, " << failedStarts
+        << " failed starts" << Qt::endl;
+    return broken == 0 && half == 0 && failedStarts == 0 ? 0 : 1;
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QSet>
+#include <QString>
+
+namespace testsupport {
+
+/// What an independent reader finds in a store file: SQLite's own
+/// integrity check, and every agent that is not whole (a binding without
+/// its binding message, script or state message; a binding or state
+/// message without its binding), each as a line of words.
+struct StoreCheck {
+    QString integrity;
+    QSet<QString> halfAgents;
+
+    static StoreCheck of(const QString &path);
+};
+
+} // namespace testsupport
