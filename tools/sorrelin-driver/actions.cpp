@@ -150,7 +150,7 @@ bool Driver::userAction(const QString &command, const QString &rest)
     if (command == QLatin1String("menu")) {
         const QString name = rest.trimmed();
         if (QMenu *open = openMenu()) {
-            QAction *entry = open->findChild<QAction *>(name);
+            QAction *entry = nullptr;
             for (QAction *a : open->actions())
                 if (a->objectName() == name)
                     entry = a;
