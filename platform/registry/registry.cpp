@@ -74,6 +74,15 @@ public:
         return ERROR_SUCCESS;
     }
 
+    /// As begin, for the key `subKey` below the handle's: `path` is its
+    /// full path.
+    long beginBelow(HKEY key, const QString &subKey, OpenKey &base, QString &path) const
+    {
+        const long rc = begin(key, base);
+        path = db::normalise(base.path + QLatin1Char('\\') + subKey);
+        return rc;
+    }
+
     HKEY handleFor(const OpenKey &key)
     {
         const HKEY h = nextHandle++;
@@ -124,10 +133,10 @@ const QString &Registry::path() const
 long Registry::RegOpenKeyEx(HKEY root, const QString &subKey, HKEY *result)
 {
     OpenKey base;
-    if (const long rc = d->begin(root, base); rc != ERROR_SUCCESS)
+    QString path;
+    if (const long rc = d->beginBelow(root, subKey, base, path); rc != ERROR_SUCCESS)
         return rc;
     const QSqlDatabase db = d->db();
-    const QString path = db::normalise(base.path + QLatin1Char('\\') + subKey);
     const qint64 id = db::findKey(db, base.root, path);
     if (id == db::kMissing)
         return ERROR_FILE_NOT_FOUND;
@@ -140,10 +149,10 @@ long Registry::RegOpenKeyEx(HKEY root, const QString &subKey, HKEY *result)
 long Registry::RegCreateKeyEx(HKEY root, const QString &subKey, HKEY *result)
 {
     OpenKey base;
-    if (const long rc = d->begin(root, base); rc != ERROR_SUCCESS)
+    QString path;
+    if (const long rc = d->beginBelow(root, subKey, base, path); rc != ERROR_SUCCESS)
         return rc;
     const QSqlDatabase db = d->db();
-    const QString path = db::normalise(base.path + QLatin1Char('\\') + subKey);
     // The key and every missing parent, in one transaction.
     db::WriteTransaction transaction(db);
     if (!transaction.isActive())
