@@ -15,8 +15,18 @@
 #include <QRadioButton>
 
 namespace {
+
 const QString kTimeTip = QStringLiteral("Use + or - on num keypad for large change; mouse for small");
+
+/// Names a new control and puts it where it goes on its parent.
+template <class Control> Control *placed(Control *control, const char *name, const QRect &where)
+{
+    control->setObjectName(QString::fromLatin1(name));
+    control->setGeometry(where);
+    return control;
 }
+
+} // namespace
 
 frmSchedule::frmSchedule(ui::Prompter &prompter, QWidget *owner)
     : QDialog(owner, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowCloseButtonHint), m_prompter(prompter)
@@ -43,26 +53,14 @@ frmSchedule::frmSchedule(ui::Prompter &prompter, QWidget *owner)
     fraRun->setObjectName(QStringLiteral("fraRun"));
     fraRun->setGeometry(10, 40, 400, 130);
     optEvery = option("optEvery", "E&very:", fraRun, 10, 24);
-    txtHrs = new QLineEdit(QStringLiteral("1"), fraRun);
-    txtHrs->setObjectName(QStringLiteral("txtHrs"));
-    txtHrs->setGeometry(90, 22, 36, 22);
-    UpDownHrs = new controls::UpDown(fraRun);
-    UpDownHrs->setObjectName(QStringLiteral("UpDownHrs"));
-    UpDownHrs->setGeometry(127, 22, 16, 22);
+    txtHrs = placed(new QLineEdit(QStringLiteral("1"), fraRun), "txtHrs", {90, 22, 36, 22});
+    UpDownHrs = placed(new controls::UpDown(fraRun), "UpDownHrs", {127, 22, 16, 22});
     UpDownHrs->setBuddy(txtHrs, 1, 23, 1);
-    lblHrs = new QLabel(QStringLiteral("hrs"), fraRun);
-    lblHrs->setObjectName(QStringLiteral("lblHrs"));
-    lblHrs->setGeometry(148, 24, 30, 20);
-    txtMin = new QLineEdit(QStringLiteral("0"), fraRun);
-    txtMin->setObjectName(QStringLiteral("txtMin"));
-    txtMin->setGeometry(180, 22, 36, 22);
-    UpDownMin = new controls::UpDown(fraRun);
-    UpDownMin->setObjectName(QStringLiteral("UpDownMin"));
-    UpDownMin->setGeometry(217, 22, 16, 22);
+    lblHrs = placed(new QLabel(QStringLiteral("hrs"), fraRun), "lblHrs", {148, 24, 30, 20});
+    txtMin = placed(new QLineEdit(QStringLiteral("0"), fraRun), "txtMin", {180, 22, 36, 22});
+    UpDownMin = placed(new controls::UpDown(fraRun), "UpDownMin", {217, 22, 16, 22});
     UpDownMin->setBuddy(txtMin, 0, 45, 15);
-    lblMin = new QLabel(QStringLiteral("min"), fraRun);
-    lblMin->setObjectName(QStringLiteral("lblMin"));
-    lblMin->setGeometry(238, 24, 30, 20);
+    lblMin = placed(new QLabel(QStringLiteral("min"), fraRun), "lblMin", {238, 24, 30, 20});
     optAt = option("optAt", "&At:", fraRun, 10, 56);
     optAt->setEnabled(false);
     DTPickerAT = timeBox("DTPickerAT", QStringLiteral("12:00 AM"), fraRun);

@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QLocale>
 #include <QMenuBar>
+#include <QRegularExpression>
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QTime>
@@ -57,6 +58,14 @@ const ToolButton kToolButtons[] = {
     {"", "", ""},
     {"Favorite", "Go to Favorite Folder", "Favorite"},
 };
+
+/// Separators are named as numbered bars ("mnuFileBar7"); "mnuViewStatusBar"
+/// is an entry.
+bool isSeparatorName(const QString &name)
+{
+    static const QRegularExpression bar(QStringLiteral("Bar\\d+$"));
+    return bar.match(name).hasMatch();
+}
 
 } // namespace
 
@@ -186,7 +195,7 @@ void frmMain::createMenus()
     const auto fill = [this](QMenu *m, std::initializer_list<const char *> names) {
         for (const char *name : names) {
             const QString n = QString::fromLatin1(name);
-            if (n.contains(QLatin1String("Bar"))) {
+            if (isSeparatorName(n)) {
                 QAction *sep = m->addSeparator();
                 sep->setObjectName(n);
             } else {

@@ -5,6 +5,7 @@
 #include "app/positionform.h"
 #include "app/program.h"
 #include "platform/controls/sstree.h"
+#include "platform/os/screen.h"
 #include "scripts/scriptpane.h"
 
 #include <QAction>
@@ -13,7 +14,6 @@
 #include <QCursor>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QScreen>
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QToolBar>
@@ -123,15 +123,14 @@ void frmMain::Form_Resize()
 
 void frmMain::PositionForm(QWidget *form)
 {
-    const QScreen *screen = form->screen();
-    if (!screen)
+    const os::ScreenGeometry geometry = os::screenGeometry(form);
+    if (geometry.screen.isEmpty())
         return;
-    const QRect taskbar = app::taskbarRect(screen->geometry(), screen->availableGeometry());
     const QSize window = form->frameGeometry().size();
     const QPoint place =
-        app::centredPosition(screen->geometry().size() * kTwipsPerPixel, window * kTwipsPerPixel, taskbar,
-                             kTwipsPerPixel, kTwipsPerPixel);
-    form->move(screen->geometry().topLeft() + place / kTwipsPerPixel);
+        app::centredPosition(geometry.screen.size() * kTwipsPerPixel, window * kTwipsPerPixel,
+                             os::taskbarRect(geometry), kTwipsPerPixel, kTwipsPerPixel);
+    form->move(geometry.screen.topLeft() + place / kTwipsPerPixel);
 }
 
 void frmMain::toggleView(const QString &entryName, const QString &buttonName, QWidget *view,

@@ -25,19 +25,4 @@ QPoint centredPosition(QSize screen, QSize window, QRect taskbar, int twipsPerPi
     return QPoint(left, top);
 }
 
-QRect taskbarRect(const QRect &screen, const QRect &available)
-{
-    if (available.top() > screen.top())
-        return QRect(screen.left(), screen.top(), screen.width(), available.top() - screen.top());
-    if (available.bottom() < screen.bottom())
-        return QRect(screen.left(), available.bottom() + 1, screen.width(),
-                     screen.bottom() - available.bottom());
-    if (available.left() > screen.left())
-        return QRect(screen.left(), screen.top(), available.left() - screen.left(), screen.height());
-    if (available.right() < screen.right())
-        return QRect(available.right() + 1, screen.top(), screen.right() - available.right(),
-                     screen.height());
-    return QRect();
-}
-
 } // namespace app

@@ -11,8 +11,4 @@ namespace app {
 /// (all zeros when there is none); the result is twips.
 QPoint centredPosition(QSize screen, QSize window, QRect taskbar, int twipsPerPixelX, int twipsPerPixelY);
 
-/// The taskbar's rectangle in pixels, found as the part of the screen that
-/// its available area leaves out; all zeros when nothing is left out.
-QRect taskbarRect(const QRect &screen, const QRect &available);
-
 } // namespace app

@@ -185,6 +185,12 @@ void SSTree::clickNode(Node *node, bool withCtrl)
 
 void SSTree::mousePressEvent(QMouseEvent *event)
 {
+    // The right button selects nothing: the selection stays with the
+    // current object, on which the context menu's commands act.
+    if (event->button() == Qt::RightButton) {
+        event->accept();
+        return;
+    }
     Node *item = itemAt(event->position().toPoint());
     if (!item || event->button() != Qt::LeftButton) {
         QTreeWidget::mousePressEvent(event);
@@ -201,7 +207,8 @@ void SSTree::mousePressEvent(QMouseEvent *event)
 
 void SSTree::mouseReleaseEvent(QMouseEvent *event)
 {
-    QTreeWidget::mouseReleaseEvent(event);
+    if (event->button() != Qt::RightButton)
+        QTreeWidget::mouseReleaseEvent(event);
     const int button = event->button() == Qt::RightButton ? 2 : event->button() == Qt::MiddleButton ? 4 : 1;
     Q_EMIT MouseUp(button, event->globalPosition().toPoint());
 }

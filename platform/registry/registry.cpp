@@ -62,6 +62,28 @@ public:
         return *it;
     }
 
+    /// The key behind a handle, with the store open: ERROR_SUCCESS, or the
+    /// error that every call gives for an unknown handle or a bad store.
+    long begin(HKEY key, OpenKey &out) const
+    {
+        const std::optional<OpenKey> k = resolve(key);
+        if (!k)
+            return ERROR_INVALID_HANDLE;
+        if (!db().isOpen())
+            return ERROR_BADDB;
+        out = *k;
+        return ERROR_SUCCESS;
+    }
+
+    /// As begin, for the key `subKey` below the handle's: `path` is its
+    /// full path.
+    long beginBelow(HKEY key, const QString &subKey, OpenKey &base, QString &path) const
+    {
+        const long rc = begin(key, base);
+        path = db::normalise(base.path + QLatin1Char('\\') + subKey);
+        return rc;
+    }
+
     HKEY handleFor(const OpenKey &key)
     {
         const HKEY h = nextHandle++;
@@ -179,39 +201,35 @@ const QString &Registry::path() const
 
 long Registry::RegOpenKeyEx(HKEY root, const QString &subKey, HKEY *result)
 {
-    const std::optional<OpenKey> base = d->resolve(root);
-    if (!base)
-        return ERROR_INVALID_HANDLE;
+    OpenKey base;
+    QString path;
+    if (const long rc = d->beginBelow(root, subKey, base, path); rc != ERROR_SUCCESS)
+        return rc;
     const QSqlDatabase db = d->db();
-    if (!db.isOpen())
-        return ERROR_BADDB;
-    const QString path = db::normalise(base->path + QLatin1Char('\\') + subKey);
-    const qint64 id = db::findKey(db, base->root, path);
+    const qint64 id = db::findKey(db, base.root, path);
     if (id == db::kMissing)
         return ERROR_FILE_NOT_FOUND;
     if (id < 0)
         return ERROR_BADDB;
-    *result = d->handleFor(OpenKey{base->root, id, path});
+    *result = d->handleFor(OpenKey{base.root, id, path});
     return ERROR_SUCCESS;
 }
 
 long Registry::RegCreateKeyEx(HKEY root, const QString &subKey, HKEY *result)
 {
-    const std::optional<OpenKey> base = d->resolve(root);
-    if (!base)
-        return ERROR_INVALID_HANDLE;
+    OpenKey base;
+    QString path;
+    if (const long rc = d->beginBelow(root, subKey, base, path); rc != ERROR_SUCCESS)
+        return rc;
     const QSqlDatabase db = d->db();
-    if (!db.isOpen())
-        return ERROR_BADDB;
-    const QString path = db::normalise(base->path + QLatin1Char('\\') + subKey);
     // The key and every missing parent, in one transaction.
     db::WriteTransaction transaction(db);
     if (!transaction.isActive())
         return ERROR_BADDB;
-    const qint64 id = db::createKey(db, base->root, path);
+    const qint64 id = db::createKey(db, base.root, path);
     if (id < 0 || !transaction.commit())
         return ERROR_ACCESS_DENIED;
-    *result = d->handleFor(OpenKey{base->root, id, path});
+    *result = d->handleFor(OpenKey{base.root, id, path});
     return ERROR_SUCCESS;
 }
 
@@ -225,16 +243,14 @@ long Registry::RegCloseKey(HKEY key)
 long Registry::RegQueryValueEx(HKEY key, const QString &name, uint32_t *type, QByteArray *data,
                                uint32_t *size)
 {
-    const std::optional<OpenKey> k = d->resolve(key);
-    if (!k)
-        return ERROR_INVALID_HANDLE;
-    if (!d->db().isOpen())
-        return ERROR_BADDB;
-    if (k->id == 0)
+    OpenKey k;
+    if (const long rc = d->begin(key, k); rc != ERROR_SUCCESS)
+        return rc;
+    if (k.id == 0)
         return ERROR_FILE_NOT_FOUND; // a root holds no values
     QSqlQuery q(d->db());
     q.prepare(QStringLiteral("SELECT type, data FROM \"values\" WHERE key = ? AND fold = ?"));
-    q.addBindValue(k->id);
+    q.addBindValue(k.id);
     q.addBindValue(db::fold(name));
     if (!q.exec())
         return ERROR_BADDB;
@@ -258,12 +274,10 @@ long Registry::RegQueryValueEx(HKEY key, const QString &name, uint32_t *type, QB
 
 long Registry::RegSetValueEx(HKEY key, const QString &name, uint32_t type, const QByteArray &data)
 {
-    const std::optional<OpenKey> k = d->resolve(key);
-    if (!k)
-        return ERROR_INVALID_HANDLE;
-    if (!d->db().isOpen())
-        return ERROR_BADDB;
-    if (k->id == 0)
+    OpenKey k;
+    if (const long rc = d->begin(key, k); rc != ERROR_SUCCESS)
+        return rc;
+    if (k.id == 0)
         return ERROR_ACCESS_DENIED; // no values on a root itself
     // One statement, so one transaction of its own. A value keeps the
     // spelling of its name from when it was first written.
@@ -271,7 +285,7 @@ long Registry::RegSetValueEx(HKEY key, const QString &name, uint32_t type, const
     q.prepare(
         QStringLiteral("INSERT INTO \"values\"(key, name, fold, type, data) VALUES(?, ?, ?, ?, ?)"
                        " ON CONFLICT(key, fold) DO UPDATE SET type = excluded.type, data = excluded.data"));
-    q.addBindValue(k->id);
+    q.addBindValue(k.id);
     q.addBindValue(notNull(name));
     q.addBindValue(db::fold(name));
     q.addBindValue(type);
@@ -281,14 +295,12 @@ long Registry::RegSetValueEx(HKEY key, const QString &name, uint32_t type, const
 
 long Registry::RegDeleteValue(HKEY key, const QString &name)
 {
-    const std::optional<OpenKey> k = d->resolve(key);
-    if (!k)
-        return ERROR_INVALID_HANDLE;
-    if (!d->db().isOpen())
-        return ERROR_BADDB;
+    OpenKey k;
+    if (const long rc = d->begin(key, k); rc != ERROR_SUCCESS)
+        return rc;
     QSqlQuery q(d->db());
     q.prepare(QStringLiteral("DELETE FROM \"values\" WHERE key = ? AND fold = ?"));
-    q.addBindValue(k->id);
+    q.addBindValue(k.id);
     q.addBindValue(db::fold(name));
     if (!q.exec())
         return ERROR_ACCESS_DENIED;
@@ -297,16 +309,14 @@ long Registry::RegDeleteValue(HKEY key, const QString &name)
 
 long Registry::RegEnumKeyEx(HKEY key, uint32_t index, QString *name)
 {
-    const std::optional<OpenKey> k = d->resolve(key);
-    if (!k)
-        return ERROR_INVALID_HANDLE;
-    if (!d->db().isOpen())
-        return ERROR_BADDB;
+    OpenKey k;
+    if (const long rc = d->begin(key, k); rc != ERROR_SUCCESS)
+        return rc;
     QSqlQuery q(d->db());
     q.prepare(
         QStringLiteral("SELECT path FROM keys WHERE root = ? AND parent = ? ORDER BY fold LIMIT 1 OFFSET ?"));
-    q.addBindValue(static_cast<qint64>(k->root));
-    q.addBindValue(k->id);
+    q.addBindValue(static_cast<qint64>(k.root));
+    q.addBindValue(k.id);
     q.addBindValue(index);
     if (!q.exec())
         return ERROR_BADDB;

@@ -8,6 +8,8 @@
 // be chosen by a member's value: tree[path=\Mailbox - Alice Admin\Inbox].image,
 // and a member whose name holds dots or blanks is quoted:
 // forms.frmMain.controls."tbToolBar.Agent Properties".enabled
+// A command answered with "ok":false fails the scenario unless a check line
+// after it tests "ok" (= ok false): a refusal is only right where expected.
 #include <QCoreApplication>
 #include <QFile>
 #include <QJsonArray>
@@ -150,6 +152,16 @@ int main(int argc, char *argv[])
     int lineNumber = 0;
     int failures = 0;
     QString lastCommand;
+    QString lastWhere;
+    bool okChecked = true;
+    // A refusal that no check line expected.
+    const auto unexpectedRefusal = [&] {
+        if (okChecked || answer.value(QStringLiteral("ok")).toBool())
+            return;
+        ++failures;
+        err << lastWhere << "\"" << lastCommand
+            << "\" was refused: " << answer.value(QStringLiteral("error")).toString() << "\n";
+    };
     const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
     for (const QString &raw : lines) {
         ++lineNumber;
@@ -158,7 +170,10 @@ int main(int argc, char *argv[])
             continue;
         const QString where = QStringLiteral("%1:%2: ").arg(scenario).arg(lineNumber);
         if (line.startsWith(QLatin1String("> "))) {
+            unexpectedRefusal();
             lastCommand = line.mid(2);
+            lastWhere = where;
+            okChecked = false;
             driver.write(lastCommand.toUtf8() + '\n');
             while (!driver.canReadLine())
                 if (!driver.waitForReadyRead(60000)) {
@@ -171,6 +186,8 @@ int main(int argc, char *argv[])
         const QChar kind = line.at(0);
         const auto [path, expected] = pathAndValue(line.mid(2));
         const QJsonValue actual = lookup(answer, path);
+        if (path == QLatin1String("ok"))
+            okChecked = true;
         bool ok = false;
         QString want;
         if (kind == QLatin1Char('=')) {
@@ -206,8 +223,18 @@ int main(int argc, char *argv[])
                 err << "    (the driver said: " << answer.value(QStringLiteral("error")).toString() << ")\n";
         }
     }
+    unexpectedRefusal();
+    // The driver ends with its input, whatever form is open.
     driver.closeWriteChannel();
-    driver.waitForFinished(30000);
+    if (!driver.waitForFinished(30000)) {
+        ++failures;
+        err << scenario << ": the driver didn't end when its input ended\n";
+        driver.kill();
+        driver.waitForFinished();
+    } else if (driver.exitStatus() != QProcess::NormalExit || driver.exitCode() != 0) {
+        ++failures;
+        err << scenario << ": the driver ended with " << driver.exitCode() << "\n";
+    }
     if (failures)
         err << scenario << ": " << failures << " check(s) failed\n";
     return failures ? 1 : 0;

@@ -6,6 +6,7 @@
 #include "tools/sorrelin-driver/driver.h"
 #include "tools/sorrelin-driver/formreader.h"
 #include "tools/sorrelin-driver/keys.h"
+#include "tools/sorrelin-driver/reach.h"
 #include "tools/sorrelin-driver/words.h"
 
 #include <QAbstractButton>
@@ -19,6 +20,8 @@
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTest>
+#include <QToolBar>
+#include <QToolButton>
 
 namespace driver {
 
@@ -28,11 +31,54 @@ bool Driver::failed(const QString &error)
     return true;
 }
 
-bool Driver::acted(std::function<void()> action)
+bool Driver::acted(std::function<void()> action, bool menuAnswers)
 {
-    act(std::move(action));
+    act(std::move(action), menuAnswers);
     return true;
 }
+
+bool Driver::unreachable(const QWidget *widget)
+{
+    if (openMenu()) {
+        fail(QStringLiteral("a menu is open"));
+        return true;
+    }
+    if (const QString modal = modalInFront(widget); !modal.isEmpty()) {
+        fail(QStringLiteral("%1 is behind the modal form %2").arg(widget->window()->objectName(), modal));
+        return true;
+    }
+    if (!widget->isVisible()) {
+        fail(QStringLiteral("%1 is hidden").arg(widget->objectName()));
+        return true;
+    }
+    if (!widget->isEnabled()) {
+        fail(QStringLiteral("%1 is disabled").arg(widget->objectName()));
+        return true;
+    }
+    return false;
+}
+
+namespace {
+
+/// The window whose menu bar or toolbar holds `a`.
+QWidget *windowOf(const QAction *a)
+{
+    for (QObject *o = a->parent(); o; o = o->parent())
+        if (auto *w = qobject_cast<QWidget *>(o))
+            return w->window();
+    return nullptr;
+}
+
+/// A right-button click on a node where it is drawn.
+void rightClick(controls::SSTree *tree, QTreeWidgetItem *node)
+{
+    tree->scrollToItem(node);
+    const QPoint at = tree->visualItemRect(node).center();
+    QTest::mousePress(tree->viewport(), Qt::RightButton, {}, at);
+    QTest::mouseRelease(tree->viewport(), Qt::RightButton, {}, at);
+}
+
+} // namespace
 
 bool Driver::userAction(const QString &command, const QString &rest)
 {
@@ -54,18 +100,29 @@ bool Driver::userAction(const QString &command, const QString &rest)
         QWidget *main = mainForm();
         if (!main)
             return failed(QStringLiteral("the program is not running"));
+        if (unreachable(main))
+            return true;
         return acted([this, main] {
             main->close();
             m_ended = true;
         });
     }
-    if (command == QLatin1String("click")) {
+    if (command == QLatin1String("click") || command == QLatin1String("rclick")) {
         auto *main = qobject_cast<frmMain *>(mainForm());
         QTreeWidgetItem *node = main ? FormReader::findNode(main->treOutl, rest.trimmed()) : nullptr;
         if (!node)
             return failed(QStringLiteral("no node %1").arg(rest.trimmed()));
+        if (unreachable(main->treOutl))
+            return true;
+        if (command == QLatin1String("rclick"))
+            return acted(
+                [main, node] {
+                    activate(main);
+                    rightClick(main->treOutl, node);
+                },
+                true);
         return acted([main, node] {
-            main->activateWindow();
+            activate(main);
             main->treOutl->clickNode(node);
         });
     }
@@ -75,6 +132,8 @@ bool Driver::userAction(const QString &command, const QString &rest)
         auto *tree = f ? f->findChild<controls::SSTree *>(QStringLiteral("treOutl")) : nullptr;
         if (!tree)
             return failed(QStringLiteral("no tree in %1").arg(w.value(0)));
+        if (unreachable(tree))
+            return true;
         QList<QTreeWidgetItem *> nodes;
         for (const QString &path : w.value(1).split(QLatin1Char('|'))) {
             QTreeWidgetItem *node = FormReader::findNode(tree, path.trimmed());
@@ -83,36 +142,67 @@ bool Driver::userAction(const QString &command, const QString &rest)
             nodes << node;
         }
         return acted([tree, nodes] {
+            activate(tree);
             for (int i = 0; i < nodes.size(); ++i)
                 tree->clickNode(nodes.at(i), i > 0);
         });
     }
-    if (command == QLatin1String("menu") || command == QLatin1String("toolbar")) {
-        QWidget *f = mainForm();
-        const QString name =
-            command == QLatin1String("menu") ? rest.trimmed() : QStringLiteral("tbToolBar.") + rest.trimmed();
-        auto *a = f ? f->findChild<QAction *>(name) : nullptr;
+    if (command == QLatin1String("menu")) {
+        const QString name = rest.trimmed();
+        if (QMenu *open = openMenu()) {
+            QAction *entry = nullptr;
+            for (QAction *a : open->actions())
+                if (a->objectName() == name)
+                    entry = a;
+            if (!entry)
+                return failed(QStringLiteral("%1 is not in the open menu").arg(name));
+            return acted([open, entry] { chooseOpenMenuEntry(open, entry); });
+        }
+        QWidget *main = mainForm();
+        auto *entry = main ? main->findChild<QAction *>(name) : nullptr;
         for (QWidget *w : QApplication::topLevelWidgets())
-            if (!a && w->isVisible())
-                a = w->findChild<QAction *>(name);
-        if (!a)
-            return failed(QStringLiteral("no %1 %2").arg(command, rest.trimmed()));
-        bool usable = a->isEnabled() && a->isVisible();
-        if (auto *menu = qobject_cast<QMenu *>(a->parent()))
-            usable = usable && menu->menuAction()->isEnabled() && menu->menuAction()->isVisible();
-        if (!usable)
-            return failed(QStringLiteral("%1 is disabled or hidden").arg(rest.trimmed()));
-        if (auto *menu = qobject_cast<QMenu *>(a->parent()))
-            Q_EMIT menu->aboutToShow();
-        return acted([a] { a->trigger(); });
+            if (!entry && w->isVisible())
+                entry = w->findChild<QAction *>(name);
+        QWidget *window = entry ? windowOf(entry) : nullptr;
+        if (!window)
+            return failed(QStringLiteral("no menu %1").arg(name));
+        if (unreachable(window))
+            return true;
+        return acted([window, entry] { chooseMenuEntry(window, entry); });
+    }
+    if (command == QLatin1String("toolbar")) {
+        auto *main = qobject_cast<frmMain *>(mainForm());
+        const QString key = rest.trimmed();
+        auto *button = main ? main->findChild<QAction *>(QStringLiteral("tbToolBar.") + key) : nullptr;
+        auto *bar = main ? main->findChild<QToolBar *>(QStringLiteral("tbToolBar")) : nullptr;
+        if (!button || !bar)
+            return failed(QStringLiteral("no toolbar button %1").arg(key));
+        if (unreachable(main))
+            return true;
+        if (!bar->isVisible())
+            return failed(QStringLiteral("the toolbar is hidden"));
+        if (!button->isEnabled() || !button->isVisible())
+            return failed(QStringLiteral("%1 is disabled or hidden").arg(key));
+        return acted([main, bar, button] {
+            activate(main);
+            if (auto *b = qobject_cast<QToolButton *>(bar->widgetForAction(button)))
+                b->click();
+            else
+                button->trigger();
+        });
     }
     if (command == QLatin1String("tab")) {
         const QStringList w = words(rest, 3);
         auto *tabs = qobject_cast<QTabWidget *>(FormReader::findControl(form(w.value(0)), w.value(1)));
         if (!tabs)
             return failed(QStringLiteral("no tab control %1").arg(w.value(1)));
+        if (unreachable(tabs))
+            return true;
         const int index = w.value(2).toInt();
-        return acted([tabs, index] { tabs->setCurrentIndex(index); });
+        return acted([tabs, index] {
+            activate(tabs);
+            tabs->setCurrentIndex(index);
+        });
     }
     if (command == QLatin1String("press")) {
         const QStringList w = words(rest, 2);
@@ -122,21 +212,29 @@ bool Driver::userAction(const QString &command, const QString &rest)
             step = control.endsWith(QLatin1String(".Up")) ? 1 : -1;
             control = control.left(control.lastIndexOf(QLatin1Char('.')));
         }
-        QObject *o = FormReader::findControl(form(w.value(0)), control);
+        QWidget *f = form(w.value(0));
+        QObject *o = FormReader::findControl(f, control);
         auto *widget = qobject_cast<QWidget *>(o);
         if (!o)
             return failed(QStringLiteral("no control %1 in %2").arg(control, w.value(0)));
-        if (widget && !widget->isEnabled())
-            return failed(QStringLiteral("%1 is disabled").arg(control));
+        if (unreachable(widget ? widget : f))
+            return true;
+        std::function<void()> press;
         if (step != 0) {
             if (auto *spin = qobject_cast<QAbstractSpinBox *>(o))
-                return acted([spin, step] { spin->stepBy(step); });
-            return acted([o, step] { QMetaObject::invokeMethod(o, step > 0 ? "stepUp" : "stepDown"); });
+                press = [spin, step] { spin->stepBy(step); };
+            else
+                press = [o, step] { QMetaObject::invokeMethod(o, step > 0 ? "stepUp" : "stepDown"); };
+        } else if (auto *button = qobject_cast<QAbstractButton *>(o)) {
+            press = [button] { button->click(); };
+        } else if (auto *a = qobject_cast<QAction *>(o)) {
+            press = [a] { a->trigger(); };
         }
-        if (auto *button = qobject_cast<QAbstractButton *>(o))
-            return acted([button] { button->click(); });
-        if (auto *a = qobject_cast<QAction *>(o))
-            return acted([a] { a->trigger(); });
+        if (press)
+            return acted([f, press] {
+                activate(f);
+                press();
+            });
         return failed(QStringLiteral("%1 can't be pressed").arg(control));
     }
     if (command == QLatin1String("key")) {
@@ -147,8 +245,10 @@ bool Driver::userAction(const QString &command, const QString &rest)
         const KeyStroke key = parseKey(w.value(2).trimmed());
         if (key.key == 0)
             return failed(QStringLiteral("unknown key %1").arg(w.value(2)));
+        if (unreachable(widget))
+            return true;
         return acted([widget, key] {
-            widget->window()->activateWindow();
+            activate(widget);
             widget->setFocus(Qt::OtherFocusReason);
             QTest::keyClick(widget, static_cast<Qt::Key>(key.key), key.modifiers);
         });
@@ -157,11 +257,13 @@ bool Driver::userAction(const QString &command, const QString &rest)
         const QStringList w = words(rest, 3);
         QObject *o = FormReader::findControl(form(w.value(0)), w.value(1));
         const QString text = com::unescapeLine(w.value(2));
+        if (auto *control = qobject_cast<QWidget *>(o); control && unreachable(control))
+            return true;
         if (auto *pane = qobject_cast<QPlainTextEdit *>(o)) {
             if (pane->isReadOnly())
                 return failed(QStringLiteral("%1 is locked").arg(w.value(1)));
             return acted([pane, text] {
-                pane->window()->activateWindow();
+                activate(pane);
                 pane->setFocus(Qt::OtherFocusReason);
                 QString t = text;
                 t.replace(QLatin1String("\r\n"), QLatin1String("\n"));
@@ -170,13 +272,20 @@ bool Driver::userAction(const QString &command, const QString &rest)
                 pane->insertPlainText(t);
             });
         }
-        if (auto *edit = qobject_cast<QLineEdit *>(o))
+        if (auto *edit = qobject_cast<QLineEdit *>(o)) {
+            if (edit->isReadOnly())
+                return failed(QStringLiteral("%1 is locked").arg(w.value(1)));
             return acted([edit, text] {
+                activate(edit);
                 edit->setFocus(Qt::OtherFocusReason);
                 edit->setText(text);
             });
+        }
         if (auto *spin = qobject_cast<QSpinBox *>(o))
-            return acted([spin, text] { spin->setValue(text.toInt()); });
+            return acted([spin, text] {
+                activate(spin);
+                spin->setValue(text.toInt());
+            });
         return failed(QStringLiteral("no text control %1 in %2").arg(w.value(1), w.value(0)));
     }
     if (command == QLatin1String("grid") || command == QLatin1String("dblclick")) {
@@ -204,9 +313,14 @@ bool Driver::userAction(const QString &command, const QString &rest)
         return acted([grid] { Q_EMIT grid->cellDoubleClicked(qMax(grid->currentRow(), 0), 0); });
     }
     if (command == QLatin1String("close")) {
+        // The open menu closes as Esc closes it.
+        if (QMenu *open = openMenu(); open && rest.trimmed() == QLatin1String("popup"))
+            return acted([open] { QTest::keyClick(open, Qt::Key_Escape); });
         QWidget *f = form(rest.trimmed());
         if (!f)
             return failed(QStringLiteral("no form %1").arg(rest.trimmed()));
+        if (unreachable(f))
+            return true;
         return acted([f] { f->close(); });
     }
     return false;

@@ -15,6 +15,7 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QMenu>
 #include <QTimer>
 #include <QtEndian>
 
@@ -119,10 +120,11 @@ void Driver::fail(const QString &error)
 bool Driver::eventFilter(QObject *watched, QEvent *event)
 {
     // A modal form that opens while a user's act runs answers that act: the
-    // user sees the form and goes on with it.
+    // user sees the form and goes on with it. So does the context menu that
+    // a right-button click opens.
     if (event->type() == QEvent::Show && m_pending && !m_pending->answered && watched->isWidgetType()) {
         auto *w = static_cast<QWidget *>(watched);
-        if (w->isWindow() && w->isModal()) {
+        if (w->isWindow() && (w->isModal() || (m_pending->menuAnswers && qobject_cast<QMenu *>(w)))) {
             const std::shared_ptr<Pending> pending = m_pending;
             QTimer::singleShot(0, this, [this, pending] {
                 if (pending->answered)
@@ -137,10 +139,11 @@ bool Driver::eventFilter(QObject *watched, QEvent *event)
     return QObject::eventFilter(watched, event);
 }
 
-void Driver::act(std::function<void()> action)
+void Driver::act(std::function<void()> action, bool menuAnswers)
 {
     m_busy = true;
     auto pending = std::make_shared<Pending>();
+    pending->menuAnswers = menuAnswers;
     m_pending = pending;
     QTimer::singleShot(0, this, [this, pending, action = std::move(action)] {
         QString error;

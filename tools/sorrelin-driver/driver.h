@@ -40,14 +40,18 @@ private:
     void next();
     void reply(QJsonObject answer);
     void fail(const QString &error);
-    /// Runs `action` as a user's act; `answer` is called with the reply.
-    void act(std::function<void()> action);
+    /// Runs `action` as a user's act. It is answered when it returns, when
+    /// a modal form opens, or with `menuAnswers` when a context menu opens.
+    void act(std::function<void()> action, bool menuAnswers = false);
     void run(const QString &line);
     /// A user's act (click, menu, press, ...); false for an unknown command.
     bool userAction(const QString &command, const QString &rest);
     /// `fail` and `act` for a command that was known: they give true.
     bool failed(const QString &error);
-    bool acted(std::function<void()> action);
+    bool acted(std::function<void()> action, bool menuAnswers = false);
+    /// Refuses a user's act on `widget` that a modal form or an open menu
+    /// keeps the user from: true when it was refused.
+    bool unreachable(const QWidget *widget);
 
     // Commands.
     void fixture(const QString &path);
@@ -69,6 +73,7 @@ private:
     bool m_ended = false;
     struct Pending {
         bool answered = false;
+        bool menuAnswers = false;
     };
     std::shared_ptr<Pending> m_pending;
 };

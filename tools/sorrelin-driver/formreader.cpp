@@ -232,6 +232,18 @@ QJsonObject FormReader::form(QWidget *form)
     return f;
 }
 
+QJsonObject FormReader::popup(QMenu *menu)
+{
+    QJsonObject entries;
+    for (QAction *a : menu->actions())
+        if (isControlName(a->objectName()))
+            entries.insert(a->objectName(), describe(a));
+    return QJsonObject{{QStringLiteral("caption"), menu->title()},
+                       {QStringLiteral("visible"), menu->isVisible()},
+                       {QStringLiteral("modal"), false},
+                       {QStringLiteral("controls"), entries}};
+}
+
 QJsonObject FormReader::forms()
 {
     QJsonObject all;
@@ -243,6 +255,8 @@ QJsonObject FormReader::forms()
             continue;
         all.insert(name, form(w));
     }
+    if (auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget()))
+        all.insert(QStringLiteral("popup"), popup(menu));
     return all;
 }
 

@@ -6,6 +6,8 @@
 #include <QTreeWidgetItem>
 #include <QWidget>
 
+class QMenu;
+
 namespace controls {
 class SSTree;
 }
@@ -16,10 +18,12 @@ namespace driver {
 /// loaded form with its named controls, and the main tree's nodes.
 class FormReader {
 public:
-    /// The loaded forms, by name.
+    /// The loaded forms, by name; an open menu is the form "popup".
     static QJsonObject forms();
     /// One form and its controls.
     static QJsonObject form(QWidget *form);
+    /// The open menu as a form, its entries as controls.
+    static QJsonObject popup(QMenu *menu);
     /// The nodes of a tree in display order.
     static QJsonArray nodes(controls::SSTree *tree);
 

@@ -4,7 +4,7 @@
 #include "platform/events/events.h"
 #include "platform/mapi/session.h"
 #include "tests/platform/events/eventsfixture.h"
-#include "tests/platform/mapi/storekit.h"
+#include "tests/support/storekit.h"
 
 #include <QSqlRecord>
 #include <QtTest>

@@ -2,7 +2,7 @@
 // precision, and the way through the store.
 #include "platform/events/events.h"
 #include "tests/platform/events/eventsfixture.h"
-#include "tests/platform/mapi/storekit.h"
+#include "tests/support/storekit.h"
 
 #include <QtTest>
 

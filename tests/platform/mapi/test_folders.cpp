@@ -1,7 +1,7 @@
 // Folders: the user's rights (PR_ACCESS), subfolders in order, and what a
 // folder handle keeps from its listing.
 #include "platform/mapi/session.h"
-#include "tests/platform/mapi/storekit.h"
+#include "tests/support/storekit.h"
 
 #include <QtTest>
 

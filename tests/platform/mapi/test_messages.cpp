@@ -1,7 +1,7 @@
 // Messages and their collections: filter, sort, items, fields as bytes and
 // numbers, Update and Delete.
 #include "platform/mapi/session.h"
-#include "tests/platform/mapi/storekit.h"
+#include "tests/support/storekit.h"
 
 #include <QtTest>
 

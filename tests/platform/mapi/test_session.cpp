@@ -5,7 +5,7 @@
 #include "platform/registry/registry.h"
 #include "platform/store/fixture.h"
 #include "platform/ui/scriptedprompter.h"
-#include "tests/platform/mapi/storekit.h"
+#include "tests/support/storekit.h"
 #include "tests/support/testenv.h"
 
 #include <QFile>

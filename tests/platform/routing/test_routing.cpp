@@ -1,7 +1,7 @@
 // The routing objects over a message: its route map, its process instance
 // state and its vote tracking records.
 #include "platform/routing/routing.h"
-#include "tests/platform/mapi/storekit.h"
+#include "tests/support/storekit.h"
 
 #include <QtTest>
 

@@ -8,8 +8,6 @@ class TestPositionForm : public QObject {
 private Q_SLOTS:
     void centred_data();
     void centred();
-    void taskbar_data();
-    void taskbar();
 };
 
 // A screen of 1024 by 768 pixels, 15 twips to a pixel: 15360 by 11520
@@ -30,25 +28,6 @@ void TestPositionForm::centred()
     QFETCH(QRect, taskbar);
     QFETCH(QPoint, expected);
     QCOMPARE(app::centredPosition(QSize(15360, 11520), QSize(7536, 6060), taskbar, 15, 15), expected);
-}
-
-void TestPositionForm::taskbar_data()
-{
-    QTest::addColumn<QRect>("available");
-    QTest::addColumn<QRect>("expected");
-    const QRect screen(0, 0, 1024, 768);
-    QTest::newRow("none") << screen << QRect();
-    QTest::newRow("bottom") << QRect(0, 0, 1024, 738) << QRect(0, 738, 1024, 30);
-    QTest::newRow("top") << QRect(0, 30, 1024, 738) << QRect(0, 0, 1024, 30);
-    QTest::newRow("left") << QRect(60, 0, 964, 768) << QRect(0, 0, 60, 768);
-    QTest::newRow("right") << QRect(0, 0, 964, 768) << QRect(964, 0, 60, 768);
-}
-
-void TestPositionForm::taskbar()
-{
-    QFETCH(QRect, available);
-    QFETCH(QRect, expected);
-    QCOMPARE(app::taskbarRect(QRect(0, 0, 1024, 768), available), expected);
 }
 
 QTEST_GUILESS_MAIN(TestPositionForm)

@@ -2,7 +2,7 @@
 #include "navigation/folderclass.h"
 #include "navigation/nodekinds.h"
 #include "platform/events/events.h"
-#include "tests/platform/mapi/storekit.h"
+#include "tests/support/storekit.h"
 
 #include <QtTest>
 

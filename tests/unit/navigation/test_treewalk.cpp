@@ -3,7 +3,7 @@
 #include "navigation/nodekinds.h"
 #include "navigation/treewalk.h"
 #include "platform/events/events.h"
-#include "tests/platform/mapi/storekit.h"
+#include "tests/support/storekit.h"
 
 #include <QtTest>
 

@@ -3,7 +3,7 @@
 # two at a time.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-./scripts/setup-debian.sh
-./scripts/build.sh
+./dev/setup-debian.sh
+./dev/build.sh
 cd build
 QT_QPA_PLATFORM=offscreen ctest -j2 --output-on-failure

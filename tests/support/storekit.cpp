@@ -1,4 +1,4 @@
-#include "tests/platform/mapi/storekit.h"
+#include "tests/support/storekit.h"
 
 #include "platform/store/fixture.h"
 

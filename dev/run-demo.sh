@@ -3,6 +3,6 @@
 # the profile dialog offers the demo profile on a store made from share/demo.json.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-./scripts/setup-debian.sh
-./scripts/build.sh
+./dev/setup-debian.sh
+./dev/build.sh
 exec ./build/sorrelin
