@@ -124,6 +124,13 @@ public:
     void mnuViewDecrease_Click();
     void mnuViewIncrease_Click();
     void mnuViewSetFont();
+    void mnuFileOpen_Click();
+
+    // ---- Agent catalogue (catalogue/) ----
+    void mnuFileInstalledAgents_Click();
+    void mnuFileExport_Click();
+    void mnuFileAgentLog_Click();
+    void DisplayLog();
 
     controls::SSTree *treOutl = nullptr;
     // The "Installation" tab.

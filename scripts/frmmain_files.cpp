@@ -6,6 +6,7 @@
 #include "platform/com/routine.h"
 #include "platform/controls/sstree.h"
 #include "scripts/filenames.h"
+#include "scripts/filequestions.h"
 #include "scripts/scriptmarker.h"
 #include "scripts/scriptpane.h"
 
@@ -15,14 +16,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 
-namespace {
-
-void showFileError(ui::Prompter &prompter, const com::ComError &e)
-{
-    prompter.msgBox(com::errorText(e, com::ErrorForm::Plain), ui::Buttons::OK, ui::Icon::Stop, 1, QString());
-}
-
-} // namespace
+using scripts::showFileError;
 
 void frmMain::mnuFileNew_Click()
 {
@@ -65,9 +59,7 @@ void frmMain::mnuFileSaveAs_Click()
     if (!prompter().showSave(CommonDialog1))
         return;
     const QString fileName = CommonDialog1.fileName;
-    if (QFileInfo(fileName).isFile() &&
-        prompter().msgBox(fileName + QStringLiteral("\ralready exists. Overwrite?"), ui::Buttons::YesNo,
-                          ui::Icon::Question, 2, QString()) == ui::Answer::No)
+    if (!scripts::confirmOverwrite(prompter(), fileName))
         return;
     com::withHandler(
         [&] {
