@@ -133,8 +133,8 @@ void frmMain::createActions()
     make("mnuFileAgentLog", "Agent &Log", "F2", &frmMain::mnuFileAgentLog_Click);
     make("mnuFileAgentProperties", "Agent P&roperties", "F8", &frmMain::mnuFileAgentProperties_Click);
     make("mnuFolderProperties", "Folder Propert&ies", "F4", &frmMain::mnuFolderProperties_Click);
-    entry("mnuFileRouteMap", "Route &Map", "F11");
-    entry("mnuFileProcInst", "Process Instan&ces...", "F12");
+    make("mnuFileRouteMap", "Route &Map", "F11", &frmMain::mnuFileRouteMap_Click);
+    make("mnuFileProcInst", "Process Instan&ces...", "F12", &frmMain::mnuFileProcInst_Click);
     make("mnuFileExport", "&Export Agent List...", nullptr, &frmMain::mnuFileExport_Click);
     make("mnuFileInstalledAgents", "I&nstalled Agents", nullptr, &frmMain::mnuFileInstalledAgents_Click);
     entry("mnuFileSend", "Sen&d...", nullptr);

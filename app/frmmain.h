@@ -132,6 +132,14 @@ public:
     void mnuFileAgentLog_Click();
     void DisplayLog();
 
+    // ---- Routing (routing/) ----
+    void mnuFileRouteMap_Click();
+    /// Shows the map on the message of these identifiers, `strCaption` above
+    /// its rows.
+    void DisplayMap(const QString &strID, const QString &strStore, const QString &strCaption);
+    void mnuFileProcInst_Click();
+    void DisplayProcInst();
+
     controls::SSTree *treOutl = nullptr;
     // The "Installation" tab.
     QLineEdit *txtAgentName = nullptr;

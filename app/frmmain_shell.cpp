@@ -62,6 +62,14 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event)
         Form_Resize();
         return false;
     }
+    // F11 and F12 in the tree belong to the tree's key-up, not to the menu.
+    if (watched == treOutl && event->type() == QEvent::ShortcutOverride) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_F11 || key == Qt::Key_F12) {
+            event->accept();
+            return true;
+        }
+    }
     // Key preview: while it is on, the window sees a key before the control
     // with the focus does.
     if (m_keyPreview && event->type() == QEvent::KeyPress && watched->isWidgetType()) {

@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QDateTime>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPushButton>
 
 namespace catalogue {
@@ -94,6 +95,15 @@ ReportWindow::ReportWindow(const ReportSpec &spec, frmMain &main, QWidget *paren
 QPushButton *ReportWindow::button(const QString &name) const
 {
     return findChild<QPushButton *>(name, Qt::FindDirectChildrenOnly);
+}
+
+QLabel *ReportWindow::addLabel(const QString &name, const QString &caption, int left, int top, int width,
+                               int height)
+{
+    auto *label = new QLabel(caption, this);
+    label->setObjectName(name);
+    place(label, left, top, width, height);
+    return label;
 }
 
 void ReportWindow::resizeEvent(QResizeEvent *event)

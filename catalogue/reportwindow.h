@@ -6,6 +6,7 @@
 #include <QList>
 #include <QString>
 
+class QLabel;
 class QPushButton;
 class frmMain;
 
@@ -66,6 +67,8 @@ public:
     /// A button of the row by name ("cmdGoTo"), or null.
     QPushButton *button(const QString &name) const;
     const ReportSpec &spec() const { return m_spec; }
+    /// Adds a label to the window, placed in twips like the other controls.
+    QLabel *addLabel(const QString &name, const QString &caption, int left, int top, int width, int height);
 
     void Form_Resize();
     void cmdPrint_Click();
