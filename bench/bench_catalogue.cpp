@@ -18,42 +18,14 @@
 
 #include <cstdio>
 
-namespace {
-
-/// Notes the time at which the list's window shows, and closes it.
-class ListWatch : public QObject {
-public:
-    explicit ListWatch(const QElapsedTimer &timer) : m_timer(timer) {}
-    double elapsed = 0;
-    int rows = 0;
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (event->type() == QEvent::Show && watched->objectName() == QLatin1String("frmScripts")) {
-            elapsed = m_timer.nsecsElapsed() / 1e6;
-            auto *form = static_cast<QDialog *>(watched);
-            rows = form->findChild<controls::SSDBGrid *>()->Rows();
-            QTimer::singleShot(0, form, &QDialog::close);
-        }
-        return false;
-    }
-
-private:
-    const QElapsedTimer &m_timer;
-};
-
-} // namespace
-
 int main(int argc, char *argv[])
 {
     QTemporaryDir dir;
     bench::prepareEnvironment(dir);
     QApplication app(argc, argv);
     const QString path = bench::benchStore(argc, argv, dir);
-    mapi::writeProfile(mapi::Profile{QStringLiteral("Bench"), QStringLiteral("Alice Admin"), path});
     ui::ScriptedPrompter prompter;
-    prompter.setDefaultProfile(QStringLiteral("Bench"));
+    bench::useBenchProfile(prompter, path);
     app::Program program(prompter);
     if (!app::Main(program))
         return 1;
@@ -63,7 +35,7 @@ int main(int argc, char *argv[])
     // The list: from the command to its window on the screen, which is then
     // closed as a user would.
     QElapsedTimer t;
-    ListWatch watch(t);
+    bench::ShowWatch watch(QStringLiteral("frmScripts"), t);
     app.installEventFilter(&watch);
     t.start();
     main.mnuFileInstalledAgents_Click();

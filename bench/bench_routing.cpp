@@ -78,29 +78,6 @@ QJsonObject routingFixture(int count)
                                     {QStringLiteral("folders"), QJsonArray{folder}}}}}};
 }
 
-/// Notes the time at which the list's window shows, and closes it.
-class ListWatch : public QObject {
-public:
-    explicit ListWatch(const QElapsedTimer &timer) : m_timer(timer) {}
-    double elapsed = 0;
-    int rows = 0;
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (event->type() == QEvent::Show && watched->objectName() == QLatin1String("frmMessages")) {
-            elapsed = m_timer.nsecsElapsed() / 1e6;
-            auto *form = static_cast<QDialog *>(watched);
-            rows = form->findChild<controls::SSDBGrid *>()->Rows();
-            QTimer::singleShot(0, form, &QDialog::close);
-        }
-        return false;
-    }
-
-private:
-    const QElapsedTimer &m_timer;
-};
-
 } // namespace
 
 int main(int argc, char *argv[])
@@ -113,9 +90,8 @@ int main(int argc, char *argv[])
     t.start();
     store::loadFixture(routingFixture(kMessages), path);
     const double made = t.nsecsElapsed() / 1e6;
-    mapi::writeProfile(mapi::Profile{QStringLiteral("Bench"), QStringLiteral("Alice Admin"), path});
     ui::ScriptedPrompter prompter;
-    prompter.setDefaultProfile(QStringLiteral("Bench"));
+    bench::useBenchProfile(prompter, path);
     app::Program program(prompter);
     if (!app::Main(program))
         return 1;
@@ -131,7 +107,7 @@ int main(int argc, char *argv[])
     std::vector<double> times;
     int rows = 0;
     for (int run = 0; run < kRuns; ++run) {
-        ListWatch watch(t);
+        bench::ShowWatch watch(QStringLiteral("frmMessages"), t);
         app.installEventFilter(&watch);
         t.restart();
         main.mnuFileProcInst_Click();

@@ -44,6 +44,26 @@ QString fieldText(const QVariant &value)
                                                    : value.toString();
 }
 
+/// Opens the attached map; one with no rows gives the message `noMap`, one
+/// with rows is shown in frmMap under `gridCaption`, the window titled
+/// `formCaption` where that isn't empty.
+void showMap(frmMain &main, routing::Map &map, const QString &noMap, const QString &formCaption,
+             const QString &gridCaption)
+{
+    com::ResumeNext routine;
+    routine.step([&] { map.Open(0); });
+    if (routine.value([&] { return map.RowCount(); }, 0) == 0) {
+        main.prompter().msgBox(noMap, ui::Buttons::OK, ui::Icon::Information, 1, QString());
+        return;
+    }
+    const QPointer<catalogue::ReportWindow> form = routing::newFrmMap(main);
+    routing::fillMapGrid(map, *form->SSDBGrid1);
+    if (!formCaption.isEmpty())
+        form->setWindowTitle(formCaption);
+    form->SSDBGrid1->setCaption(gridCaption);
+    form->exec();
+}
+
 } // namespace
 
 void frmMain::mnuFileRouteMap_Click()
@@ -80,18 +100,9 @@ void frmMain::mnuFileRouteMap_Click()
     } else {
         routine.step([&] { map.attach(routing::objectRef(binding)); });
     }
-    routine.step([&] { map.Open(0); });
-    if (routine.value([&] { return map.RowCount(); }, 0) == 0) {
-        prompter().msgBox(QStringLiteral("Cannot obtain default map for this folder."), ui::Buttons::OK,
-                          ui::Icon::Information, 1, QString());
-        return;
-    }
-    const QPointer<catalogue::ReportWindow> form = routing::newFrmMap(*this);
-    routing::fillMapGrid(map, *form->SSDBGrid1);
-    if (!routeType.isEmpty())
-        form->setWindowTitle(routeType + QStringLiteral(" Routing Map"));
-    form->SSDBGrid1->setCaption(StripCurrentUser(SSTree::fullPath(parent)));
-    form->exec();
+    showMap(*this, map, QStringLiteral("Cannot obtain default map for this folder."),
+            routeType.isEmpty() ? QString() : routeType + QStringLiteral(" Routing Map"),
+            StripCurrentUser(SSTree::fullPath(parent)));
 }
 
 void frmMain::DisplayMap(const QString &strID, const QString &strStore, const QString &strCaption)
@@ -99,16 +110,8 @@ void frmMain::DisplayMap(const QString &strID, const QString &strStore, const QS
     com::ResumeNext routine;
     routing::Map map;
     routine.step([&] { map.attach(m_program.gobjSession->GetMessage(strID, strStore)); });
-    routine.step([&] { map.Open(0); });
-    if (routine.value([&] { return map.RowCount(); }, 0) == 0) {
-        prompter().msgBox(QStringLiteral("A map has not been installed on this Workitem."), ui::Buttons::OK,
-                          ui::Icon::Information, 1, QString());
-        return;
-    }
-    const QPointer<catalogue::ReportWindow> form = routing::newFrmMap(*this);
-    routing::fillMapGrid(map, *form->SSDBGrid1);
-    form->SSDBGrid1->setCaption(strCaption);
-    form->exec();
+    showMap(*this, map, QStringLiteral("A map has not been installed on this Workitem."), QString(),
+            strCaption);
 }
 
 void frmMain::mnuFileProcInst_Click()
