@@ -3,6 +3,7 @@
 #include "app/frmmain.h"
 #include "app/hourglass.h"
 #include "app/program.h"
+#include "catalogue/agentexport.h"
 #include "catalogue/agentwalk.h"
 #include "catalogue/frmscripts.h"
 #include "catalogue/reportwindow.h"
@@ -10,7 +11,6 @@
 #include "platform/mapi/session.h"
 #include "scripts/filequestions.h"
 
-#include <QFile>
 #include <QPointer>
 
 void frmMain::mnuFileInstalledAgents_Click()
@@ -38,37 +38,20 @@ void frmMain::mnuFileExport_Click()
         StatBar(QString());
         return;
     }
-    CommonDialog1.cancelError = true;
-    CommonDialog1.flags = 4100;
-    CommonDialog1.filter = QStringLiteral("Comma Separated Value File (*.csv)|*.csv");
-    CommonDialog1.initDir = m_program.gstrLocationPath;
-    CommonDialog1.filterIndex = 1;
-    CommonDialog1.fileName = QStringLiteral("agents.csv");
+    scripts::setUpFileDialog(CommonDialog1, QStringLiteral("Comma Separated Value File (*.csv)|*.csv"), 1,
+                             QStringLiteral("agents.csv"), m_program.gstrLocationPath);
     if (!prompter().showSave(CommonDialog1))
         return;
     const QString fileName = CommonDialog1.fileName;
     if (!scripts::confirmOverwrite(prompter(), fileName))
         return;
-    QFile file(fileName);
     com::withHandler(
         [&] {
             SetHourglass(true);
             StatBar(QStringLiteral("Exporting agent list"), true);
-            if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-                throw com::ComError(
-                    com::err::PathNotFound, QStringLiteral("Sorrelin"),
-                    QStringLiteral("Path not found: %1 (%2)").arg(fileName, file.errorString()));
-            const auto write = [&file](const QString &line) {
-                const QByteArray bytes = line.toLatin1();
-                if (file.write(bytes) != bytes.size())
-                    throw com::ComError(com::err::FileAccess, QStringLiteral("Sorrelin"),
-                                        QStringLiteral("Path/File access error: %1").arg(file.errorString()));
-            };
-            write(catalogue::exportHeader());
-            catalogue::walkAgents(*this, [&](const auto &agent) { write(catalogue::exportLine(agent)); });
+            catalogue::exportAgentList(*this, fileName);
         },
         [&](const com::ComError &e) { scripts::showFileError(prompter(), e); });
-    file.close();
     StatBar(QString());
     SetHourglass(false);
 }

@@ -184,13 +184,8 @@ void ReportWindow::cmdHelp_Click()
 void ReportWindow::cmdSaveAs_Click()
 {
     ui::CommonDialogState &dialog = m_main.CommonDialog1;
-    dialog.cancelError = true;
-    dialog.flags = 4100;
-    dialog.filter =
-        QStringLiteral("Text Files (*.txt)|*.txt|VBScript Files (*.vbs)|*.vbs|All Files (*.*)|*.*");
-    dialog.filterIndex = 1;
-    dialog.initDir = m_main.program().gstrLocationPath;
-    dialog.fileName = m_spec.saveAsBase + QStringLiteral(".txt");
+    scripts::setUpFileDialog(dialog, scripts::kTextFilesFilter, 1, m_spec.saveAsBase + QStringLiteral(".txt"),
+                             m_main.program().gstrLocationPath);
     if (!m_main.prompter().showSave(dialog))
         return;
     const QString fileName = dialog.fileName;

@@ -7,6 +7,17 @@
 
 namespace scripts {
 
+void setUpFileDialog(ui::CommonDialogState &dialog, const QString &filter, int filterIndex,
+                     const QString &fileName, const QString &initDir)
+{
+    dialog.cancelError = true;
+    dialog.flags = 4100;
+    dialog.filter = filter;
+    dialog.filterIndex = filterIndex;
+    dialog.fileName = fileName;
+    dialog.initDir = initDir;
+}
+
 bool confirmOverwrite(ui::Prompter &prompter, const QString &fileName)
 {
     if (!QFileInfo(fileName).isFile())

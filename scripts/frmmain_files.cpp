@@ -21,13 +21,10 @@ using scripts::showFileError;
 void frmMain::mnuFileNew_Click()
 {
     CommonDialog1.dialogTitle = QStringLiteral("Open Exchange Scripting Agent");
-    CommonDialog1.filter = QStringLiteral("Text Files (*.txt)|*.txt|VBScript Files"
-                                          "(*.vbs)|*.vbs|All Files (*.*)|*.*");
-    CommonDialog1.filterIndex = 2;
-    CommonDialog1.fileName = QStringLiteral("New Agent.vbs");
-    CommonDialog1.initDir = app::appPath();
-    CommonDialog1.flags = 4100;
-    CommonDialog1.cancelError = true;
+    scripts::setUpFileDialog(CommonDialog1,
+                             QStringLiteral("Text Files (*.txt)|*.txt|VBScript Files"
+                                            "(*.vbs)|*.vbs|All Files (*.*)|*.*"),
+                             2, QStringLiteral("New Agent.vbs"), app::appPath());
     if (!prompter().showOpen(CommonDialog1))
         return;
     com::withHandler(
@@ -47,15 +44,10 @@ void frmMain::mnuFileSaveAs_Click()
     QTreeWidgetItem *node = treOutl->selectedItem();
     if (controls::SSTree::image(node) < navigation::kImageScriptAgent)
         return;
-    CommonDialog1.filter =
-        QStringLiteral("Text Files (*.txt)|*.txt|VBScript Files (*.vbs)|*.vbs|All Files (*.*)|*.*");
-    CommonDialog1.filterIndex = 2;
     QString name = controls::SSTree::text(node);
-    CommonDialog1.fileName = scripts::CleanFileName(name) + QStringLiteral(".vbs");
-    CommonDialog1.initDir =
-        m_program.gstrLocationPath.isEmpty() ? app::appPath() : m_program.gstrLocationPath;
-    CommonDialog1.flags = 4100;
-    CommonDialog1.cancelError = true;
+    scripts::setUpFileDialog(
+        CommonDialog1, scripts::kTextFilesFilter, 2, scripts::CleanFileName(name) + QStringLiteral(".vbs"),
+        m_program.gstrLocationPath.isEmpty() ? app::appPath() : m_program.gstrLocationPath);
     if (!prompter().showSave(CommonDialog1))
         return;
     const QString fileName = CommonDialog1.fileName;

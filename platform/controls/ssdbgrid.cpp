@@ -44,10 +44,49 @@ public:
     }
 };
 
+/// The column captions, with the grid's caption in a band above them when
+/// it has one.
+class CaptionHeader : public QHeaderView {
+public:
+    explicit CaptionHeader(QWidget *parent) : QHeaderView(Qt::Horizontal, parent) {}
+
+    QSize sizeHint() const override
+    {
+        QSize size = QHeaderView::sizeHint();
+        size.setHeight(size.height() + band());
+        return size;
+    }
+
+protected:
+    void paintSection(QPainter *painter, const QRect &rect, int logicalIndex) const override
+    {
+        QHeaderView::paintSection(painter, rect.adjusted(0, band(), 0, 0), logicalIndex);
+    }
+
+    void paintEvent(QPaintEvent *event) override
+    {
+        QHeaderView::paintEvent(event);
+        if (band() == 0)
+            return;
+        QPainter painter(viewport());
+        const QRect top(0, 0, viewport()->width(), band());
+        painter.fillRect(top, palette().button());
+        painter.setPen(palette().buttonText().color());
+        painter.drawText(top, Qt::AlignCenter, caption());
+        painter.setPen(palette().mid().color());
+        painter.drawLine(top.bottomLeft(), top.bottomRight());
+    }
+
+private:
+    QString caption() const { return property("caption").toString(); }
+    int band() const { return caption().isEmpty() ? 0 : fontMetrics().height() + 6; }
+};
+
 } // namespace
 
 SSDBGrid::SSDBGrid(QWidget *parent) : QTableWidget(parent)
 {
+    setHorizontalHeader(new CaptionHeader(this));
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::SingleSelection);
@@ -180,7 +219,11 @@ void SSDBGrid::setCaption(const QString &caption)
 {
     m_caption = caption;
     setProperty("caption", caption);
-    setToolTip(caption);
+    horizontalHeader()->setProperty("caption", caption);
+    // The header's height changes with the band; the table lays out anew.
+    horizontalHeader()->updateGeometry();
+    updateGeometries();
+    horizontalHeader()->viewport()->update();
 }
 
 QString SSDBGrid::caption() const

@@ -12,6 +12,7 @@ private Q_SLOTS:
     void selection();
     void exportWritesVisibleColumns();
     void exportToAMissingFolderRaises();
+    void captionAboveColumns();
 };
 
 namespace {
@@ -94,6 +95,24 @@ void TestSSDBGrid::exportToAMissingFolderRaises()
     } catch (const com::ComError &e) {
         QCOMPARE(e.number(), 76);
     }
+}
+
+void TestSSDBGrid::captionAboveColumns()
+{
+    controls::SSDBGrid grid;
+    setUp(grid);
+    grid.AddItem(QStringLiteral("A"));
+    grid.resize(300, 200);
+    grid.show();
+    QCoreApplication::processEvents();
+    const int bare = grid.viewport()->geometry().top();
+    grid.setCaption(QStringLiteral("Routing Map"));
+    QCoreApplication::processEvents();
+    // The band above the column captions pushes the rows down.
+    QVERIFY(grid.viewport()->geometry().top() > bare + grid.fontMetrics().height());
+    grid.setCaption(QString());
+    QCoreApplication::processEvents();
+    QCOMPARE(grid.viewport()->geometry().top(), bare);
 }
 
 QTEST_MAIN(TestSSDBGrid)
