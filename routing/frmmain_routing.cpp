@@ -148,12 +148,15 @@ void frmMain::DisplayProcInst()
                 instance.attach(message);
                 instance.Open();
             });
-            const QDateTime received = message.TimeReceived();
-            form->SSDBGrid1->AddItem(QStringList{
-                message.Subject(), fieldText(message.Fields(mapi::PR_SENDER_NAME).Value()),
-                received.isValid() ? generalDate(received) : QString(), QString::number(instance.RUI()),
-                instance.Status(), QString::number(instance.CurrentRow()), message.ID(), message.StoreID()}
-                                         .join(QLatin1Char('\t')));
+            routine.step([&] {
+                const QDateTime received = message.TimeReceived();
+                form->SSDBGrid1->AddItem(
+                    QStringList{message.Subject(), fieldText(message.Fields(mapi::PR_SENDER_NAME).Value()),
+                                received.isValid() ? generalDate(received) : QString(),
+                                QString::number(instance.RUI()), instance.Status(),
+                                QString::number(instance.CurrentRow()), message.ID(), message.StoreID()}
+                        .join(QLatin1Char('\t')));
+            });
         }
     });
     SetHourglass(false);

@@ -38,7 +38,9 @@ const QByteArray kFixture = R"({
                      { "name": "Fay Finance", "status": "approve", "at": "2026-03-03 11:00:00" } ] },
         { "subject": "Team lunch", "received": "2026-03-05 12:00:00" },
         { "subject": "Second trip", "received": "2026-03-06 12:00:00",
-          "instance": { "rui": 1002, "status": "Done", "row": 3 } } ] } ] } ] })";
+          "instance": { "rui": 1002, "status": "Done", "row": 3 } } ] },
+    { "name": "Archive",
+      "messages": [ { "subject": "Old trip", "instance": { "rui": 900, "status": "Closed", "row": 9 } } ] } ] } ] })";
 
 const QString kFolder = QStringLiteral("\\Mailbox - Tess Tester\\Approvals");
 
@@ -58,6 +60,7 @@ private Q_SLOTS:
     void mapRowOutsideTheMap();
     void processInstances();
     void instanceWithNothingAttached();
+    void instanceObjectAcrossFolders();
     void trackingRecords_data();
     void trackingRecords();
     void trackingOfAMessageThatIsNoVote();
@@ -189,6 +192,27 @@ void TestRouting::instanceWithNothingAttached()
     QCOMPARE(instance.RUI(), 0);
     QCOMPARE(instance.Status(), QString());
     QCOMPARE(instance.CurrentRow(), 0);
+}
+
+void TestRouting::instanceObjectAcrossFolders()
+{
+    // One object reads each folder's states when it first opens a message
+    // there, and a write since then shows at its next open in a new folder.
+    routing::ProcessInstance instance;
+    const auto open = [&](const QString &folder, const QString &subject) {
+        instance.attach(m_kit->message(folder, subject));
+        instance.Open();
+        return QStringLiteral("%1 %2 %3")
+            .arg(instance.RUI())
+            .arg(instance.Status())
+            .arg(instance.CurrentRow());
+    };
+    const QString archive = QStringLiteral("\\Mailbox - Tess Tester\\Archive");
+    QCOMPARE(open(kFolder, QStringLiteral("Trip to Lyon")), QStringLiteral("1001 Running 2"));
+    QCOMPARE(open(archive, QStringLiteral("Old trip")), QStringLiteral("900 Closed 9"));
+    m_kit->db().run(QStringLiteral("UPDATE instances SET status = 'Waiting' WHERE rui = 1001"));
+    QCOMPARE(open(kFolder, QStringLiteral("Trip to Lyon")), QStringLiteral("1001 Waiting 2"));
+    m_kit->db().run(QStringLiteral("UPDATE instances SET status = 'Running' WHERE rui = 1001"));
 }
 
 void TestRouting::trackingRecords_data()
