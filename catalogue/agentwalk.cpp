@@ -37,6 +37,10 @@ void walkAgents(frmMain &main, const std::function<void(const AgentFacts &)> &ta
     app::Program &program = main.program();
     controls::SSTree &tree = *main.treOutl;
     std::optional<events::Binding> binding;
+    // Within one walk each parent folder's path and each host is read once.
+    navigation::FolderPaths paths;
+    QHash<QString, events::Host> hosts;
+    const events::Hosts allHosts = program.gobjEvents->Hosts();
     const int count = tree.count();
     for (int i = 1; i <= count; ++i) {
         if (controls::SSTree::image(tree.nodeAt(i)) < navigation::kImageScriptAgent)
@@ -55,9 +59,12 @@ void walkAgents(frmMain &main, const std::function<void(const AgentFacts &)> &ta
                                 QStringLiteral("Object variable or With block variable not set"));
         AgentFacts agent;
         agent.name = controls::SSTree::text(tree.nodeAt(i));
-        agent.folder = navigation::GetFolderPath(olFolder);
+        agent.folder = navigation::GetFolderPath(olFolder, paths);
         agent.server = folder.source.HostName();
-        agent.handler = agents::handlerName(*program.gobjEvents, folder.source, *binding);
+        auto host = hosts.constFind(agent.server);
+        if (host == hosts.constEnd())
+            host = hosts.insert(agent.server, allHosts.Item(agent.server));
+        agent.handler = agents::handlerName(*host, *binding);
         agent.created = message.TimeCreated();
         agent.createdBy = textField(message, mapi::PR_CREATOR_NAME);
         agent.modified = message.TimeLastModified();

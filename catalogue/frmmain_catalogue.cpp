@@ -38,18 +38,16 @@ void frmMain::mnuFileExport_Click()
         StatBar(QString());
         return;
     }
-    scripts::setUpFileDialog(CommonDialog1, QStringLiteral("Comma Separated Value File (*.csv)|*.csv"), 1,
-                             QStringLiteral("agents.csv"), m_program.gstrLocationPath);
-    if (!prompter().showSave(CommonDialog1))
-        return;
-    const QString fileName = CommonDialog1.fileName;
-    if (!scripts::confirmOverwrite(prompter(), fileName))
+    const std::optional<QString> fileName = scripts::askSaveFile(
+        prompter(), CommonDialog1, QStringLiteral("Comma Separated Value File (*.csv)|*.csv"), 1,
+        QStringLiteral("agents.csv"), m_program.gstrLocationPath);
+    if (!fileName)
         return;
     com::withHandler(
         [&] {
             SetHourglass(true);
             StatBar(QStringLiteral("Exporting agent list"), true);
-            catalogue::exportAgentList(*this, fileName);
+            catalogue::exportAgentList(*this, *fileName);
         },
         [&](const com::ComError &e) { scripts::showFileError(prompter(), e); });
     StatBar(QString());

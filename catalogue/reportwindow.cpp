@@ -183,15 +183,12 @@ void ReportWindow::cmdHelp_Click()
 
 void ReportWindow::cmdSaveAs_Click()
 {
-    ui::CommonDialogState &dialog = m_main.CommonDialog1;
-    scripts::setUpFileDialog(dialog, scripts::kTextFilesFilter, 1, m_spec.saveAsBase + QStringLiteral(".txt"),
-                             m_main.program().gstrLocationPath);
-    if (!m_main.prompter().showSave(dialog))
+    const std::optional<QString> fileName =
+        scripts::askSaveFile(m_main.prompter(), m_main.CommonDialog1, scripts::kTextFilesFilter, 1,
+                             m_spec.saveAsBase + QStringLiteral(".txt"), m_main.program().gstrLocationPath);
+    if (!fileName)
         return;
-    const QString fileName = dialog.fileName;
-    if (!scripts::confirmOverwrite(m_main.prompter(), fileName))
-        return;
-    com::withHandler([&] { SSDBGrid1->Export(0, 167, fileName); },
+    com::withHandler([&] { SSDBGrid1->Export(0, 167, *fileName); },
                      [&](const com::ComError &e) { scripts::showFileError(m_main.prompter(), e); });
 }
 

@@ -18,6 +18,16 @@ void setUpFileDialog(ui::CommonDialogState &dialog, const QString &filter, int f
     dialog.initDir = initDir;
 }
 
+std::optional<QString> askSaveFile(ui::Prompter &prompter, ui::CommonDialogState &dialog,
+                                   const QString &filter, int filterIndex, const QString &fileName,
+                                   const QString &initDir)
+{
+    setUpFileDialog(dialog, filter, filterIndex, fileName, initDir);
+    if (!prompter.showSave(dialog) || !confirmOverwrite(prompter, dialog.fileName))
+        return std::nullopt;
+    return dialog.fileName;
+}
+
 bool confirmOverwrite(ui::Prompter &prompter, const QString &fileName)
 {
     if (!QFileInfo(fileName).isFile())

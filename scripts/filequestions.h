@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace com {
 class ComError;
 }
@@ -21,6 +23,12 @@ inline const QString kTextFilesFilter =
 /// filter, its index, the offered name and the start folder given.
 void setUpFileDialog(ui::CommonDialogState &dialog, const QString &filter, int filterIndex,
                      const QString &fileName, const QString &initDir);
+
+/// The save dialog set up so, then the overwrite question: the chosen name,
+/// or nothing when the user cancelled the dialog or said No.
+std::optional<QString> askSaveFile(ui::Prompter &prompter, ui::CommonDialogState &dialog,
+                                   const QString &filter, int filterIndex, const QString &fileName,
+                                   const QString &initDir);
 
 /// Before a file is written over: asks the name, a carriage return and
 /// "already exists. Overwrite?" (question, Yes and No, No the default) when

@@ -12,7 +12,6 @@
 
 #include <QCheckBox>
 #include <QFile>
-#include <QFileInfo>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -45,14 +44,13 @@ void frmMain::mnuFileSaveAs_Click()
     if (controls::SSTree::image(node) < navigation::kImageScriptAgent)
         return;
     QString name = controls::SSTree::text(node);
-    scripts::setUpFileDialog(
-        CommonDialog1, scripts::kTextFilesFilter, 2, scripts::CleanFileName(name) + QStringLiteral(".vbs"),
+    const std::optional<QString> chosen = scripts::askSaveFile(
+        prompter(), CommonDialog1, scripts::kTextFilesFilter, 2,
+        scripts::CleanFileName(name) + QStringLiteral(".vbs"),
         m_program.gstrLocationPath.isEmpty() ? app::appPath() : m_program.gstrLocationPath);
-    if (!prompter().showSave(CommonDialog1))
+    if (!chosen)
         return;
-    const QString fileName = CommonDialog1.fileName;
-    if (!scripts::confirmOverwrite(prompter(), fileName))
-        return;
+    const QString fileName = *chosen;
     com::withHandler(
         [&] {
             QFile file(fileName);
