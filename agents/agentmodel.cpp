@@ -42,7 +42,11 @@ std::optional<Agent> findAgent(mapi::Session &session, events::Events &events, c
 
 QString handlerName(events::Events &events, const events::EventSource &source, const events::Binding &binding)
 {
-    const events::Host host = events.Hosts().Item(source.HostName());
+    return handlerName(events.Hosts().Item(source.HostName()), binding);
+}
+
+QString handlerName(const events::Host &host, const events::Binding &binding)
+{
     const events::Handlers &handlers = host.Handlers();
     for (int j = 1; j <= handlers.Count(); ++j) {
         const events::Handler handler = handlers.Item(j);

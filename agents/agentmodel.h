@@ -44,5 +44,7 @@ std::optional<Agent> findAgent(mapi::Session &session, events::Events &events, c
 /// no handler there has its class.
 QString handlerName(events::Events &events, const events::EventSource &source,
                     const events::Binding &binding);
+/// The same on a host in hand.
+QString handlerName(const events::Host &host, const events::Binding &binding);
 
 } // namespace agents

@@ -6,6 +6,7 @@
 #include "agents/schedulewrite.h"
 #include "app/eventlog.h"
 #include "app/frmmain.h"
+#include "app/generaldate.h"
 #include "app/program.h"
 #include "navigation/frmfolder.h"
 #include "navigation/nodekinds.h"
@@ -30,15 +31,6 @@ namespace {
 
 const QString kScriptFilter = QStringLiteral("Text Files (*.txt)|*.txt|VBScript Files"
                                              "(*.vbs)|*.vbs|All Files (*.*)|*.*");
-
-/// The present time as the application log's lines begin.
-QString generalDate()
-{
-    const QLocale locale;
-    const QDateTime now = QDateTime::currentDateTime();
-    return locale.toString(now.date(), QLocale::ShortFormat) + QLatin1Char(' ') +
-           locale.toString(now.time(), QLocale::LongFormat);
-}
 
 QLabel *label(QWidget *parent, const char *name, const char *caption, int x, int y)
 {
@@ -296,13 +288,13 @@ bool frmMain::InstallScript(const QString &strFilePath, const QString &strAgentN
             source.SaveChanges();
             transaction->commit();
             app::logEvent(m_program,
-                          generalDate() + QLatin1Char(' ') + txtAgentName->text() +
+                          generalDate(QDateTime::currentDateTime()) + QLatin1Char(' ') + txtAgentName->text() +
                               QStringLiteral(" installed in ") + targetPath,
                           os::kLogInformation);
         },
         [&](const com::ComError &e) {
             app::logEvent(m_program,
-                          generalDate() + QLatin1Char(' ') + txtAgentName->text() +
+                          generalDate(QDateTime::currentDateTime()) + QLatin1Char(' ') + txtAgentName->text() +
                               QStringLiteral(" installation failure. ") + e.source() +
                               QStringLiteral(" Error#: ") + QString::number(e.number()) +
                               QStringLiteral(" Description: ") + e.description(),

@@ -127,6 +127,21 @@ public:
     void mnuViewDecrease_Click();
     void mnuViewIncrease_Click();
     void mnuViewSetFont();
+    void mnuFileOpen_Click();
+
+    // ---- Agent catalogue (catalogue/) ----
+    void mnuFileInstalledAgents_Click();
+    void mnuFileExport_Click();
+    void mnuFileAgentLog_Click();
+    void DisplayLog();
+
+    // ---- Routing (routing/) ----
+    void mnuFileRouteMap_Click();
+    /// Shows the map on the message of these identifiers, `strCaption` above
+    /// its rows.
+    void DisplayMap(const QString &strID, const QString &strStore, const QString &strCaption);
+    void mnuFileProcInst_Click();
+    void DisplayProcInst();
 
     controls::SSTree *treOutl = nullptr;
     // The "Installation" tab.

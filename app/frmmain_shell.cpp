@@ -78,6 +78,14 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event)
         Form_Resize();
         return false;
     }
+    // F11 and F12 in the tree belong to the tree's key-up, not to the menu.
+    if (watched == treOutl && event->type() == QEvent::ShortcutOverride) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_F11 || key == Qt::Key_F12) {
+            event->accept();
+            return true;
+        }
+    }
     // Key preview: while it is on, the window sees a key before the control
     // with the focus does.
     if (m_keyPreview && event->type() == QEvent::KeyPress && watched->isWidgetType()) {
@@ -226,8 +234,14 @@ void frmMain::tbToolBar_ButtonClick(const QString &key)
 {
     if (key == QLatin1String("New"))
         mnuFileNew_Click();
+    else if (key == QLatin1String("Open"))
+        mnuFileOpen_Click();
     else if (key == QLatin1String("Save"))
         mnuFileSave_Click();
+    else if (key == QLatin1String("Log"))
+        mnuFileAgentLog_Click();
+    else if (key == QLatin1String("Installed"))
+        mnuFileInstalledAgents_Click();
     else if (key == QLatin1String("Delete"))
         mnuFileDelete_Click();
     else if (key == QLatin1String("Agent Properties"))

@@ -1,9 +1,15 @@
 #include "bench/benchstore.h"
 
+#include "platform/controls/ssdbgrid.h"
+#include "platform/mapi/profiles.h"
 #include "platform/os/userfolders.h"
 #include "platform/store/generate.h"
+#include "platform/ui/scriptedprompter.h"
 
+#include <QDialog>
 #include <QElapsedTimer>
+#include <QEvent>
+#include <QTimer>
 
 #include <cstdio>
 #include <sys/resource.h>
@@ -34,6 +40,23 @@ void prepareEnvironment(const QTemporaryDir &dir)
     os::redirectUserFolders(dir.path());
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
+void useBenchProfile(ui::ScriptedPrompter &prompter, const QString &storePath)
+{
+    mapi::writeProfile(mapi::Profile{QStringLiteral("Bench"), QStringLiteral("Alice Admin"), storePath});
+    prompter.setDefaultProfile(QStringLiteral("Bench"));
+}
+
+bool ShowWatch::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Show && watched->objectName() == m_name) {
+        elapsed = m_timer.nsecsElapsed() / 1e6;
+        auto *form = static_cast<QDialog *>(watched);
+        rows = form->findChild<controls::SSDBGrid *>()->Rows();
+        QTimer::singleShot(0, form, &QDialog::close);
+    }
+    return false;
 }
 
 long peakMemoryMB()

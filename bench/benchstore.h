@@ -1,7 +1,13 @@
 #pragma once
 
+#include <QElapsedTimer>
+#include <QObject>
 #include <QString>
 #include <QTemporaryDir>
+
+namespace ui {
+class ScriptedPrompter;
+}
 
 namespace bench {
 
@@ -13,6 +19,27 @@ QString benchStore(int argc, char *argv[], const QTemporaryDir &dir);
 /// Points the user's folders into `dir` and picks the offscreen platform,
 /// unless one is set; before the application object is made.
 void prepareEnvironment(const QTemporaryDir &dir);
+
+/// Writes the profile "Bench" of Alice Admin on `storePath`, and has the
+/// prompter take it when the program logs on.
+void useBenchProfile(ui::ScriptedPrompter &prompter, const QString &storePath);
+
+/// Notes the time on `timer` at which the form named `formName` shows and
+/// the rows of its grid, and closes it as a user would. Installed on the
+/// application for the command that opens the form.
+class ShowWatch : public QObject {
+public:
+    ShowWatch(QString formName, const QElapsedTimer &timer) : m_name(std::move(formName)), m_timer(timer) {}
+    double elapsed = 0; ///< milliseconds
+    int rows = 0;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    QString m_name;
+    const QElapsedTimer &m_timer;
+};
 
 /// The peak resident memory of this process, in megabytes.
 long peakMemoryMB();

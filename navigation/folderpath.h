@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 
 namespace outlook {
@@ -12,5 +13,13 @@ namespace navigation {
 /// Admin\Inbox"): the folder's name, then each parent's in front, up to the
 /// first parent that is no folder.
 QString GetFolderPath(const outlook::MAPIFolder &folder);
+
+/// Paths already found, by folder entry id: a walk over many folders asks
+/// for each parent once.
+using FolderPaths = QHash<QString, QString>;
+
+/// GetFolderPath that takes the parents' paths from `known` and adds what
+/// it finds there.
+QString GetFolderPath(const outlook::MAPIFolder &folder, FolderPaths &known);
 
 } // namespace navigation

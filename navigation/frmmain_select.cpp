@@ -263,8 +263,18 @@ void frmMain::treOutl_KeyUp(int keyCode, int shift)
 {
     // F5 reaches the refresh through the menu's own shortcut, which takes the
     // key first; doing it again on the key's release would refresh twice.
+    // F11 and F12 are the tree's own here (the window keeps their shortcuts
+    // from the menu while the tree has the focus): F11 shows the map on the
+    // agent's binding message, where the menu's looks for the folder's map.
     Q_UNUSED(shift);
-    if (keyCode == 46) // Delete
+    QTreeWidgetItem *selected = treOutl->selectedItem();
+    const bool routingAgent = selected && SSTree::image(selected) == navigation::kImageRoutingAgent &&
+                              (!strEntryID.isEmpty() || !strStoreID.isEmpty());
+    if (keyCode == 122 && routingAgent)
+        DisplayMap(strEntryID, strStoreID, StripCurrentUser(SSTree::fullPath(selected->parent())));
+    else if (keyCode == 123 && routingAgent)
+        DisplayProcInst();
+    else if (keyCode == 46) // Delete
         mnuFileDelete_Click();
 }
 

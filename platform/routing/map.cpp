@@ -30,7 +30,7 @@ void Map::Open(int flags)
     Q_UNUSED(flags);
     m_rows.clear();
     if (!m_message)
-        return;
+        throw routingError(com::err::InvalidParameter, QStringLiteral("No message is attached."));
     QSqlQuery &q = m_message->state()->run(
         QStringLiteral("SELECT activity, action, flags, args FROM map_rows WHERE message = ? ORDER BY row"),
         {m_message->row()});

@@ -33,8 +33,9 @@ class Map {
 public:
     /// The next `Open` works on `message`.
     void attach(const mapi::Message &message);
-    /// Reads the attached message's map (`flags` is 0). With no message
-    /// attached, or none on it, the map has no rows.
+    /// Reads the attached message's map (`flags` is 0); a message with none
+    /// on it has no rows. With no message attached it raises 0x80070057 and
+    /// the map has no rows.
     void Open(int flags);
     /// 0 when there is no map.
     int RowCount() const;

@@ -2,6 +2,7 @@
 
 #include "platform/mapi/message.h"
 
+#include <QHash>
 #include <QString>
 
 #include <optional>
@@ -9,7 +10,9 @@
 namespace routing {
 
 /// A message seen as a process instance of a route: attach, open, read.
-/// One object serves a whole listing.
+/// One object serves a whole listing: it reads the states of a folder's
+/// instances once, at its first open of a message there, and answers from
+/// that snapshot for the folder's other messages.
 class ProcessInstance {
 public:
     /// The next `Open` works on `message`.
@@ -25,7 +28,14 @@ public:
     int CurrentRow() const { return m_row; }
 
 private:
+    struct State {
+        int rui = 0;
+        QString status;
+        int row = 0;
+    };
     std::optional<mapi::Message> m_message;
+    QString m_folder; ///< whose states m_states holds
+    QHash<qint64, State> m_states;
     int m_rui = 0;
     QString m_status;
     int m_row = 0;

@@ -107,6 +107,38 @@ private:
                            {message, mapi::tagKey(tag)});
     }
 
+    /// A message's fields by tag or name, but for those told apart.
+    QJsonObject fields(const QVariant &message, const QList<uint32_t> &apart)
+    {
+        QStringList skip;
+        for (const uint32_t tag : apart)
+            skip << mapi::tagKey(tag);
+        QJsonObject list;
+        QSqlQuery f = m_db.run(QStringLiteral("SELECT tag, value FROM fields WHERE message = ? ORDER BY tag"),
+                               {message});
+        while (f.next())
+            if (!skip.contains(f.value(0).toString()))
+                list.insert(f.value(0).toString(), text8(f.value(1)));
+        return list;
+    }
+
+    /// The route map on a message, row by row.
+    QJsonArray map(const QVariant &message)
+    {
+        QJsonArray rows;
+        QSqlQuery r =
+            m_db.run(QStringLiteral(
+                         "SELECT activity, action, flags, args FROM map_rows WHERE message = ? ORDER BY row"),
+                     {message});
+        while (r.next())
+            rows.append(QJsonObject{
+                {QStringLiteral("activity"), r.value(0).toString()},
+                {QStringLiteral("action"), r.value(1).toString()},
+                {QStringLiteral("flags"), r.value(2).toString()},
+                {QStringLiteral("args"), QJsonDocument::fromJson(r.value(3).toString().toUtf8()).array()}});
+        return rows;
+    }
+
     QJsonArray agents(const QVariant &folder)
     {
         QJsonArray list;
@@ -115,12 +147,16 @@ private:
                                {folder, mapi::kBindingClass});
         while (m.next()) {
             const QVariant id = m.value(0);
-            QJsonObject agent{{QStringLiteral("name"), m.value(2).toString()},
-                              {QStringLiteral("script"), text8(field(id, mapi::PR_SCRIPT))},
-                              {QStringLiteral("createdBy"), text8(field(id, mapi::PR_CREATOR_NAME))},
-                              {QStringLiteral("created"), m.value(3).toString()},
-                              {QStringLiteral("modifiedBy"), text8(field(id, mapi::PR_LAST_MODIFIER_NAME))},
-                              {QStringLiteral("modified"), m.value(4).toString()}};
+            QJsonObject agent{
+                {QStringLiteral("name"), m.value(2).toString()},
+                {QStringLiteral("script"), text8(field(id, mapi::PR_SCRIPT))},
+                {QStringLiteral("createdBy"), text8(field(id, mapi::PR_CREATOR_NAME))},
+                {QStringLiteral("created"), m.value(3).toString()},
+                {QStringLiteral("modifiedBy"), text8(field(id, mapi::PR_LAST_MODIFIER_NAME))},
+                {QStringLiteral("modified"), m.value(4).toString()},
+                {QStringLiteral("fields"), fields(id, {mapi::PR_SCRIPT, mapi::PR_HANDLER,
+                                                       mapi::PR_CREATOR_NAME, mapi::PR_LAST_MODIFIER_NAME})},
+                {QStringLiteral("map"), map(id)}};
             QSqlQuery b =
                 m_db.run(QStringLiteral("SELECT name, active, event_mask, handler_class, state_message,"
                                         " sched_type, sched_interval, sched_start, sched_end, sched_days,"
@@ -178,34 +214,22 @@ private:
             const QString cls = m.value(1).toString();
             if (hidden && m_claimed.contains(id))
                 continue; // part of an agent
-            QJsonObject message{{QStringLiteral("subject"), m.value(2).toString()},
-                                {QStringLiteral("class"), cls},
-                                {QStringLiteral("created"), m.value(3).toString()},
-                                {QStringLiteral("modified"), m.value(4).toString()}};
+            QJsonObject message{
+                {QStringLiteral("subject"), m.value(2).toString()},
+                {QStringLiteral("class"), cls},
+                {QStringLiteral("created"), m.value(3).toString()},
+                {QStringLiteral("modified"), m.value(4).toString()},
+                {QStringLiteral("fields"), fields(id, {mapi::PR_SCRIPT, mapi::PR_HANDLER,
+                                                       mapi::PR_CREATOR_NAME, mapi::PR_LAST_MODIFIER_NAME})},
+                {QStringLiteral("map"), map(id)}};
             if (!m.value(5).isNull())
                 message.insert(QStringLiteral("received"), m.value(5).toString());
-            QJsonObject fields;
-            QSqlQuery f = m_db.run(
-                QStringLiteral("SELECT tag, value FROM fields WHERE message = ? ORDER BY tag"), {id});
-            while (f.next()) {
-                if (f.value(0).toString() == mapi::tagKey(mapi::PR_SENDER_NAME))
-                    message.insert(QStringLiteral("from"), text8(f.value(1)));
-                else
-                    fields.insert(f.value(0).toString(), text8(f.value(1)));
-            }
-            message.insert(QStringLiteral("fields"), fields);
-            QJsonArray map;
-            QSqlQuery r = m_db.run(
-                QStringLiteral(
-                    "SELECT activity, action, flags, args FROM map_rows WHERE message = ? ORDER BY row"),
-                {id});
-            while (r.next())
-                map.append(QJsonObject{{QStringLiteral("activity"), r.value(0).toString()},
-                                       {QStringLiteral("action"), r.value(1).toString()},
-                                       {QStringLiteral("flags"), r.value(2).toString()},
-                                       {QStringLiteral("args"),
-                                        QJsonDocument::fromJson(r.value(3).toString().toUtf8()).array()}});
-            message.insert(QStringLiteral("map"), map);
+            QJsonObject fieldList = fields(id, {mapi::PR_SENDER_NAME});
+            const QVariant from = field(id, mapi::PR_SENDER_NAME);
+            if (from.isValid())
+                message.insert(QStringLiteral("from"), text8(from));
+            message.insert(QStringLiteral("fields"), fieldList);
+            message.insert(QStringLiteral("map"), map(id));
             QSqlQuery in =
                 m_db.run(QStringLiteral("SELECT rui, status, row FROM instances WHERE message = ?"), {id});
             if (in.next())

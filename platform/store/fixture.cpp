@@ -287,7 +287,7 @@ private:
                         QStringLiteral("active"), QStringLiteral("script"), QStringLiteral("log"),
                         QStringLiteral("schedule"), QStringLiteral("createdBy"), QStringLiteral("created"),
                         QStringLiteral("modifiedBy"), QStringLiteral("modified"), QStringLiteral("binding"),
-                        QStringLiteral("stateMessage")});
+                        QStringLiteral("stateMessage"), QStringLiteral("map"), QStringLiteral("fields")});
         const QString name = r.text(QStringLiteral("name"), QString(), true);
         const QString handler = r.text(QStringLiteral("handler"), events::kScriptHandler);
         const QString field = events::memoryOrderHex(handler);
@@ -320,6 +320,8 @@ private:
         setField(
             message, mapi::tagKey(mapi::PR_LAST_MODIFIER_NAME),
             latin1(r.text(QStringLiteral("modifiedBy"), createdBy), r.member(QStringLiteral("modifiedBy"))));
+        loadFields(r, message);
+        loadMap(r, message);
         QVariant stateId;
         if (r.flag(QStringLiteral("stateMessage"), true)) {
             const qint64 state =
@@ -335,6 +337,51 @@ private:
                          " state_message, sched_type, sched_interval, sched_start, sched_end, sched_days,"
                          " sched_at) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
                      values);
+        }
+    }
+
+    /// A message's "fields": tags ("0x7102001E") or names ("RouteType").
+    void loadFields(const Reader &r, qint64 message)
+    {
+        const QJsonObject fields = r.object(QStringLiteral("fields"));
+        for (auto it = fields.begin(); it != fields.end(); ++it) {
+            const QString fpath = r.member(QStringLiteral("fields")) + QLatin1Char('.') + it.key();
+            QString tag = it.key();
+            if (tag.startsWith(QLatin1String("0x"), Qt::CaseInsensitive)) {
+                bool ok = false;
+                const uint value = tag.mid(2).toUInt(&ok, 16);
+                if (!ok || tag.size() != 10)
+                    throw bad(fpath, QStringLiteral("expected a tag of eight hexadecimal digits"));
+                tag = mapi::tagKey(value);
+            }
+            if (it.value().isDouble())
+                setField(message, tag, it.value().toInt());
+            else if (it.value().isString())
+                setField(message, tag, latin1(it.value().toString(), fpath));
+            else
+                throw bad(fpath, QStringLiteral("expected a text or a number"));
+        }
+    }
+
+    /// A message's "map": its rows in order.
+    void loadMap(const Reader &r, qint64 message)
+    {
+        const QJsonArray map = r.array(QStringLiteral("map"));
+        for (int i = 0; i < map.size(); ++i) {
+            const QString mpath = QStringLiteral("%1[%2]").arg(r.member(QStringLiteral("map"))).arg(i);
+            const Reader m(element(map, i, r.member(QStringLiteral("map"))), mpath,
+                           {QStringLiteral("activity"), QStringLiteral("action"), QStringLiteral("flags"),
+                            QStringLiteral("args")});
+            const QJsonArray args = m.array(QStringLiteral("args"));
+            for (int a = 0; a < args.size(); ++a)
+                if (!args.at(a).isString())
+                    throw bad(QStringLiteral("%1.args[%2]").arg(mpath).arg(a),
+                              QStringLiteral("expected a text"));
+            m_db.run(QStringLiteral("INSERT INTO map_rows(message, row, activity, action, flags, args)"
+                                    " VALUES(?, ?, ?, ?, ?, ?)"),
+                     {message, i, m.text(QStringLiteral("activity")), m.text(QStringLiteral("action")),
+                      m.text(QStringLiteral("flags")),
+                      QString::fromUtf8(QJsonDocument(args).toJson(QJsonDocument::Compact))});
         }
     }
 
@@ -357,41 +404,8 @@ private:
                           r.time(QStringLiteral("modified"), created), received);
         if (r.has(QStringLiteral("from")))
             setField(message, mapi::tagKey(mapi::PR_SENDER_NAME), r.bytes(QStringLiteral("from")));
-        const QJsonObject fields = r.object(QStringLiteral("fields"));
-        for (auto it = fields.begin(); it != fields.end(); ++it) {
-            const QString fpath = r.member(QStringLiteral("fields")) + QLatin1Char('.') + it.key();
-            QString tag = it.key();
-            if (tag.startsWith(QLatin1String("0x"), Qt::CaseInsensitive)) {
-                bool ok = false;
-                const uint value = tag.mid(2).toUInt(&ok, 16);
-                if (!ok || tag.size() != 10)
-                    throw bad(fpath, QStringLiteral("expected a tag of eight hexadecimal digits"));
-                tag = mapi::tagKey(value);
-            }
-            if (it.value().isDouble())
-                setField(message, tag, it.value().toInt());
-            else if (it.value().isString())
-                setField(message, tag, latin1(it.value().toString(), fpath));
-            else
-                throw bad(fpath, QStringLiteral("expected a text or a number"));
-        }
-        const QJsonArray map = r.array(QStringLiteral("map"));
-        for (int i = 0; i < map.size(); ++i) {
-            const QString mpath = QStringLiteral("%1[%2]").arg(r.member(QStringLiteral("map"))).arg(i);
-            const Reader m(element(map, i, r.member(QStringLiteral("map"))), mpath,
-                           {QStringLiteral("activity"), QStringLiteral("action"), QStringLiteral("flags"),
-                            QStringLiteral("args")});
-            const QJsonArray args = m.array(QStringLiteral("args"));
-            for (int a = 0; a < args.size(); ++a)
-                if (!args.at(a).isString())
-                    throw bad(QStringLiteral("%1.args[%2]").arg(mpath).arg(a),
-                              QStringLiteral("expected a text"));
-            m_db.run(QStringLiteral("INSERT INTO map_rows(message, row, activity, action, flags, args)"
-                                    " VALUES(?, ?, ?, ?, ?, ?)"),
-                     {message, i, m.text(QStringLiteral("activity")), m.text(QStringLiteral("action")),
-                      m.text(QStringLiteral("flags")),
-                      QString::fromUtf8(QJsonDocument(args).toJson(QJsonDocument::Compact))});
-        }
+        loadFields(r, message);
+        loadMap(r, message);
         if (r.has(QStringLiteral("instance"))) {
             const Reader in(r.object(QStringLiteral("instance")), r.member(QStringLiteral("instance")),
                             {QStringLiteral("rui"), QStringLiteral("status"), QStringLiteral("row")});

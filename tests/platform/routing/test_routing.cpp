@@ -1,7 +1,10 @@
 // The routing objects over a message: its route map, its process instance
 // state and its vote tracking records.
 #include "platform/routing/routing.h"
+#include "platform/store/fixture.h"
 #include "tests/support/storekit.h"
+
+#include <QJsonDocument>
 
 #include <QtTest>
 
@@ -15,7 +18,10 @@ const QByteArray kFixture = R"({
   "hosts": [ { "name": "H1", "handlers": [] } ],
   "stores": [ { "name": "Mailbox - Tess Tester", "host": "H1", "folders": [
     { "name": "Approvals",
-      "agents": [ { "name": "Router", "handler": "{69E64151-B371-11D0-BCD9-00AA00C1AB1C}", "mask": 15 } ],
+      "agents": [ { "name": "Router", "handler": "{69E64151-B371-11D0-BCD9-00AA00C1AB1C}", "mask": 15,
+                    "fields": { "RouteType": "Parallel" },
+                    "map": [ { "activity": "1", "action": "Start", "flags": "4", "args": [ "go" ] },
+                             { "activity": "2", "action": "Stop", "flags": "8", "args": [] } ] } ],
       "hidden": [ { "subject": "Routing Map Message", "class": "IPM.Note", "fields": { "RouteType": "Serial" },
                     "map": [
         { "activity": "10", "action": "Send", "flags": "0", "args": [ "Manager", "Approve" ] },
@@ -32,7 +38,9 @@ const QByteArray kFixture = R"({
                      { "name": "Fay Finance", "status": "approve", "at": "2026-03-03 11:00:00" } ] },
         { "subject": "Team lunch", "received": "2026-03-05 12:00:00" },
         { "subject": "Second trip", "received": "2026-03-06 12:00:00",
-          "instance": { "rui": 1002, "status": "Done", "row": 3 } } ] } ] } ] })";
+          "instance": { "rui": 1002, "status": "Done", "row": 3 } } ] },
+    { "name": "Archive",
+      "messages": [ { "subject": "Old trip", "instance": { "rui": 900, "status": "Closed", "row": 9 } } ] } ] } ] })";
 
 const QString kFolder = QStringLiteral("\\Mailbox - Tess Tester\\Approvals");
 
@@ -52,11 +60,13 @@ private Q_SLOTS:
     void mapRowOutsideTheMap();
     void processInstances();
     void instanceWithNothingAttached();
+    void instanceObjectAcrossFolders();
     void trackingRecords_data();
     void trackingRecords();
     void trackingOfAMessageThatIsNoVote();
     void trackingRecordOutside_data();
     void trackingRecordOutside();
+    void roundTripThroughADump();
 
 private:
     mapi::Message mapMessage()
@@ -110,17 +120,19 @@ void TestRouting::mapOnAMessage_data()
 {
     QTest::addColumn<QString>("attached"); // empty: nothing attached
     QTest::addColumn<int>("rows");
-    QTest::newRow("the folder's map message") << "Routing Map Message" << 3;
-    QTest::newRow("a work item's own map") << "Trip to Lyon" << 1;
-    QTest::newRow("a message with no map") << "Team lunch" << 0;
-    QTest::newRow("the agent's binding message") << "Router" << 0;
-    QTest::newRow("nothing attached") << "" << 0;
+    QTest::addColumn<int>("openError");
+    QTest::newRow("the folder's map message") << "Routing Map Message" << 3 << 0;
+    QTest::newRow("a work item's own map") << "Trip to Lyon" << 1 << 0;
+    QTest::newRow("a message with no map") << "Team lunch" << 0 << 0;
+    QTest::newRow("the agent's binding message") << "Router" << 2 << 0;
+    QTest::newRow("nothing attached") << "" << 0 << int(com::err::InvalidParameter);
 }
 
 void TestRouting::mapOnAMessage()
 {
     QFETCH(QString, attached);
     QFETCH(int, rows);
+    QFETCH(int, openError);
     routing::Map map;
     if (attached == QLatin1String("Routing Map Message"))
         map.attach(mapMessage());
@@ -129,7 +141,7 @@ void TestRouting::mapOnAMessage()
     else if (!attached.isEmpty())
         map.attach(m_kit->message(kFolder, attached));
     QCOMPARE(map.RowCount(), 0); // nothing before Open
-    map.Open(0);
+    QCOMPARE(errorOf([&] { map.Open(0); }), openError);
     QCOMPARE(map.RowCount(), rows);
 }
 
@@ -180,6 +192,27 @@ void TestRouting::instanceWithNothingAttached()
     QCOMPARE(instance.RUI(), 0);
     QCOMPARE(instance.Status(), QString());
     QCOMPARE(instance.CurrentRow(), 0);
+}
+
+void TestRouting::instanceObjectAcrossFolders()
+{
+    // One object reads each folder's states when it first opens a message
+    // there, and a write since then shows at its next open in a new folder.
+    routing::ProcessInstance instance;
+    const auto open = [&](const QString &folder, const QString &subject) {
+        instance.attach(m_kit->message(folder, subject));
+        instance.Open();
+        return QStringLiteral("%1 %2 %3")
+            .arg(instance.RUI())
+            .arg(instance.Status())
+            .arg(instance.CurrentRow());
+    };
+    const QString archive = QStringLiteral("\\Mailbox - Tess Tester\\Archive");
+    QCOMPARE(open(kFolder, QStringLiteral("Trip to Lyon")), QStringLiteral("1001 Running 2"));
+    QCOMPARE(open(archive, QStringLiteral("Old trip")), QStringLiteral("900 Closed 9"));
+    m_kit->db().run(QStringLiteral("UPDATE instances SET status = 'Waiting' WHERE rui = 1001"));
+    QCOMPARE(open(kFolder, QStringLiteral("Trip to Lyon")), QStringLiteral("1001 Waiting 2"));
+    m_kit->db().run(QStringLiteral("UPDATE instances SET status = 'Running' WHERE rui = 1001"));
 }
 
 void TestRouting::trackingRecords_data()
@@ -238,6 +271,60 @@ void TestRouting::trackingRecordOutside()
     routing::Tracking tracking;
     tracking.attach(m_kit->message(kFolder, QStringLiteral("Trip to Lyon")));
     QCOMPARE(errorOf([&] { tracking.Record(index); }), com::err::SubscriptOutOfRange);
+}
+
+void TestRouting::roundTripThroughADump()
+{
+    // Everything the routing objects read, message by message, before and
+    // after a dump is loaded into a store of its own.
+    const auto describe = [](StoreKit &kit) {
+        QStringList lines;
+        mapi::Folder folder = kit.folder(kFolder);
+        QList<mapi::Message> all;
+        for (const mapi::Message &m : folder.HiddenMessages())
+            all << m;
+        for (const mapi::Message &m : folder.Messages())
+            all << m;
+        for (const mapi::Message &m : all) {
+            routing::Map map;
+            map.attach(m);
+            map.Open(0);
+            for (int i = 0; i < map.RowCount(); ++i) {
+                const routing::MapRow row = map.Row(i);
+                int count = 0;
+                QStringList args;
+                row.GetArgs(count, args);
+                lines << QStringLiteral("%1 map %2 %3 %4 %5 %6")
+                             .arg(m.Subject(), row.ActivityID(), row.Action(), row.Flags())
+                             .arg(count)
+                             .arg(args.join(QLatin1Char('|')));
+            }
+            routing::ProcessInstance instance;
+            instance.attach(m);
+            if (errorOf([&] { instance.Open(); }) == 0)
+                lines << QStringLiteral("%1 instance %2 %3 %4")
+                             .arg(m.Subject())
+                             .arg(instance.RUI())
+                             .arg(instance.Status())
+                             .arg(instance.CurrentRow());
+            routing::Tracking tracking;
+            tracking.attach(m);
+            for (int i = 1; i <= tracking.RecordCount(); ++i) {
+                const routing::TrackingRecord r = tracking.Record(i);
+                lines << QStringLiteral("%1 vote %2 [%3] %4").arg(m.Subject(), r.Name, r.Status, r.Time);
+            }
+        }
+        return lines;
+    };
+    const QStringList before = describe(*m_kit);
+    QCOMPARE(before.size(), 3 + 1 + 2 + 2 + 4); // map message, work item, binding, instances, votes
+    QVERIFY(before.contains(QStringLiteral("Router map 2 Stop 8 0 ")));
+    StoreKit copy(QJsonDocument(store::dumpStore(m_kit->db())).toJson());
+    QCOMPARE(describe(copy), before);
+    // The binding message keeps its named field as well.
+    QCOMPARE(
+        copy.hidden(kFolder, QStringLiteral("Router")).Fields(QStringLiteral("RouteType")).Value().toString(),
+        QStringLiteral("Parallel"));
 }
 
 QTEST_GUILESS_MAIN(TestRouting)

@@ -1,0 +1,17 @@
+#pragma once
+
+class frmMain;
+
+namespace catalogue {
+class ReportWindow;
+}
+
+namespace routing {
+
+/// The process instance window with its columns set up and no rows; the
+/// last two columns, the message's identifiers, are hidden. Map and a
+/// double click open the current row's map, F11 the selected row's, and
+/// Tracking its vote table. `strFolderPath` is a property of the window.
+catalogue::ReportWindow *newFrmMessages(frmMain &main);
+
+} // namespace routing
