@@ -125,6 +125,12 @@ public:
     void mnuViewIncrease_Click();
     void mnuViewSetFont();
 
+    // ---- Auxiliary dialogs and mail (dialogs/) ----
+    void mnuViewOptions_Click();
+    void mnuHelpAbout_Click();
+    void mnuFileSend_Click();
+    void mnuHelpTechSupport_Click();
+
     controls::SSTree *treOutl = nullptr;
     // The "Installation" tab.
     QLineEdit *txtAgentName = nullptr;

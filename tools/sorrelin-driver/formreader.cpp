@@ -9,6 +9,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -117,6 +118,16 @@ QJsonObject describe(QObject *object)
         QJsonArray items;
         for (int i = 0; i < combo->count(); ++i)
             items.append(combo->itemText(i));
+        c.insert(QStringLiteral("items"), items);
+    } else if (auto *list = qobject_cast<QListWidget *>(w)) {
+        // A folder list's text is its folder.
+        const QVariant path = list->property("Path");
+        c.insert(QStringLiteral("text"), path.isValid()        ? path.toString()
+                                         : list->currentItem() ? list->currentItem()->text()
+                                                               : QString());
+        QJsonArray items;
+        for (int i = 0; i < list->count(); ++i)
+            items.append(list->item(i)->text());
         c.insert(QStringLiteral("items"), items);
     } else if (auto *spin = qobject_cast<QSpinBox *>(w)) {
         c.insert(QStringLiteral("value"), spin->value());
