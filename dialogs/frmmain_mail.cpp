@@ -15,9 +15,7 @@
 
 #include <QFile>
 
-#ifndef SORRELIN_SUPPORT_ADDRESS
-#define SORRELIN_SUPPORT_ADDRESS "support@example.com"
-#endif
+// SORRELIN_SUPPORT_ADDRESS comes from the build (a CMake cache value).
 
 void frmMain::mnuFileSend_Click()
 {
