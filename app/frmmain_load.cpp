@@ -9,6 +9,7 @@
 #include "platform/controls/sstree.h"
 #include "platform/events/events.h"
 #include "platform/mapi/session.h"
+#include "platform/os/sharedir.h"
 #include "platform/outlook/application.h"
 #include "scripts/scriptpane.h"
 
@@ -57,7 +58,8 @@ bool frmMain::Form_Load()
 {
     app::Program &p = m_program;
     com::ResumeNext routine;
-    setProperty("helpFile", app::appPath() + QStringLiteral("/sorrelin.hlp"));
+    // The help's contents page, installed beside the program's other files.
+    setProperty("helpFile", os::shareDir() + QStringLiteral("/help/contents.html"));
 
     routine.step([&] { p.gobjEvents = std::make_unique<events::Events>(); });
     if (routine.failed() || !p.gobjEvents) {

@@ -1,6 +1,7 @@
 #include "platform/mapi/profiles.h"
 
 #include "platform/mapi/sessionstate.h"
+#include "platform/os/sharedir.h"
 #include "platform/registry/registry.h"
 #include "platform/store/database.h"
 #include "platform/store/fixture.h"
@@ -137,7 +138,7 @@ void makeDemoProfile(const QString &name)
             QStringLiteral("The folder %1 could not be made.").arg(QDir::toNativeSeparators(dir)));
     const QString storePath = dir + QLatin1Char('/') + name + QStringLiteral(".db");
     if (!QFileInfo::exists(storePath))
-        store::loadFixture(QStringLiteral(SORRELIN_SHARE_DIR "/demo.json"), storePath);
+        store::loadFixture(os::shareDir() + QStringLiteral("/demo.json"), storePath);
     const QString user = store::Database::open(storePath)->meta(QStringLiteral("user"));
     writeProfile(Profile{name, user, storePath});
 }

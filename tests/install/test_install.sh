@@ -1,0 +1,37 @@
+#!/bin/sh
+# Installs the build into a temporary prefix and checks that the installed
+# program finds its demo store and its help there, not in the source tree.
+#
+#   test_install.sh BUILD_DIR
+set -eu
+build=$1
+prefix=$(mktemp -d)
+trap 'rm -rf "$prefix"' EXIT
+cmake --install "$build" --prefix "$prefix" >/dev/null
+
+fail() {
+    echo "test_install: $*" >&2
+    exit 1
+}
+for f in bin/sorrelin bin/sorrelin-store bin/sorrelin-driver share/sorrelin/demo.json \
+    share/sorrelin/help/contents.html share/sorrelin/help/index.html share/sorrelin/help/topic-3.html \
+    share/applications/sorrelin.desktop share/icons/hicolor/16x16/apps/sorrelin.png \
+    share/icons/hicolor/48x48/apps/sorrelin.png share/icons/hicolor/256x256/apps/sorrelin.png; do
+    [ -s "$prefix/$f" ] || fail "$f is not installed"
+done
+grep -q '^Exec=sorrelin$' "$prefix/share/applications/sorrelin.desktop" || fail "the desktop entry runs something else"
+
+# The installed demo names another user, so the window's caption tells which
+# fixture the first start used.
+sed -i 's/"user": "[^"]*"/"user": "Installed Admin"/' "$prefix/share/sorrelin/demo.json"
+answers=$(printf 'start\nstate\nquit\n' | QT_QPA_PLATFORM=offscreen "$prefix/bin/sorrelin-driver" 2>/dev/null)
+state=$(printf '%s\n' "$answers" | sed -n 2p)
+case $state in
+*'"caption":"Installed Admin - Sorrelin"'*) ;;
+*) fail "the installed program did not start on the installed demo: $state" ;;
+esac
+case $state in
+*"\"helpFile\":\"$prefix/share/sorrelin/help/contents.html\""*) ;;
+*) fail "the installed program looks for its help elsewhere: $state" ;;
+esac
+echo "installed and found in $prefix"
