@@ -221,6 +221,29 @@ QTreeWidgetItem *FormReader::findNode(controls::SSTree *tree, const QString &pat
     return nullptr;
 }
 
+QJsonArray FormReader::clipped(QWidget *form)
+{
+    QJsonArray names;
+    const QRect window = form->rect();
+    for (QWidget *w : form->findChildren<QWidget *>()) {
+        if (!isControlName(w->objectName()) || w->window() != form || !w->isVisibleTo(form))
+            continue;
+        // Whole only when no container above it, the window included, cuts
+        // any of it off.
+        const QRect own(w->mapTo(form, QPoint(0, 0)), w->size());
+        for (QWidget *p = w->parentWidget(); p; p = p->parentWidget()) {
+            const QRect room = p == form ? window : QRect(p->mapTo(form, QPoint(0, 0)), p->size());
+            if (!room.contains(own)) {
+                names.append(w->objectName());
+                break;
+            }
+            if (p == form)
+                break;
+        }
+    }
+    return names;
+}
+
 QJsonObject FormReader::form(QWidget *form)
 {
     QJsonObject f;
@@ -240,6 +263,7 @@ QJsonObject FormReader::form(QWidget *form)
             controls.insert(name, describe(o));
     }
     f.insert(QStringLiteral("controls"), controls);
+    f.insert(QStringLiteral("clipped"), clipped(form));
     return f;
 }
 

@@ -20,6 +20,9 @@ public:
     static QJsonObject forms();
     /// One form and its controls.
     static QJsonObject form(QWidget *form);
+    /// The names of a form's visible controls that the window, or a
+    /// container inside it, cuts off in part or whole.
+    static QJsonArray clipped(QWidget *form);
     /// The nodes of a tree in display order.
     static QJsonArray nodes(controls::SSTree *tree);
 
