@@ -5,6 +5,7 @@
 #include "agents/schedule.h"
 #include "agents/schedulewrite.h"
 #include "app/frmmain.h"
+#include "app/generaldate.h"
 #include "app/leastsize.h"
 #include "app/program.h"
 #include "navigation/frmfolder.h"
@@ -30,15 +31,6 @@ namespace {
 
 const QString kScriptFilter = QStringLiteral("Text Files (*.txt)|*.txt|VBScript Files"
                                              "(*.vbs)|*.vbs|All Files (*.*)|*.*");
-
-/// The present time as the application log's lines begin.
-QString generalDate()
-{
-    const QLocale locale;
-    const QDateTime now = QDateTime::currentDateTime();
-    return locale.toString(now.date(), QLocale::ShortFormat) + QLatin1Char(' ') +
-           locale.toString(now.time(), QLocale::LongFormat);
-}
 
 QLabel *label(QWidget *parent, const char *name, const char *caption, int x, int y)
 {
@@ -294,12 +286,12 @@ bool frmMain::InstallScript(const QString &strFilePath, const QString &strAgentN
             message.Update();
             binding.SaveCustomChanges(message);
             source.SaveChanges();
-            log.LogEvent(generalDate() + QLatin1Char(' ') + txtAgentName->text() +
+            log.LogEvent(generalDate(QDateTime::currentDateTime()) + QLatin1Char(' ') + txtAgentName->text() +
                              QStringLiteral(" installed in ") + targetPath,
                          os::kLogInformation);
         },
         [&](const com::ComError &e) {
-            log.LogEvent(generalDate() + QLatin1Char(' ') + txtAgentName->text() +
+            log.LogEvent(generalDate(QDateTime::currentDateTime()) + QLatin1Char(' ') + txtAgentName->text() +
                              QStringLiteral(" installation failure. ") + e.source() +
                              QStringLiteral(" Error#: ") + QString::number(e.number()) +
                              QStringLiteral(" Description: ") + e.description(),

@@ -3,6 +3,7 @@
 #include "app/icons.h"
 #include "app/program.h"
 #include "platform/controls/sstree.h"
+#include "platform/os/helpviewer.h"
 #include "scripts/scriptpane.h"
 
 #include <QAction>
@@ -74,6 +75,8 @@ frmMain::frmMain(app::Program &program) : m_program(program)
     // Twips of the form's definition: 7440 by 5052 client area.
     resize(7440 / 15, 5052 / 15 + 50);
     qApp->installEventFilter(this);
+    setProperty("helpContext", 3);
+    new os::HelpKey(this); // F1 opens the help of the window or control
 }
 
 frmMain::~frmMain()
@@ -120,20 +123,20 @@ void frmMain::createActions()
         return a;
     };
     make("mnuFileNew", "&New Script...", "Ctrl+N", &frmMain::mnuFileNew_Click);
-    entry("mnuFileOpen", "&Open Script", "Ctrl+O");
+    make("mnuFileOpen", "&Open Script", "Ctrl+O", &frmMain::mnuFileOpen_Click);
     make("mnuFileOpenFolder", "Open &Folder", "F3", &frmMain::mnuFileOpenFolder_Click);
     make("mnuFileSave", "&Save Script", "Ctrl+S", &frmMain::mnuFileSave_Click);
     make("mnuFileSaveAs", "Save Script &As...", nullptr, &frmMain::mnuFileSaveAs_Click);
     // Del deletes an agent from the tree only (its key-up there), never a
     // character of the pane: the entry shows the key without owning it.
     make("mnuFileDelete", "Dele&te Agent\tDel", nullptr, &frmMain::mnuFileDelete_Click);
-    entry("mnuFileAgentLog", "Agent &Log", "F2");
+    make("mnuFileAgentLog", "Agent &Log", "F2", &frmMain::mnuFileAgentLog_Click);
     make("mnuFileAgentProperties", "Agent P&roperties", "F8", &frmMain::mnuFileAgentProperties_Click);
     make("mnuFolderProperties", "Folder Propert&ies", "F4", &frmMain::mnuFolderProperties_Click);
     entry("mnuFileRouteMap", "Route &Map", "F11");
     entry("mnuFileProcInst", "Process Instan&ces...", "F12");
-    entry("mnuFileExport", "&Export Agent List...", nullptr);
-    entry("mnuFileInstalledAgents", "I&nstalled Agents", nullptr);
+    make("mnuFileExport", "&Export Agent List...", nullptr, &frmMain::mnuFileExport_Click);
+    make("mnuFileInstalledAgents", "I&nstalled Agents", nullptr, &frmMain::mnuFileInstalledAgents_Click);
     make("mnuFileSend", "Sen&d...", nullptr, &frmMain::mnuFileSend_Click);
     make("mnuFileExit", "E&xit", nullptr, &frmMain::mnuFileExit_Click);
 
@@ -169,8 +172,8 @@ void frmMain::createActions()
     make("mnuViewRefresh", "&Refresh Folder List", "F5", &frmMain::mnuViewRefresh_Click);
     make("mnuViewOptions", "&Options...", nullptr, &frmMain::mnuViewOptions_Click);
 
-    entry("mnuHelpContents", "&Contents", nullptr);
-    entry("mnuHelpSearch", "&Search For Help On...", nullptr);
+    make("mnuHelpContents", "&Contents", nullptr, &frmMain::mnuHelpContents_Click);
+    make("mnuHelpSearch", "&Search For Help On...", nullptr, &frmMain::mnuHelpSearch_Click);
     make("mnuHelpTechSupport", "&Technical Support", nullptr, &frmMain::mnuHelpTechSupport_Click);
     make("mnuHelpAbout", "&About Sorrelin", nullptr, &frmMain::mnuHelpAbout_Click);
 }

@@ -124,12 +124,21 @@ public:
     void mnuViewDecrease_Click();
     void mnuViewIncrease_Click();
     void mnuViewSetFont();
+    void mnuFileOpen_Click();
+
+    // ---- Agent catalogue (catalogue/) ----
+    void mnuFileInstalledAgents_Click();
+    void mnuFileExport_Click();
+    void mnuFileAgentLog_Click();
+    void DisplayLog();
 
     // ---- Auxiliary dialogs and mail (dialogs/) ----
     void mnuViewOptions_Click();
     void mnuHelpAbout_Click();
     void mnuFileSend_Click();
     void mnuHelpTechSupport_Click();
+    void mnuHelpContents_Click();
+    void mnuHelpSearch_Click();
 
     controls::SSTree *treOutl = nullptr;
     // The "Installation" tab.

@@ -211,8 +211,14 @@ void frmMain::tbToolBar_ButtonClick(const QString &key)
 {
     if (key == QLatin1String("New"))
         mnuFileNew_Click();
+    else if (key == QLatin1String("Open"))
+        mnuFileOpen_Click();
     else if (key == QLatin1String("Save"))
         mnuFileSave_Click();
+    else if (key == QLatin1String("Log"))
+        mnuFileAgentLog_Click();
+    else if (key == QLatin1String("Installed"))
+        mnuFileInstalledAgents_Click();
     else if (key == QLatin1String("Delete"))
         mnuFileDelete_Click();
     else if (key == QLatin1String("Agent Properties"))

@@ -38,7 +38,7 @@ frmOptions::frmOptions(frmMain &owner)
     setObjectName(QStringLiteral("frmOptions"));
     setWindowTitle(QStringLiteral("Options"));
     setModal(true);
-    setProperty("HelpContextID", HelpContextID);
+    setProperty("helpContext", HelpContextID);
 
     SSTab1 = new QTabWidget(this);
     SSTab1->setObjectName(QStringLiteral("SSTab1"));

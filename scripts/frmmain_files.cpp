@@ -6,6 +6,7 @@
 #include "platform/com/routine.h"
 #include "platform/controls/sstree.h"
 #include "scripts/filenames.h"
+#include "scripts/filequestions.h"
 #include "scripts/scriptmarker.h"
 #include "scripts/scriptpane.h"
 
@@ -15,25 +16,15 @@
 #include <QLineEdit>
 #include <QPushButton>
 
-namespace {
-
-void showFileError(ui::Prompter &prompter, const com::ComError &e)
-{
-    prompter.msgBox(com::errorText(e, com::ErrorForm::Plain), ui::Buttons::OK, ui::Icon::Stop, 1, QString());
-}
-
-} // namespace
+using scripts::showFileError;
 
 void frmMain::mnuFileNew_Click()
 {
     CommonDialog1.dialogTitle = QStringLiteral("Open Exchange Scripting Agent");
-    CommonDialog1.filter = QStringLiteral("Text Files (*.txt)|*.txt|VBScript Files"
-                                          "(*.vbs)|*.vbs|All Files (*.*)|*.*");
-    CommonDialog1.filterIndex = 2;
-    CommonDialog1.fileName = QStringLiteral("New Agent.vbs");
-    CommonDialog1.initDir = app::appPath();
-    CommonDialog1.flags = 4100;
-    CommonDialog1.cancelError = true;
+    scripts::setUpFileDialog(CommonDialog1,
+                             QStringLiteral("Text Files (*.txt)|*.txt|VBScript Files"
+                                            "(*.vbs)|*.vbs|All Files (*.*)|*.*"),
+                             2, QStringLiteral("New Agent.vbs"), app::appPath());
     if (!prompter().showOpen(CommonDialog1))
         return;
     com::withHandler(
@@ -53,21 +44,14 @@ void frmMain::mnuFileSaveAs_Click()
     QTreeWidgetItem *node = treOutl->selectedItem();
     if (controls::SSTree::image(node) < navigation::kImageScriptAgent)
         return;
-    CommonDialog1.filter =
-        QStringLiteral("Text Files (*.txt)|*.txt|VBScript Files (*.vbs)|*.vbs|All Files (*.*)|*.*");
-    CommonDialog1.filterIndex = 2;
     QString name = controls::SSTree::text(node);
-    CommonDialog1.fileName = scripts::CleanFileName(name) + QStringLiteral(".vbs");
-    CommonDialog1.initDir =
-        m_program.gstrLocationPath.isEmpty() ? app::appPath() : m_program.gstrLocationPath;
-    CommonDialog1.flags = 4100;
-    CommonDialog1.cancelError = true;
+    scripts::setUpFileDialog(
+        CommonDialog1, scripts::kTextFilesFilter, 2, scripts::CleanFileName(name) + QStringLiteral(".vbs"),
+        m_program.gstrLocationPath.isEmpty() ? app::appPath() : m_program.gstrLocationPath);
     if (!prompter().showSave(CommonDialog1))
         return;
     const QString fileName = CommonDialog1.fileName;
-    if (QFileInfo(fileName).isFile() &&
-        prompter().msgBox(fileName + QStringLiteral("\ralready exists. Overwrite?"), ui::Buttons::YesNo,
-                          ui::Icon::Question, 2, QString()) == ui::Answer::No)
+    if (!scripts::confirmOverwrite(prompter(), fileName))
         return;
     com::withHandler(
         [&] {

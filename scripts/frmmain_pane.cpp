@@ -1,6 +1,7 @@
 // The script pane's own commands: the Edit menu, the caret line in the
 // status bar, and the pane's font.
 #include "app/frmmain.h"
+#include "app/generaldate.h"
 
 #include "platform/com/routine.h"
 #include "platform/controls/sstree.h"
@@ -83,10 +84,7 @@ void frmMain::mnuEditSelectAll_Click()
 
 void frmMain::mnuEditTimeDate_Click()
 {
-    const QLocale locale;
-    const QDateTime now = QDateTime::currentDateTime();
-    txtPreview->setSelText(locale.toString(now.date(), QLocale::ShortFormat) + QLatin1Char(' ') +
-                           locale.toString(now.time(), QLocale::LongFormat));
+    txtPreview->setSelText(generalDate(QDateTime::currentDateTime()));
 }
 
 void frmMain::mnuViewDecrease_Click()

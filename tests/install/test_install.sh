@@ -34,4 +34,18 @@ case $state in
 *"\"helpFile\":\"$prefix/share/sorrelin/help/contents.html\""*) ;;
 *) fail "the installed program looks for its help elsewhere: $(printf '%s' "$state" | grep -o '"helpFile":"[^"]*"')" ;;
 esac
+
+# Without the help pages there is no help file, and the Help menu says so.
+rm -r "$prefix/share/sorrelin/help"
+answers=$(printf 'start\nstate\nanswer OK\nmenu mnuHelpContents\nanswer OK\nmenu mnuHelpSearch\nstate\nquit\n' |
+    QT_QPA_PLATFORM=offscreen "$prefix/bin/sorrelin-driver" 2>/dev/null)
+state=$(printf '%s\n' "$answers" | sed -n 7p)
+for expected in '"helpFile":""' \
+    '"icon":"information","kind":"msgbox","text":"Unable to display Help Contents. There is no Help associated with this project.","title":"Current User: Installed Admin - Sorrelin"' \
+    '"text":"Unable to display Help Index. There is no Help associated with this project."'; do
+    case $state in
+    *"$expected"*) ;;
+    *) fail "without help pages, no $expected in $(printf '%s' "$state" | grep -o '"prompts":.*')" ;;
+    esac
+done
 echo "installed and found in $prefix"

@@ -2,6 +2,7 @@
 // that a modal form it opens doesn't stop the driver.
 #include "app/frmmain.h"
 #include "platform/com/escapes.h"
+#include "platform/controls/ssdbgrid.h"
 #include "platform/controls/sstree.h"
 #include "tools/sorrelin-driver/choose.h"
 #include "tools/sorrelin-driver/driver.h"
@@ -203,6 +204,8 @@ bool Driver::userAction(const QString &command, const QString &rest)
             if (!grid)
                 return failed(QStringLiteral("no grid in %1").arg(w.value(0)));
             const int row = w.value(1).toInt();
+            if (auto *ssGrid = qobject_cast<controls::SSDBGrid *>(grid))
+                return acted([ssGrid, row] { ssGrid->setRow(row); });
             return acted([grid, row] {
                 grid->setCurrentCell(row, 0);
                 grid->selectRow(row);
@@ -211,10 +214,22 @@ bool Driver::userAction(const QString &command, const QString &rest)
         QObject *control = FormReader::findControl(f, w.value(1));
         if (auto *tree = qobject_cast<controls::SSTree *>(control))
             return acted([tree] { Q_EMIT tree->DblClick(); });
+        if (auto *ssGrid = qobject_cast<controls::SSDBGrid *>(control))
+            return acted([ssGrid] { Q_EMIT ssGrid->DblClick(); });
         auto *grid = qobject_cast<QTableWidget *>(control);
         if (!grid)
             return failed(QStringLiteral("no grid or tree %1 in %2").arg(w.value(1), w.value(0)));
         return acted([grid] { Q_EMIT grid->cellDoubleClicked(qMax(grid->currentRow(), 0), 0); });
+    }
+    if (command == QLatin1String("resize")) {
+        const QStringList w = words(rest, 3);
+        QWidget *f = form(w.value(0));
+        if (!f)
+            return failed(QStringLiteral("no form %1").arg(w.value(0)));
+        // Outer size in twips, as a drag of the border sets it.
+        const QSize frame = f->frameGeometry().size() - f->size();
+        const QSize size(w.value(1).toInt() / 15 - frame.width(), w.value(2).toInt() / 15 - frame.height());
+        return acted([f, size] { f->resize(size); });
     }
     if (command == QLatin1String("close")) {
         QWidget *f = form(rest.trimmed());

@@ -15,6 +15,7 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QProcess>
 #include <QTimer>
 #include <QtEndian>
 
@@ -307,6 +308,18 @@ void Driver::run(const QString &line)
             return fail(QStringLiteral("%1: %2").arg(rest.trimmed(), file.errorString()));
         return reply(QJsonObject{{QStringLiteral("ok"), true},
                                  {QStringLiteral("text"), QString::fromLatin1(file.readAll())}});
+    }
+    if (command == QLatin1String("pdftext")) {
+        // A printed PDF's text, as pdftotext reads it, page breaks as form feeds.
+        QProcess pdftotext;
+        pdftotext.start(QStringLiteral("pdftotext"),
+                        {QStringLiteral("-layout"), rest.trimmed(), QStringLiteral("-")});
+        if (!pdftotext.waitForFinished(30000) || pdftotext.exitCode() != 0)
+            return fail(QStringLiteral("pdftotext %1: %2")
+                            .arg(rest.trimmed(), QString::fromLocal8Bit(pdftotext.readAllStandardError())));
+        return reply(
+            QJsonObject{{QStringLiteral("ok"), true},
+                        {QStringLiteral("text"), QString::fromUtf8(pdftotext.readAllStandardOutput())}});
     }
     if (command == QLatin1String("screenshot")) {
         const QStringList w = words(rest, 2);

@@ -1,5 +1,6 @@
 #include "tools/sorrelin-driver/formreader.h"
 
+#include "platform/controls/ssdbgrid.h"
 #include "platform/controls/sstree.h"
 
 #include <QAction>
@@ -52,6 +53,53 @@ QJsonValue checkValue(const QCheckBox *box)
     }
 }
 
+/// Lengths of a form as the program sets them: twips, 15 to a pixel.
+void insertTwips(QJsonObject &o, std::initializer_list<std::pair<const char *, int>> lengths)
+{
+    for (const auto &[name, pixels] : lengths)
+        o.insert(QString::fromLatin1(name), pixels * 15);
+}
+
+/// A control's place in twips: as the program set it where it still holds.
+void insertGeometry(QJsonObject &c, const QWidget *w)
+{
+    const QRect set = w->property("twips").toRect();
+    if (!set.isNull() &&
+        QRect(set.x() / 15, set.y() / 15, set.width() / 15, set.height() / 15) == w->geometry()) {
+        c.insert(QStringLiteral("left"), set.x());
+        c.insert(QStringLiteral("top"), set.y());
+        c.insert(QStringLiteral("width"), set.width());
+        c.insert(QStringLiteral("height"), set.height());
+        return;
+    }
+    insertTwips(c, {{"left", w->x()}, {"top", w->y()}, {"width", w->width()}, {"height", w->height()}});
+}
+
+/// A grid as a script reads it: caption, columns, every row's cells as the
+/// row strings gave them, the current and the selected rows, the fonts.
+QJsonObject gridState(const controls::SSDBGrid &grid, QJsonObject c)
+{
+    QJsonArray columns;
+    for (int col = 0; col < grid.columnCount(); ++col)
+        columns.append(QJsonObject{{QStringLiteral("caption"), grid.columnCaption(col)},
+                                   {QStringLiteral("width"), grid.columnWidthTwips(col)},
+                                   {QStringLiteral("visible"), !grid.isColumnHidden(col)}});
+    QJsonArray rows;
+    for (int r = 0; r < grid.rowCount(); ++r)
+        rows.append(QJsonArray::fromStringList(grid.rowCells(r)));
+    QJsonArray selected;
+    for (int r : grid.SelBookmarks())
+        selected.append(r);
+    c.insert(QStringLiteral("caption"), grid.caption());
+    c.insert(QStringLiteral("columns"), columns);
+    c.insert(QStringLiteral("rows"), rows);
+    c.insert(QStringLiteral("row"), grid.Row());
+    c.insert(QStringLiteral("selected"), selected);
+    c.insert(QStringLiteral("font"), grid.fontSize());
+    c.insert(QStringLiteral("headFont"), grid.headFontSize());
+    return c;
+}
+
 QJsonObject describe(QObject *object)
 {
     QJsonObject c;
@@ -83,6 +131,7 @@ QJsonObject describe(QObject *object)
         return c;
     c.insert(QStringLiteral("enabled"), w->isEnabled());
     c.insert(QStringLiteral("visible"), shown(w));
+    insertGeometry(c, w);
     if (auto *tree = qobject_cast<controls::SSTree *>(w)) {
         c.insert(QStringLiteral("nodes"), FormReader::nodes(tree));
     } else if (auto *box = qobject_cast<QCheckBox *>(w)) {
@@ -94,6 +143,7 @@ QJsonObject describe(QObject *object)
     } else if (auto *button = qobject_cast<QPushButton *>(w)) {
         c.insert(QStringLiteral("caption"), button->text());
         c.insert(QStringLiteral("default"), button->isDefault());
+        c.insert(QStringLiteral("cancel"), button->property("cancel").toBool());
     } else if (auto *label = qobject_cast<QLabel *>(w)) {
         c.insert(QStringLiteral("caption"), label->text());
     } else if (auto *group = qobject_cast<QGroupBox *>(w)) {
@@ -137,6 +187,8 @@ QJsonObject describe(QObject *object)
         for (int i = 0; i < tabs->count(); ++i)
             captions.append(tabs->tabText(i));
         c.insert(QStringLiteral("tabs"), captions);
+    } else if (auto *ssGrid = qobject_cast<controls::SSDBGrid *>(w)) {
+        c = gridState(*ssGrid, c);
     } else if (auto *grid = qobject_cast<QTableWidget *>(w)) {
         QJsonArray rows;
         for (int r = 0; r < grid->rowCount(); ++r) {
@@ -250,6 +302,10 @@ QJsonObject FormReader::form(QWidget *form)
     f.insert(QStringLiteral("caption"), form->windowTitle());
     f.insert(QStringLiteral("visible"), form->isVisible());
     f.insert(QStringLiteral("modal"), form->isModal());
+    insertTwips(f, {{"width", form->frameGeometry().width()},
+                    {"height", form->frameGeometry().height()},
+                    {"scaleWidth", form->width()},
+                    {"scaleHeight", form->height()}});
     QJsonObject controls;
     for (QObject *o : form->findChildren<QObject *>()) {
         const QString name = o->objectName();

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QString>
+
+class frmMain;
+
+namespace catalogue {
+
+/// Writes the agent list to a comma-separated file, replacing one that is
+/// there: the header, then a line for each agent of the main window's tree
+/// as the walk finds it. Raises the first failure, the file's or the walk's;
+/// what was written until then stays in the file.
+void exportAgentList(frmMain &main, const QString &fileName);
+
+} // namespace catalogue

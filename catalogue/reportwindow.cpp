@@ -1,0 +1,188 @@
+#include "catalogue/reportwindow.h"
+
+#include "app/frmmain.h"
+#include "app/generaldate.h"
+#include "app/program.h"
+#include "platform/com/routine.h"
+#include "scripts/filequestions.h"
+#include "scripts/fontladder.h"
+
+#include <QApplication>
+#include <QDateTime>
+#include <QKeyEvent>
+#include <QPushButton>
+
+namespace catalogue {
+
+namespace {
+
+constexpr int kTwipsPerPixel = 15;
+constexpr int kButtonWidth = 1212;
+constexpr int kButtonHeight = 372;
+constexpr int kLeastWidth = 6900;
+constexpr int kButtonSpacing = 1332;
+constexpr int kPrintAllRows = 7;
+
+int px(int twips)
+{
+    return twips / kTwipsPerPixel;
+}
+
+int twips(int pixels)
+{
+    return pixels * kTwipsPerPixel;
+}
+
+/// Places a control by twips, and keeps them for those who read the layout
+/// back: a pixel is 15 twips, and the layout's lengths aren't multiples of it.
+void place(QWidget *control, int left, int top, int width, int height)
+{
+    control->setGeometry(px(left), px(top), px(width), px(height));
+    control->setProperty("twips", QRect(left, top, width, height));
+}
+
+} // namespace
+
+ReportWindow::ReportWindow(const ReportSpec &spec, frmMain &main, QWidget *parent)
+    : QDialog(parent), m_spec(spec), m_main(main)
+{
+    setObjectName(spec.formName);
+    setWindowTitle(spec.designCaption);
+    setAttribute(Qt::WA_DeleteOnClose);
+    setModal(true);
+    Qt::WindowFlags flags =
+        Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
+    if (spec.resizes)
+        flags |= Qt::WindowMaximizeButtonHint;
+    setWindowFlags(flags);
+    setProperty("helpContext", spec.helpContext);
+
+    SSDBGrid1 = new controls::SSDBGrid(this);
+    SSDBGrid1->setObjectName(QStringLiteral("SSDBGrid1"));
+    place(SSDBGrid1, 0, 0, spec.gridWidth, spec.gridHeight);
+    QFont arial(QStringLiteral("Arial"));
+    arial.setPointSizeF(8);
+    SSDBGrid1->setFont(arial);
+    SSDBGrid1->setHeadFontSize(8);
+    connect(SSDBGrid1, &controls::SSDBGrid::PrintInitialize, this, &ReportWindow::SSDBGrid1_PrintInitialize);
+    connect(SSDBGrid1, &controls::SSDBGrid::KeyUp, this, &ReportWindow::SSDBGrid1_KeyUp);
+
+    for (const ReportButton &b : spec.buttons) {
+        auto *button = new QPushButton(b.caption, this);
+        button->setObjectName(b.name);
+        place(button, b.left, spec.buttonTop, kButtonWidth, kButtonHeight);
+        button->setAutoDefault(false);
+        button->setDefault(b.name == spec.defaultButton);
+        button->setProperty("cancel", b.name == QLatin1String("cmdClose"));
+        if (b.helpContext)
+            button->setProperty("helpContext", b.helpContext);
+    }
+    const auto on = [this](const char *name, void (ReportWindow::*handler)()) {
+        if (QPushButton *b = button(QString::fromLatin1(name)))
+            connect(b, &QPushButton::clicked, this, handler);
+    };
+    on("cmdPrint", &ReportWindow::cmdPrint_Click);
+    on("cmdClose", &ReportWindow::cmdClose_Click);
+    on("cmdHelp", &ReportWindow::cmdHelp_Click);
+    on("cmdSaveAs", &ReportWindow::cmdSaveAs_Click);
+
+    resize(px(spec.clientWidth), px(spec.clientHeight));
+    if (!spec.resizes)
+        setFixedSize(size());
+}
+
+QPushButton *ReportWindow::button(const QString &name) const
+{
+    return findChild<QPushButton *>(name, Qt::FindDirectChildrenOnly);
+}
+
+void ReportWindow::resizeEvent(QResizeEvent *event)
+{
+    QDialog::resizeEvent(event);
+    if (m_spec.resizes)
+        Form_Resize();
+}
+
+void ReportWindow::Form_Resize()
+{
+    if (isMinimized())
+        return;
+    // The least width is the window's outer width; there is no least height.
+    if (twips(width()) < kLeastWidth)
+        resize(px(kLeastWidth) - (frameGeometry().width() - width()), height());
+    const int gridWidth = twips(width());
+    const int gridHeight = twips(height()) - 500;
+    if (gridHeight >= 0)
+        place(SSDBGrid1, 0, 0, gridWidth, gridHeight);
+    // The buttons from the right, each 1332 left of the one on its right.
+    int left = gridWidth;
+    for (auto it = m_spec.buttons.crbegin(); it != m_spec.buttons.crend(); ++it) {
+        left -= kButtonSpacing;
+        if (QPushButton *b = button(it->name))
+            place(b, left, gridHeight + 84, kButtonWidth, kButtonHeight);
+    }
+}
+
+void ReportWindow::cmdPrint_Click()
+{
+    com::ResumeNext routine;
+    const bool dialogs = m_main.program().gvarPrintDialogs.toString() == QLatin1String("yes");
+    routine.step([&] { SSDBGrid1->PrintData(kPrintAllRows, dialogs, dialogs, m_main.prompter()); });
+}
+
+void ReportWindow::SSDBGrid1_PrintInitialize(controls::PrintInfo &info)
+{
+    info.switches[17] = true;
+    info.setMargins(m_spec.printMargins);
+    info.switches[19] = false;
+    info.switches[12] = m_spec.printSwitch12;
+    const QString title = m_spec.printTitle == PrintTitle::FormCaption ? windowTitle() : SSDBGrid1->caption();
+    info.pageHeader = QLatin1Char('\t') + title;
+    info.pageFooter = QStringLiteral("\tKelverd Sorrelin - ") + generalDate(QDateTime::currentDateTime());
+    Q_EMIT printInitialized(info);
+}
+
+void ReportWindow::SSDBGrid1_KeyUp(int keyCode, int shift)
+{
+    Q_UNUSED(shift);
+    if (!m_spec.fontKeys || (keyCode != 117 && keyCode != 118))
+        return;
+    const double size = SSDBGrid1->fontSize();
+    const double next = keyCode == 117 ? scripts::keyDecrease(size, true) : scripts::keyIncrease(size, true);
+    SSDBGrid1->setFontSize(next);
+    SSDBGrid1->setHeadFontSize(next);
+}
+
+void ReportWindow::cmdClose_Click()
+{
+    close();
+}
+
+void ReportWindow::cmdHelp_Click()
+{
+    // F1 to the window, as a user's key: the help of the control with the
+    // focus, or of the window.
+    QWidget *target = QApplication::focusWidget();
+    if (!target || target->window() != this)
+        target = this;
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier);
+    QCoreApplication::sendEvent(target, &press);
+    QKeyEvent release(QEvent::KeyRelease, Qt::Key_F1, Qt::NoModifier);
+    QCoreApplication::sendEvent(target, &release);
+}
+
+void ReportWindow::cmdSaveAs_Click()
+{
+    ui::CommonDialogState &dialog = m_main.CommonDialog1;
+    scripts::setUpFileDialog(dialog, scripts::kTextFilesFilter, 1, m_spec.saveAsBase + QStringLiteral(".txt"),
+                             m_main.program().gstrLocationPath);
+    if (!m_main.prompter().showSave(dialog))
+        return;
+    const QString fileName = dialog.fileName;
+    if (!scripts::confirmOverwrite(m_main.prompter(), fileName))
+        return;
+    com::withHandler([&] { SSDBGrid1->Export(0, 167, fileName); },
+                     [&](const com::ComError &e) { scripts::showFileError(m_main.prompter(), e); });
+}
+
+} // namespace catalogue

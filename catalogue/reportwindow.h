@@ -1,0 +1,90 @@
+#pragma once
+
+#include "platform/controls/ssdbgrid.h"
+
+#include <QDialog>
+#include <QList>
+#include <QString>
+
+class QPushButton;
+class frmMain;
+
+namespace catalogue {
+
+/// One button of a report window's row: its name, caption, left position
+/// in twips before any resize, and its own help context (0: the form's).
+struct ReportButton {
+    QString name;
+    QString caption;
+    int left = 0;
+    int helpContext = 0;
+};
+
+/// Whose caption heads a printed page.
+enum class PrintTitle { FormCaption, GridCaption };
+
+/// What sets one report window apart from the others.
+struct ReportSpec {
+    QString formName;
+    QString designCaption;
+    int clientWidth = 0; ///< twips
+    int clientHeight = 0;
+    int gridWidth = 0;
+    int gridHeight = 0;
+    int buttonTop = 0;
+    QList<ReportButton> buttons; ///< left to right
+    /// A sizable border: the layout follows the window down to its least width.
+    bool resizes = false;
+    bool fontKeys = false; ///< F6 and F7 make the grid's font smaller and larger
+    double printMargins = 0.5;
+    bool printSwitch12 = false;
+    PrintTitle printTitle = PrintTitle::FormCaption;
+    QString saveAsBase; ///< "Routing Map": the window has Save As
+    QString defaultButton;
+    int helpContext = 0;
+};
+
+/// The four report windows, as the table of their differences sets them.
+const ReportSpec &frmScriptsSpec();
+const ReportSpec &frmMapSpec();
+const ReportSpec &frmMessagesSpec();
+const ReportSpec &frmTrackingSpec();
+
+/// A modal window with one read-only grid, `SSDBGrid1`, filled by its caller
+/// before it shows, and a row of buttons below it: print, close, help, and
+/// the buttons of its use. A form that needs more (Go To, the map, the
+/// tracking window, its own page header) connects to the buttons and the
+/// grid's signals, and may rewrite `SSDBGrid1_PrintInitialize`'s result
+/// through `printInitialized`.
+class ReportWindow : public QDialog {
+    Q_OBJECT
+
+public:
+    ReportWindow(const ReportSpec &spec, frmMain &main, QWidget *parent = nullptr);
+
+    controls::SSDBGrid *SSDBGrid1 = nullptr;
+    /// A button of the row by name ("cmdGoTo"), or null.
+    QPushButton *button(const QString &name) const;
+    const ReportSpec &spec() const { return m_spec; }
+
+    void Form_Resize();
+    void cmdPrint_Click();
+    void cmdClose_Click();
+    void cmdHelp_Click();
+    void cmdSaveAs_Click();
+    void SSDBGrid1_PrintInitialize(controls::PrintInfo &info);
+    void SSDBGrid1_KeyUp(int keyCode, int shift);
+
+Q_SIGNALS:
+    /// After the window's own print settings, for a form that adds its own.
+    void printInitialized(controls::PrintInfo &info);
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    const ReportSpec &m_spec;
+    frmMain &m_main;
+};
+
+} // namespace catalogue
