@@ -7,6 +7,7 @@
 #include "app/eventlog.h"
 #include "app/frmmain.h"
 #include "app/generaldate.h"
+#include "app/leastsize.h"
 #include "app/program.h"
 #include "navigation/frmfolder.h"
 #include "navigation/nodekinds.h"
@@ -101,6 +102,7 @@ void frmMain::createInstallTab(QWidget *page)
     connect(cmdInstall, &QPushButton::clicked, this, &frmMain::cmdInstall_Click);
     connect(chkRouting, &QCheckBox::toggled, this, &frmMain::chkRouting_Click);
     connect(chkScheduled, &QCheckBox::toggled, this, &frmMain::chkScheduled_Click);
+    app::holdControls(page);
 }
 
 void frmMain::cmdScript_Click()

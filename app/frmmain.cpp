@@ -146,7 +146,7 @@ void frmMain::createActions()
     make("mnuFileProcInst", "Process Instan&ces...", "F12", &frmMain::mnuFileProcInst_Click);
     make("mnuFileExport", "&Export Agent List...", nullptr, &frmMain::mnuFileExport_Click);
     make("mnuFileInstalledAgents", "I&nstalled Agents", nullptr, &frmMain::mnuFileInstalledAgents_Click);
-    entry("mnuFileSend", "Sen&d...", nullptr);
+    make("mnuFileSend", "Sen&d...", nullptr, &frmMain::mnuFileSend_Click);
     make("mnuFileExit", "E&xit", nullptr, &frmMain::mnuFileExit_Click);
 
     make("mnuEditUndo", "&Undo", "Ctrl+Z", &frmMain::mnuEditUndo_Click);
@@ -179,12 +179,12 @@ void frmMain::createActions()
     make("mnuViewIncrease", "&Increase Font Size", "F7", &frmMain::mnuViewIncrease_Click);
     make("mnuViewFavorite", "Set Fa&vorite Folder", "F9", &frmMain::mnuViewFavorite_Click);
     make("mnuViewRefresh", "&Refresh Folder List", "F5", &frmMain::mnuViewRefresh_Click);
-    entry("mnuViewOptions", "&Options...", nullptr);
+    make("mnuViewOptions", "&Options...", nullptr, &frmMain::mnuViewOptions_Click);
 
-    entry("mnuHelpContents", "&Contents", nullptr);
-    entry("mnuHelpSearch", "&Search For Help On...", nullptr);
-    entry("mnuHelpTechSupport", "&Technical Support", nullptr);
-    entry("mnuHelpAbout", "&About Sorrelin", nullptr);
+    make("mnuHelpContents", "&Contents", nullptr, &frmMain::mnuHelpContents_Click);
+    make("mnuHelpSearch", "&Search For Help On...", nullptr, &frmMain::mnuHelpSearch_Click);
+    make("mnuHelpTechSupport", "&Technical Support", nullptr, &frmMain::mnuHelpTechSupport_Click);
+    make("mnuHelpAbout", "&About Sorrelin", nullptr, &frmMain::mnuHelpAbout_Click);
 }
 
 void frmMain::createMenus()

@@ -142,6 +142,13 @@ public:
     void DisplayMap(const QString &strID, const QString &strStore, const QString &strCaption);
     void mnuFileProcInst_Click();
     void DisplayProcInst();
+    // ---- Auxiliary dialogs and mail (dialogs/) ----
+    void mnuViewOptions_Click();
+    void mnuHelpAbout_Click();
+    void mnuFileSend_Click();
+    void mnuHelpTechSupport_Click();
+    void mnuHelpContents_Click();
+    void mnuHelpSearch_Click();
 
     controls::SSTree *treOutl = nullptr;
     // The "Installation" tab.

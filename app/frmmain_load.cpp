@@ -9,10 +9,12 @@
 #include "platform/controls/sstree.h"
 #include "platform/events/events.h"
 #include "platform/mapi/session.h"
+#include "platform/os/helpviewer.h"
 #include "platform/outlook/application.h"
 #include "scripts/scriptpane.h"
 
 #include <QAction>
+#include <QFileInfo>
 #include <QPointer>
 #include <QStatusBar>
 #include <QToolBar>
@@ -58,7 +60,10 @@ bool frmMain::Form_Load()
 {
     app::Program &p = m_program;
     com::ResumeNext routine;
-    setProperty("helpFile", app::appPath() + QStringLiteral("/sorrelin.hlp"));
+    // The help's contents page among the program's shared files; no help
+    // file when the pages aren't there.
+    const QString contents = os::helpFolder() + QStringLiteral("/contents.html");
+    setProperty("helpFile", QFileInfo::exists(contents) ? contents : QString());
 
     routine.step([&] { p.gobjEvents = std::make_unique<events::Events>(); });
     if (routine.failed() || !p.gobjEvents) {

@@ -248,6 +248,8 @@ void frmMain::tbToolBar_ButtonClick(const QString &key)
         mnuFileAgentProperties_Click();
     else if (key == QLatin1String("Properties"))
         mnuFolderProperties_Click();
+    else if (key == QLatin1String("Send"))
+        mnuFileSend_Click();
     else if (key == QLatin1String("Cut"))
         mnuEditCut_Click();
     else if (key == QLatin1String("Copy"))

@@ -2,7 +2,7 @@
 # Installs the Debian 12 packages Sorrelin needs to build, test and run.
 set -euo pipefail
 packages=(build-essential cmake ninja-build qt6-base-dev libqt6sql6-sqlite libsqlite3-dev
-          xvfb xauth fonts-dejavu-core poppler-utils)
+          xvfb xauth fonts-dejavu-core poppler-utils dpkg-dev file)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -103,8 +103,10 @@ void ScriptPane::focusInEvent(QFocusEvent *event)
 void ScriptPane::focusOutEvent(QFocusEvent *event)
 {
     QPlainTextEdit::focusOutEvent(event);
-    // A popup (a menu opening) takes no focus from the pane for good.
-    if (event->reason() != Qt::PopupFocusReason)
+    // A popup (a menu opening) takes no focus from the pane for good, and
+    // another window taking the focus (a dialog) leaves the pane the focus
+    // of its own window: only a move within the main window is a lost focus.
+    if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason)
         Q_EMIT LostFocus();
 }
 

@@ -1,6 +1,7 @@
 #include "platform/mapi/profiles.h"
 
 #include "platform/mapi/sessionstate.h"
+#include "platform/os/sharedir.h"
 #include "platform/registry/registry.h"
 #include "platform/store/database.h"
 #include "platform/store/fixture.h"
@@ -147,7 +148,7 @@ void makeDemoProfile(const QString &name)
                                 QStringLiteral("The demo store %1 is being made by another program.")
                                     .arg(QDir::toNativeSeparators(storePath)));
         if (!QFileInfo::exists(storePath))
-            store::loadFixture(QStringLiteral(SORRELIN_SHARE_DIR "/demo.json"), storePath);
+            store::loadFixture(os::shareDir() + QStringLiteral("/demo.json"), storePath);
     }
     const QString user = store::Database::open(storePath)->meta(QStringLiteral("user"));
     writeProfile(Profile{name, user, storePath});

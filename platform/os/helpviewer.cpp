@@ -1,5 +1,7 @@
 #include "platform/os/helpviewer.h"
 
+#include "platform/os/sharedir.h"
+
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -17,8 +19,7 @@ namespace os {
 
 QString helpFolder()
 {
-    const QString beside = QCoreApplication::applicationDirPath() + QStringLiteral("/share/help");
-    return QDir(beside).exists() ? beside : QStringLiteral(SORRELIN_SHARE_DIR "/help");
+    return shareDir() + QStringLiteral("/help");
 }
 
 HelpViewer *HelpViewer::instance()

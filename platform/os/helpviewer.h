@@ -11,8 +11,7 @@ class QTextBrowser;
 
 namespace os {
 
-/// The folder of the help pages: share/help beside the program, or the
-/// source tree's when the program runs from its build folder.
+/// The folder of the help pages, in the program's shared files.
 QString helpFolder();
 
 /// The help window: a contents pane and an index pane with its search field

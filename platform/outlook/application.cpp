@@ -2,6 +2,7 @@
 
 #include "platform/events/events.h"
 #include "platform/mapi/profiles.h"
+#include "platform/outlook/mailitem.h"
 #include "platform/outlook/olwindows.h"
 #include "platform/ui/prompter.h"
 
@@ -85,6 +86,7 @@ void NameSpace::Logon(const QString &profile, const QString &password, bool show
     else
         session->Logon(profile);
     m_session = std::move(session);
+    m_app.loggedOn(m_session->MAPIOBJECT());
 }
 
 MAPIFolder NameSpace::GetFolderFromID(const QString &entryId, const QString &storeId)
@@ -106,6 +108,13 @@ std::unique_ptr<NameSpace> Application::GetNamespace(const QString &type)
     if (type.compare(QLatin1String("MAPI"), Qt::CaseInsensitive) != 0)
         throw outlookError(QStringLiteral("Only the MAPI namespace is supported."));
     return std::make_unique<NameSpace>(*this, m_prompter);
+}
+
+std::unique_ptr<MailItem> Application::CreateItem(int type)
+{
+    if (type != 0)
+        throw outlookError(QStringLiteral("Only mail items can be made."));
+    return std::make_unique<MailItem>(m_mailState);
 }
 
 QString Application::Version() const

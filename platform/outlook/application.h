@@ -16,6 +16,7 @@ namespace outlook {
 
 class Application;
 class ExplorerWindow;
+class MailItem;
 
 /// A folder as the mail client sees it: the store's top folder carries the
 /// store's name, and its parent is no folder.
@@ -91,6 +92,8 @@ public:
     ~Application();
 
     std::unique_ptr<NameSpace> GetNamespace(const QString &type);
+    /// A new item of a type; only 0, a mail item, is made.
+    std::unique_ptr<MailItem> CreateItem(int type);
     QString Version() const;
     /// The window of the last `Display`; raises when there is none.
     Explorer *ActiveExplorer();
@@ -98,6 +101,8 @@ public:
     // For the folder objects.
     void displayed(const MAPIFolder &folder, mapi::Session &session, const mapi::Folder &raw);
     void showFolderProperties();
+    /// The namespace's session, where new mail items are filed.
+    void loggedOn(mapi::StatePtr state) { m_mailState = std::move(state); }
 
 private:
     ui::Prompter &m_prompter;
@@ -107,6 +112,7 @@ private:
     mapi::Session *m_currentSession = nullptr;
     QString m_currentPath;
     QString m_currentName;
+    mapi::StatePtr m_mailState;
 };
 
 } // namespace outlook

@@ -4,6 +4,7 @@
 #include "platform/com/escapes.h"
 #include "platform/controls/ssdbgrid.h"
 #include "platform/controls/sstree.h"
+#include "tools/sorrelin-driver/choose.h"
 #include "tools/sorrelin-driver/driver.h"
 #include "tools/sorrelin-driver/formreader.h"
 #include "tools/sorrelin-driver/keys.h"
@@ -287,7 +288,19 @@ bool Driver::userAction(const QString &command, const QString &rest)
                 activate(spin);
                 spin->setValue(text.toInt());
             });
+        // A folder list walks to the folder typed.
+        if (o && o->metaObject()->indexOfProperty("Path") >= 0)
+            return acted([o, text] { o->setProperty("Path", text); });
         return failed(QStringLiteral("no text control %1 in %2").arg(w.value(1), w.value(0)));
+    }
+    if (command == QLatin1String("choose")) {
+        const QStringList w = words(rest, 3);
+        QObject *control = FormReader::findControl(form(w.value(0)), w.value(1));
+        if (!control)
+            return failed(QStringLiteral("no control %1 in %2").arg(w.value(1), w.value(0)));
+        QString error;
+        std::function<void()> pick = chooseEntry(control, w.value(2).trimmed(), error);
+        return pick ? acted(std::move(pick)) : failed(error);
     }
     if (command == QLatin1String("grid") || command == QLatin1String("dblclick")) {
         const QStringList w = words(rest, 3);

@@ -259,6 +259,7 @@ QJsonObject Driver::state()
         s.insert(QStringLiteral("dirty"), main->blnDirty);
         s.insert(QStringLiteral("strEntryID"), main->strEntryID);
         s.insert(QStringLiteral("strStoreID"), main->strStoreID);
+        s.insert(QStringLiteral("helpFile"), main->property("helpFile").toString());
         s.insert(QStringLiteral("tree"), FormReader::nodes(main->treOutl));
     }
     QJsonArray prompts;

@@ -10,6 +10,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -168,6 +169,16 @@ QJsonObject describe(QObject *object)
         for (int i = 0; i < combo->count(); ++i)
             items.append(combo->itemText(i));
         c.insert(QStringLiteral("items"), items);
+    } else if (auto *list = qobject_cast<QListWidget *>(w)) {
+        // A folder list's text is its folder.
+        const QVariant path = list->property("Path");
+        c.insert(QStringLiteral("text"), path.isValid()        ? path.toString()
+                                         : list->currentItem() ? list->currentItem()->text()
+                                                               : QString());
+        QJsonArray items;
+        for (int i = 0; i < list->count(); ++i)
+            items.append(list->item(i)->text());
+        c.insert(QStringLiteral("items"), items);
     } else if (auto *spin = qobject_cast<QSpinBox *>(w)) {
         c.insert(QStringLiteral("value"), spin->value());
     } else if (auto *tabs = qobject_cast<QTabWidget *>(w)) {
@@ -262,6 +273,29 @@ QTreeWidgetItem *FormReader::findNode(controls::SSTree *tree, const QString &pat
     return nullptr;
 }
 
+QJsonArray FormReader::clipped(QWidget *form)
+{
+    QJsonArray names;
+    const QRect window = form->rect();
+    for (QWidget *w : form->findChildren<QWidget *>()) {
+        if (!isControlName(w->objectName()) || w->window() != form || !w->isVisibleTo(form))
+            continue;
+        // Whole only when no container above it, the window included, cuts
+        // any of it off.
+        const QRect own(w->mapTo(form, QPoint(0, 0)), w->size());
+        for (QWidget *p = w->parentWidget(); p; p = p->parentWidget()) {
+            const QRect room = p == form ? window : QRect(p->mapTo(form, QPoint(0, 0)), p->size());
+            if (!room.contains(own)) {
+                names.append(w->objectName());
+                break;
+            }
+            if (p == form)
+                break;
+        }
+    }
+    return names;
+}
+
 QJsonObject FormReader::form(QWidget *form)
 {
     QJsonObject f;
@@ -285,6 +319,7 @@ QJsonObject FormReader::form(QWidget *form)
             controls.insert(name, describe(o));
     }
     f.insert(QStringLiteral("controls"), controls);
+    f.insert(QStringLiteral("clipped"), clipped(form));
     return f;
 }
 

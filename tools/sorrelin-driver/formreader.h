@@ -24,6 +24,9 @@ public:
     static QJsonObject form(QWidget *form);
     /// The open menu as a form, its entries as controls.
     static QJsonObject popup(QMenu *menu);
+    /// The names of a form's visible controls that the window, or a
+    /// container inside it, cuts off in part or whole.
+    static QJsonArray clipped(QWidget *form);
     /// The nodes of a tree in display order.
     static QJsonArray nodes(controls::SSTree *tree);
 
