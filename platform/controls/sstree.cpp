@@ -12,6 +12,86 @@ constexpr int KeyRole = Qt::UserRole + 1;
 constexpr int TagRole = Qt::UserRole + 2;
 constexpr int ImageRole = Qt::UserRole + 3;
 const QString kSource = QStringLiteral("SSTree");
+
+/// A node: its text, key, tag and image are members rather than item data,
+/// and its picture comes from the tree's image list, so that a tree of a
+/// hundred thousand nodes is quick to make, sort and drop.
+class Item : public QTreeWidgetItem {
+public:
+    static constexpr int Type = QTreeWidgetItem::UserType + 1;
+
+    Item(const QString &key, const QString &text, int image)
+        : QTreeWidgetItem(Type), m_text(text), m_key(key), m_image(image)
+    {
+    }
+
+    QVariant data(int column, int role) const override
+    {
+        if (column == 0) {
+            switch (role) {
+            case Qt::DisplayRole:
+            case Qt::EditRole:
+                return m_text;
+            case KeyRole:
+                return m_key;
+            case TagRole:
+                return m_tag;
+            case ImageRole:
+                return m_image;
+            case Qt::DecorationRole:
+                if (const auto *tree = qobject_cast<const SSTree *>(treeWidget()))
+                    return tree->icon(m_image);
+                return QVariant();
+            default:
+                break;
+            }
+        }
+        return QTreeWidgetItem::data(column, role);
+    }
+
+    void setData(int column, int role, const QVariant &value) override
+    {
+        if (column != 0) {
+            QTreeWidgetItem::setData(column, role, value);
+            return;
+        }
+        switch (role) {
+        case Qt::DisplayRole:
+        case Qt::EditRole:
+            m_text = value.toString();
+            break;
+        case KeyRole:
+            m_key = value.toString();
+            break;
+        case TagRole:
+            m_tag = value.toString();
+            break;
+        case ImageRole:
+            m_image = value.toInt();
+            break;
+        default:
+            QTreeWidgetItem::setData(column, role, value);
+            return;
+        }
+        emitDataChanged();
+    }
+
+    /// The tree's order: by text, case counting, as the item view compares texts.
+    bool operator<(const QTreeWidgetItem &other) const override
+    {
+        const QTreeWidget *tree = treeWidget();
+        if (other.type() != Type || (tree && tree->sortColumn() != 0))
+            return QTreeWidgetItem::operator<(other);
+        return m_text.compare(static_cast<const Item &>(other).m_text, Qt::CaseSensitive) < 0;
+    }
+
+    bool expandWhenShown = false;
+
+private:
+    QString m_text, m_key, m_tag;
+    int m_image = 0;
+};
+
 } // namespace
 
 SSTree::SSTree(QWidget *parent) : QTreeWidget(parent)
@@ -28,23 +108,54 @@ void SSTree::setImageList(QVector<QIcon> icons)
     m_icons = std::move(icons);
 }
 
-SSTree::Node *SSTree::add(const QString &parentKey, const QString &key, const QString &text, int image)
+void SSTree::setNodes(const QVector<NodeRecord> &nodes)
 {
-    if (m_keys.contains(key))
-        throw com::ComError(35602, kSource, QStringLiteral("Key is not unique in collection"));
-    Node *parent = nullptr;
-    if (!parentKey.isEmpty()) {
-        parent = node(parentKey);
-        if (!parent)
-            throw com::ComError(35601, kSource, QStringLiteral("Element not found"));
+    setUpdatesEnabled(false);
+    clearNodes();
+    m_keys.reserve(nodes.size());
+    m_order.reserve(nodes.size());
+    QList<Node *> top;
+    for (const NodeRecord &r : nodes) {
+        if (m_keys.contains(r.key))
+            continue;
+        Node *parent = nullptr;
+        if (!r.parentKey.isEmpty() && !(parent = node(r.parentKey)))
+            continue;
+        auto *item = new Item(r.key, r.text, r.image);
+        item->setData(0, TagRole, r.tag);
+        item->expandWhenShown = r.expanded;
+        if (parent)
+            parent->addChild(item); // owned by its parent; nothing is shown yet
+        else
+            top.append(item);
+        m_keys.insert(r.key, item);
+        m_order.append(item);
     }
-    auto *item = parent ? new Node(parent) : new Node(this); // owned by the tree
-    item->setText(0, text);
-    item->setData(0, KeyRole, key);
-    setImage(item, image);
-    m_keys.insert(key, item);
-    m_order.append(item);
-    return item;
+    addTopLevelItems(top); // owned by the tree
+    sortItems(0, Qt::AscendingOrder);
+
+    // With a layout pending, opening a node only records it. The nodes are
+    // reached through the model's rows, which costs nothing per node.
+    scheduleDelayedItemsLayout();
+    QVector<QModelIndex> parents{QModelIndex()};
+    while (!parents.isEmpty()) {
+        const QModelIndex parent = parents.takeLast();
+        const int rows = model()->rowCount(parent);
+        for (int row = 0; row < rows; ++row) {
+            const QModelIndex index = model()->index(row, 0, parent);
+            const auto *item = static_cast<const Item *>(itemFromIndex(index));
+            if (item->expandWhenShown)
+                setExpanded(index, true);
+            if (item->childCount() > 0)
+                parents.append(index);
+        }
+    }
+    setUpdatesEnabled(true);
+}
+
+QIcon SSTree::icon(int image) const
+{
+    return image >= 1 && image <= m_icons.size() ? m_icons.at(image - 1) : QIcon();
 }
 
 SSTree::Node *SSTree::node(const QString &key) const
@@ -107,8 +218,6 @@ QString SSTree::tag(const Node *node)
 void SSTree::setImage(Node *node, int image)
 {
     node->setData(0, ImageRole, image);
-    if (image >= 1 && image <= m_icons.size())
-        node->setIcon(0, m_icons.at(image - 1));
 }
 
 void SSTree::setTag(Node *node, const QString &tag)
@@ -134,15 +243,6 @@ void SSTree::select(Node *node)
     node->setSelected(true);
     if (!m_multiSelect)
         m_picked = {node};
-}
-
-void SSTree::setRedraw(bool on)
-{
-    setUpdatesEnabled(on);
-    if (on) {
-        sortItems(0, Qt::AscendingOrder);
-        viewport()->update();
-    }
 }
 
 void SSTree::setMultiSelect(bool on)

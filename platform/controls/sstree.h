@@ -19,15 +19,30 @@ class SSTree : public QTreeWidget {
 public:
     using Node = QTreeWidgetItem;
 
+    /// A node for `setNodes`.
+    struct NodeRecord {
+        QString parentKey;
+        QString key;
+        QString text;
+        QString tag;
+        int image = 0;
+        bool expanded = false;
+    };
+
     explicit SSTree(QWidget *parent = nullptr);
 
     /// The pictures behind `Image` numbers (index 1 is the first).
     void setImageList(QVector<QIcon> icons);
 
-    /// Adds a node below the node with `parentKey` (empty: at the top).
-    /// Raises a com::ComError when `key` is already in the tree or the
-    /// parent key names no node.
-    Node *add(const QString &parentKey, const QString &key, const QString &text, int image);
+    /// Replaces every node with `nodes`, in that order, each below the node
+    /// with its `parentKey` (empty: at the top). A node whose key is already
+    /// there, or whose parent key names no node, is left out.
+    /// The nodes are built apart from the view and shown at once, sorted by
+    /// `Text`, those marked so expanded; nothing is drawn meanwhile.
+    void setNodes(const QVector<NodeRecord> &nodes);
+
+    /// The picture of an `Image` number; none outside the image list.
+    QIcon icon(int image) const;
 
     /// The node with `key`, or null.
     Node *node(const QString &key) const;
@@ -54,9 +69,6 @@ public:
     Node *selectedItem() const { return currentItem(); }
     /// Makes `node` the selected node without raising NodeClick.
     void select(Node *node);
-
-    /// Drawing off while filling; on again sorts and shows.
-    void setRedraw(bool on);
 
     /// What a user's mouse click on `node` does: the tree takes the focus
     /// (so that the control that had it loses it first), the node becomes
