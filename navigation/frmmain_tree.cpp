@@ -8,6 +8,7 @@
 #include "platform/controls/sstree.h"
 #include "platform/events/events.h"
 #include "platform/mapi/session.h"
+#include "platform/os/memory.h"
 #include "platform/store/folderlevels.h"
 
 #include <QAction>
@@ -32,29 +33,29 @@ void frmMain::RefreshFolders()
     if (!folderForm)
         folderForm = new frmFolder(prompter(), this); // made hidden by the first refresh, kept until the end
 
-    const navigation::TreeWalk walk = navigation::walkTree(*p.gobjSession, *p.gobjEvents, true);
-    QVector<SSTree::NodeRecord> nodes;
+    // The old snapshot goes before the store is read again.
+    for (SSTree *tree : {treOutl, folderForm->treOutl})
+        tree->clearNodes();
+    os::releaseFreedMemory(); // the new snapshot comes in other sizes than the old one went
+    navigation::TreeWalk walk = navigation::walkTree(*p.gobjSession, *p.gobjEvents, true);
+    auto shared = std::make_shared<QVector<SSTree::NodeRecord>>();
+    QVector<SSTree::NodeRecord> &nodes = *shared;
     nodes.reserve(walk.nodes.size());
     qsizetype folderNodes = 0;
-    for (const navigation::TreeNode &n : walk.nodes) {
+    for (navigation::TreeNode &n : walk.nodes) {
         const bool agent = n.image >= navigation::kImageScriptAgent;
         // The root and the folders open; the stores and agents stay closed.
-        nodes.append(SSTree::NodeRecord{n.parentKey, n.key, n.text, n.tag, n.image,
+        nodes.append(SSTree::NodeRecord{std::move(n.parentKey), std::move(n.key), std::move(n.text),
+                                        std::move(n.tag), n.image,
                                         !agent && n.image != navigation::kImageStore});
         if (!agent)
             folderNodes = nodes.size();
     }
+    walk.nodes = {};
+    os::releaseFreedMemory(); // what the walk read, before the tree is made
+    // The folder dialog's tree is made when the dialog first needs it.
     treOutl->setNodes(nodes);
-    nodes.resize(folderNodes);
-    folderForm->treOutl->setNodes(nodes);
-
-    for (SSTree *tree : {treOutl, folderForm->treOutl}) {
-        if (tree->count() > 0) {
-            SSTree::Node *root = tree->nodeAt(1);
-            tree->select(root);
-            root->setExpanded(true);
-        }
-    }
+    folderForm->treOutl->setNodesWhenNeeded(std::move(shared), folderNodes);
     treOutl_NodeClick(treOutl->selectedItem());
     setEnabled(QStringLiteral("mnuFileExport"), true);
     setEnabled(QStringLiteral("mnuFileInstalledAgents"), true);

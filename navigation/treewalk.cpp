@@ -34,6 +34,11 @@ public:
         m_routine.step([&] { m_scan.emplace(m_session.MAPIOBJECT()); });
         if (!m_scan)
             return;
+        const qsizetype expected =
+            m_nodes.size() + stores.size() + m_scan->folderCount() + m_scan->bindingCount();
+        m_nodes.reserve(expected);
+        m_folders.reserve(expected);
+        m_index.reserve(expected);
         for (const mapi::InfoStore &store : stores) {
             if (store.ProviderName() != kExchangeProvider)
                 continue;

@@ -5,6 +5,8 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
+#include <algorithm>
+
 namespace controls {
 
 namespace {
@@ -108,14 +110,54 @@ void SSTree::setImageList(QVector<QIcon> icons)
     m_icons = std::move(icons);
 }
 
-void SSTree::setNodes(const QVector<NodeRecord> &nodes)
+void SSTree::setNodesWhenNeeded(std::shared_ptr<const QVector<NodeRecord>> nodes, qsizetype count)
 {
-    setUpdatesEnabled(false);
     clearNodes();
-    m_keys.reserve(nodes.size());
-    m_order.reserve(nodes.size());
+    m_pending = std::move(nodes);
+    m_pendingCount = count;
+    if (isVisible())
+        makePendingNodes();
+}
+
+void SSTree::makePendingNodes() const
+{
+    if (!m_pending)
+        return;
+    const std::shared_ptr<const QVector<NodeRecord>> nodes = m_pending;
+    auto *self = const_cast<SSTree *>(this); // the nodes were set before; this only makes them
+    self->m_pending.reset();
+    self->setNodes(*nodes, m_pendingCount);
+}
+
+void SSTree::showEvent(QShowEvent *event)
+{
+    makePendingNodes();
+    QTreeWidget::showEvent(event);
+}
+
+int SSTree::count() const
+{
+    makePendingNodes();
+    return static_cast<int>(m_order.size());
+}
+
+SSTree::Node *SSTree::selectedItem() const
+{
+    makePendingNodes();
+    return currentItem();
+}
+
+void SSTree::setNodes(const QVector<NodeRecord> &nodes, qsizetype count)
+{
+    const qsizetype n = count < 0 ? nodes.size() : std::min(count, nodes.size());
+    setUpdatesEnabled(false);
+    m_pending.reset();
+    clearNodes();
+    m_keys.reserve(n);
+    m_order.reserve(n);
     QList<Node *> top;
-    for (const NodeRecord &r : nodes) {
+    for (qsizetype i = 0; i < n; ++i) {
+        const NodeRecord &r = nodes.at(i);
         if (m_keys.contains(r.key))
             continue;
         Node *parent = nullptr;
@@ -144,11 +186,16 @@ void SSTree::setNodes(const QVector<NodeRecord> &nodes)
         for (int row = 0; row < rows; ++row) {
             const QModelIndex index = model()->index(row, 0, parent);
             const auto *item = static_cast<const Item *>(itemFromIndex(index));
-            if (item->expandWhenShown)
+            // Only a node with nodes below it has anything to open.
+            if (item->expandWhenShown && item->childCount() > 0)
                 setExpanded(index, true);
             if (item->childCount() > 0)
                 parents.append(index);
         }
+    }
+    if (!m_order.isEmpty()) {
+        select(m_order.constFirst());
+        m_order.constFirst()->setExpanded(true);
     }
     setUpdatesEnabled(true);
 }
@@ -160,11 +207,13 @@ QIcon SSTree::icon(int image) const
 
 SSTree::Node *SSTree::node(const QString &key) const
 {
+    makePendingNodes();
     return m_keys.value(key, nullptr);
 }
 
 SSTree::Node *SSTree::nodeAt(int index) const
 {
+    makePendingNodes();
     if (index < 1 || index > m_order.size())
         throw com::ComError(35600, kSource, QStringLiteral("Index out of bounds"));
     return m_order.at(index - 1);
@@ -189,6 +238,7 @@ void SSTree::remove(Node *node)
 
 void SSTree::clearNodes()
 {
+    m_pending.reset();
     m_keys.clear();
     m_order.clear();
     m_picked.clear();
@@ -235,6 +285,7 @@ QString SSTree::fullPath(const Node *node)
 
 void SSTree::select(Node *node)
 {
+    makePendingNodes();
     if (!node)
         return;
     if (!m_multiSelect)
@@ -253,6 +304,7 @@ void SSTree::setMultiSelect(bool on)
 
 QList<SSTree::Node *> SSTree::selectedNodes() const
 {
+    makePendingNodes();
     QList<Node *> nodes;
     for (Node *n : m_picked)
         if (n->isSelected())

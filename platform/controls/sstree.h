@@ -6,6 +6,7 @@
 #include <QVector>
 
 #include <functional>
+#include <memory>
 
 namespace controls {
 
@@ -34,12 +35,19 @@ public:
     /// The pictures behind `Image` numbers (index 1 is the first).
     void setImageList(QVector<QIcon> icons);
 
-    /// Replaces every node with `nodes`, in that order, each below the node
+    /// Replaces every node with the first `count` of `nodes` (all when
+    /// negative), in that order, each below the node
     /// with its `parentKey` (empty: at the top). A node whose key is already
     /// there, or whose parent key names no node, is left out.
     /// The nodes are built apart from the view and shown at once, sorted by
     /// `Text`, those marked so expanded; nothing is drawn meanwhile.
-    void setNodes(const QVector<NodeRecord> &nodes);
+    void setNodes(const QVector<NodeRecord> &nodes, qsizetype count = -1);
+
+    /// The same with the first `count` of `nodes`, kept as a snapshot that
+    /// is made into nodes only when the tree is first shown or asked for a
+    /// node: a tree that stays hidden costs nothing to refill. Either way
+    /// the first node ends up selected.
+    void setNodesWhenNeeded(std::shared_ptr<const QVector<NodeRecord>> nodes, qsizetype count);
 
     /// The picture of an `Image` number; none outside the image list.
     QIcon icon(int image) const;
@@ -49,7 +57,7 @@ public:
 
     /// The number of nodes and the node at a 1-based index, in the order in
     /// which they were added.
-    int count() const { return static_cast<int>(m_order.size()); }
+    int count() const;
     Node *nodeAt(int index) const;
 
     /// Removes one node and what is below it.
@@ -66,7 +74,7 @@ public:
     /// The `Text` of every node from the top down, joined by "\".
     static QString fullPath(const Node *node);
 
-    Node *selectedItem() const { return currentItem(); }
+    Node *selectedItem() const;
     /// Makes `node` the selected node without raising NodeClick.
     void select(Node *node);
 
@@ -90,6 +98,7 @@ Q_SIGNALS:
     void LostFocus();
 
 protected:
+    void showEvent(QShowEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
@@ -100,12 +109,16 @@ protected:
 
 private:
     void forget(Node *node);
+    /// Makes the nodes of a snapshot kept by `setNodesWhenNeeded`.
+    void makePendingNodes() const;
 
     QVector<QIcon> m_icons;
     QHash<QString, Node *> m_keys;
     QVector<Node *> m_order;
     QList<Node *> m_picked;
     bool m_multiSelect = false;
+    std::shared_ptr<const QVector<NodeRecord>> m_pending;
+    qsizetype m_pendingCount = 0;
 };
 
 /// Key codes and shift bits as the program's handlers see them.

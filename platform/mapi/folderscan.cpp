@@ -4,6 +4,7 @@
 #include "platform/mapi/tags.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace mapi {
 
@@ -52,22 +53,19 @@ FolderScan::FolderScan(const StatePtr &state)
             stores.insert(q.value(0).toLongLong(), Store{q.value(1).toString(), q.value(2).toString()});
     }
 
-    struct Listed {
-        qint64 parent = 0; ///< 0 for a store's root folder
-        int seq = 0;
-        Folder::Row row;
-    };
-    QVector<Listed> rows;
+    QVector<std::pair<qint64, int>> keys; // each folder's parent (0 for a root) and place among its siblings
     {
+        QSqlQuery &count = state->run(QStringLiteral("SELECT COUNT(*) FROM folders"), {});
+        const qsizetype expected = count.next() ? count.value(0).toLongLong() : 0;
+        count.finish();
+        m_folders.reserve(expected);
+        keys.reserve(expected);
         QSqlQuery &q = state->run(kFolders, {state->user});
         while (q.next()) {
             const auto store = stores.constFind(q.value(1).toLongLong());
             if (store == stores.constEnd())
                 continue;
-            Listed l;
-            l.parent = q.value(2).toLongLong();
-            l.seq = q.value(3).toInt();
-            Folder::Row &r = l.row;
+            Folder::Row r;
             r.row = q.value(0).toLongLong();
             r.storeRow = store.key();
             r.id = q.value(4).toString();
@@ -76,24 +74,44 @@ FolderScan::FolderScan(const StatePtr &state)
             r.access = q.value(6).toInt();
             r.eventSource = q.value(7).toInt() != 0;
             r.host = store->host;
-            rows.append(std::move(l));
+            m_folders.append(Folder(state, std::move(r)));
+            keys.append({q.value(2).toLongLong(), q.value(3).toInt()});
         }
     }
-    // Each folder's subfolders side by side, in the store's order (rows
-    // come by row number, which breaks ties of `seq`).
-    std::stable_sort(rows.begin(), rows.end(), [](const Listed &a, const Listed &b) {
-        return a.parent != b.parent ? a.parent < b.parent : a.seq < b.seq;
-    });
-    m_children = ranges(rows, [](const Listed &l) { return l.parent; });
-    m_folders.reserve(rows.size());
-    for (Listed &l : rows) {
-        const Range children = m_children.value(l.row.row);
-        l.row.subfolders = static_cast<int>(children.end - children.begin);
-        m_folders.append(Folder(state, std::move(l.row)));
+    // Each folder's subfolders side by side, in the store's order: the rows
+    // came by row number, which breaks ties of the place. The folders are
+    // put in that order where they stand.
+    QVector<qsizetype> order(m_folders.size());
+    std::iota(order.begin(), order.end(), 0);
+    std::stable_sort(order.begin(), order.end(), [&](qsizetype a, qsizetype b) { return keys[a] < keys[b]; });
+    QVector<qint64> parents(order.size());
+    for (qsizetype i = 0; i < order.size(); ++i)
+        parents[i] = keys.at(order.at(i)).first;
+    keys = {};
+    for (qsizetype start = 0; start < order.size(); ++start) {
+        if (order.at(start) < 0)
+            continue;
+        // Follow the cycle through `start`: place i takes the folder at order[i].
+        Folder first = std::move(m_folders[start]);
+        qsizetype i = start;
+        while (order.at(i) != start) {
+            const qsizetype from = order.at(i);
+            m_folders[i] = std::move(m_folders[from]);
+            order[i] = -1;
+            i = from;
+        }
+        m_folders[i] = std::move(first);
+        order[i] = -1;
     }
-    m_rowsRead += rows.size();
+    m_children = ranges(parents, [](qint64 parent) { return parent; });
+    for (Folder &folder : m_folders) {
+        const Range children = m_children.value(folder.m_row.row);
+        folder.m_row.subfolders = static_cast<int>(children.end - children.begin);
+    }
+    m_rowsRead += m_folders.size();
 
     QVector<std::pair<qint64, BindingRow>> bindings; // folder's row, binding message
+    m_hidden.reserve(m_folders.size());
     {
         QSqlQuery &q = state->run(kHidden, {kBindingClass, kBindingClass, tagKey(PR_HANDLER)});
         while (q.next()) {

@@ -43,6 +43,9 @@ public:
     /// The binding messages of a folder in the order they were made.
     std::span<const BindingRow> bindings(const Folder &folder) const;
 
+    qsizetype folderCount() const { return m_folders.size(); }
+    qsizetype bindingCount() const { return m_bindings.size(); }
+
     /// The rows read: folders, hidden message counts and binding messages.
     qsizetype rowsRead() const { return m_rowsRead; }
 

@@ -192,23 +192,27 @@ int log(const QStringList &a, Output io)
 QString usage()
 {
     return QStringLiteral(
-        "Usage: sorrelin-store COMMAND ARGUMENTS\n"
-        "  load FIXTURE.json STORE.db         make a store from a fixture\n"
-        "  dump STORE.db                      print the store as a fixture (folders at most 500 levels "
-        "deep)\n"
-        "  tree STORE.db                      print the folders and agents as the tree shows them,\n"
-        "                                     folders at most 500 levels deep\n"
-        "  generate STORE.db [--stores N] [--folders N] [--agents N] [--hidden N] [--messages N] [--seed N]\n"
-        "           [--shape tree|deep|wide]  make a large store for benchmarks: folders up to five levels\n"
-        "                                     deep, each below the one before, or all side by side\n"
-        "  set-log STORE.db AGENT LOGFILE|-   set an agent's log (AGENT: entry id or \\Store\\Folder\\Name)\n"
-        "  add-map STORE.db MESSAGE MAP.json  put a map on a message (a list of rows)\n"
-        "  add-instance STORE.db MESSAGE RUI STATUS ROW\n"
-        "                                     make a message a process instance\n"
-        "  add-votes STORE.db MESSAGE VOTES.json\n"
-        "                                     set the votes on a message\n"
-        "  log [FILE]                         print the application log\n"
-        "  help                               this text\n");
+               "Usage: sorrelin-store COMMAND ARGUMENTS\n"
+               "  load FIXTURE.json STORE.db         make a store from a fixture\n"
+               "  dump STORE.db                      print the store as a fixture (folders at most %1 levels "
+               "deep)\n"
+               "  tree STORE.db                      print the folders and agents as the tree shows them,\n"
+               "                                     folders at most %1 levels deep\n"
+               "  generate STORE.db [--stores N] [--folders N] [--agents N] [--hidden N] [--messages N] "
+               "[--seed N]\n"
+               "           [--shape tree|deep|wide]  make a large store for benchmarks: folders up to five "
+               "levels\n"
+               "                                     deep, each below the one before, or all side by side\n"
+               "  set-log STORE.db AGENT LOGFILE|-   set an agent's log (AGENT: entry id or "
+               "\\Store\\Folder\\Name)\n"
+               "  add-map STORE.db MESSAGE MAP.json  put a map on a message (a list of rows)\n"
+               "  add-instance STORE.db MESSAGE RUI STATUS ROW\n"
+               "                                     make a message a process instance\n"
+               "  add-votes STORE.db MESSAGE VOTES.json\n"
+               "                                     set the votes on a message\n"
+               "  log [FILE]                         print the application log\n"
+               "  help                               this text\n")
+        .arg(store::kMaxFolderLevels);
 }
 
 int run(const QStringList &arguments, Output io)
