@@ -36,17 +36,17 @@ public:
     void setImageList(QVector<QIcon> icons);
 
     /// Replaces every node with the first `count` of `nodes` (all when
-    /// negative), in that order, each below the node
-    /// with its `parentKey` (empty: at the top). A node whose key is already
-    /// there, or whose parent key names no node, is left out.
-    /// The nodes are built apart from the view and shown at once, sorted by
-    /// `Text`, those marked so expanded; nothing is drawn meanwhile.
+    /// negative), in that order, each below the node with its `parentKey`
+    /// (empty: at the top). A node whose key is already there, or whose
+    /// parent key names no node, is left out. The nodes are built apart from
+    /// the view and shown at once, sorted by `Text`, those marked `expanded`
+    /// open when they have nodes below them; the first node ends up
+    /// selected (without NodeClick) and open. Nothing is drawn meanwhile.
     void setNodes(const QVector<NodeRecord> &nodes, qsizetype count = -1);
 
     /// The same with the first `count` of `nodes`, kept as a snapshot that
     /// is made into nodes only when the tree is first shown or asked for a
-    /// node: a tree that stays hidden costs nothing to refill. Either way
-    /// the first node ends up selected.
+    /// node: a tree that stays hidden costs nothing to refill.
     void setNodesWhenNeeded(std::shared_ptr<const QVector<NodeRecord>> nodes, qsizetype count);
 
     /// The picture of an `Image` number; none outside the image list.
