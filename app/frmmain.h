@@ -200,8 +200,6 @@ private:
     void setNodeCommands(int image);
     void setPaneNotice(const QString &text);
     /// Adds the folders below `folder` to both trees, depth first.
-    void EnumerateFolders(const mapi::Folder &folder);
-    void addFolderNode(const QString &parentKey, const mapi::Folder &folder);
 
     app::Program &m_program;
     QToolBar *tbToolBar = nullptr;

@@ -1,6 +1,6 @@
 // Times installing one agent into 1,000 folders at once from the
 // Installation tab, the refresh after it included, on a large store.
-//   bench_install [STORE.db]
+//   bench_install [STORE.db | --folders N --agents M]
 #include "app/frmmain.h"
 #include "app/program.h"
 #include "bench/benchstore.h"

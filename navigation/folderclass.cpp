@@ -3,13 +3,12 @@
 #include "navigation/nodekinds.h"
 #include "platform/events/events.h"
 #include "platform/events/guid.h"
-#include "platform/mapi/folder.h"
-#include "platform/mapi/message.h"
+#include "platform/mapi/folderscan.h"
 #include "platform/mapi/tags.h"
 
 namespace navigation {
 
-int classifyFolder(const mapi::Folder &folder, events::Events &events)
+int classifyFolder(const mapi::Folder &folder, events::Events &events, const mapi::FolderScan &scan)
 {
     int access = 0;
     try {
@@ -26,17 +25,8 @@ int classifyFolder(const mapi::Folder &folder, events::Events &events)
     } catch (const com::ComError &) {
         return kImageNoRights;
     }
-    try {
-        mapi::MessageList hidden = folder.HiddenMessages();
-        if (hidden.Count() != 0) {
-            hidden.Filter().setType(mapi::kBindingClass);
-            if (hidden.Count() != 0)
-                return kImageFolderWithAgents;
-        }
-    } catch (const com::ComError &) {
-        // Agents that can't be listed aren't shown.
-    }
-    return kImageFolder;
+    const mapi::FolderScan::HiddenCounts hidden = scan.hiddenCounts(folder);
+    return hidden.all != 0 && hidden.bindings != 0 ? kImageFolderWithAgents : kImageFolder;
 }
 
 int classifyHandlerField(const QByteArray &handlerField)
@@ -48,15 +38,6 @@ int classifyHandlerField(const QByteArray &handlerField)
     if (handlerField == routing)
         return kImageRoutingAgent;
     return kImageOtherAgent;
-}
-
-int classifyBindingMessage(const mapi::Message &message)
-{
-    try {
-        return classifyHandlerField(message.Fields(mapi::PR_HANDLER).Value().toByteArray());
-    } catch (const com::ComError &) {
-        return kImageOtherAgent;
-    }
 }
 
 } // namespace navigation

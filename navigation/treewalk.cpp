@@ -4,11 +4,14 @@
 #include "navigation/nodekinds.h"
 #include "platform/com/routine.h"
 #include "platform/events/events.h"
+#include "platform/mapi/folderscan.h"
 #include "platform/mapi/session.h"
+#include "platform/store/folderlevels.h"
 
 #include <QHash>
 
 #include <algorithm>
+#include <optional>
 
 namespace navigation {
 
@@ -28,14 +31,23 @@ public:
     void addStores()
     {
         const auto stores = m_routine.value<QVector<mapi::InfoStore>>([&] { return m_session.InfoStores(); });
-        for (const mapi::InfoStore &store : stores)
-            m_routine.step([&] {
-                if (store.ProviderName() != kExchangeProvider)
-                    return;
-                const mapi::Folder root = store.RootFolder();
-                add(QStringLiteral("root"), store.Name(), store.Name(), root.StoreID(), kImageStore);
-                addFolders(root, store.Name());
-            });
+        m_routine.step([&] { m_scan.emplace(m_session.MAPIOBJECT()); });
+        if (!m_scan)
+            return;
+        const qsizetype expected =
+            m_nodes.size() + stores.size() + m_scan->folderCount() + m_scan->bindingCount();
+        m_nodes.reserve(expected);
+        m_folders.reserve(expected);
+        m_index.reserve(expected);
+        for (const mapi::InfoStore &store : stores) {
+            if (store.ProviderName() != kExchangeProvider)
+                continue;
+            const mapi::Folder *root = m_scan->rootFolder(store.row());
+            if (!root)
+                continue; // a store without a root folder isn't shown
+            add(QStringLiteral("root"), store.Name(), store.Name(), root->StoreID(), kImageStore);
+            addFolders(*root, store.Name());
+        }
     }
 
     /// Agents below the folders found to hold them; the nodes added here
@@ -46,66 +58,83 @@ public:
         for (qsizetype i = 0; i < count; ++i) {
             if (m_nodes.at(i).image != kImageFolderWithAgents)
                 continue;
-            const QString key = m_nodes.at(i).key;
-            const QString tag = m_nodes.at(i).tag;
-            m_routine.step([&] {
-                mapi::MessageList hidden = m_session.GetFolder(key, tag).HiddenMessages();
-                hidden.Filter().setType(mapi::kBindingClass);
-                for (const mapi::Message &message : hidden)
-                    add(key, message.ID(), message.Subject(), message.StoreID(),
-                        classifyBindingMessage(message));
-            });
+            const mapi::Folder *folder = m_folders.at(i);
+            for (const mapi::BindingRow &binding : m_scan->bindings(*folder))
+                add(m_nodes.at(i).key, binding.id, binding.subject, folder->StoreID(),
+                    classifyHandlerField(binding.handler));
         }
     }
 
-    const QVector<TreeNode> &nodes() const { return m_nodes; }
+    TreeWalk result() { return TreeWalk{std::move(m_nodes), m_tooDeep}; }
 
 private:
-    void addFolders(const mapi::Folder &parent, const QString &parentKey)
+    /// The folders below a store's root, depth first, each before its
+    /// subfolders; without recursion, so that no depth of nesting can
+    /// exhaust the stack.
+    void addFolders(const mapi::Folder &root, const QString &storeKey)
     {
-        const mapi::FolderList folders = parent.Folders();
-        for (const mapi::Folder &folder : folders) {
-            add(parentKey, folder.ID(), folder.Name(), folder.StoreID(), classifyFolder(folder, m_events));
-            m_routine.step([&] { addFolders(folder, folder.ID()); });
+        struct Pending {
+            const mapi::Folder *folder;
+            QString parentKey;
+            int level;
+        };
+        QVector<Pending> stack;
+        const auto push = [&](const mapi::Folder &parent, const QString &parentKey, int level) {
+            const auto folders = m_scan->subfolders(parent);
+            if (!folders.empty() && level > store::kMaxFolderLevels) {
+                m_tooDeep = true;
+                return;
+            }
+            for (auto it = folders.rbegin(); it != folders.rend(); ++it)
+                stack.append(Pending{&*it, parentKey, level});
+        };
+        push(root, storeKey, 1);
+        while (!stack.isEmpty()) {
+            const Pending p = stack.takeLast();
+            const mapi::Folder &folder = *p.folder;
+            add(p.parentKey, folder.ID(), folder.Name(), folder.StoreID(),
+                classifyFolder(folder, m_events, *m_scan), &folder);
+            push(folder, folder.ID(), p.level + 1);
         }
     }
 
-    void add(const QString &parentKey, const QString &key, const QString &text, const QString &tag, int image)
+    void add(const QString &parentKey, const QString &key, const QString &text, const QString &tag, int image,
+             const mapi::Folder *folder = nullptr)
     {
         if (m_index.contains(key))
             return;
-        TreeNode node{parentKey, key, text, tag, image, 0, QString()};
+        TreeNode node{parentKey, key, text, tag, image, 0};
         if (!parentKey.isEmpty()) {
             const auto parent = m_index.constFind(parentKey);
             if (parent == m_index.constEnd())
                 return; // the tree refuses a node whose parent isn't there
             node.depth = m_nodes.at(*parent).depth + 1;
-            node.path = m_nodes.at(*parent).path + QLatin1Char('\\') + text;
         }
         m_index.insert(key, m_nodes.size());
         m_nodes.append(node);
+        m_folders.append(folder);
     }
 
     mapi::Session &m_session;
     events::Events &m_events;
     com::ResumeNext m_routine;
+    std::optional<mapi::FolderScan> m_scan;
     QVector<TreeNode> m_nodes;
+    QVector<const mapi::Folder *> m_folders; ///< the folder behind each node, null for others
     QHash<QString, qsizetype> m_index;
+    bool m_tooDeep = false;
 };
 
 } // namespace
 
-QVector<TreeNode> walkTree(mapi::Session &session, events::Events &events, bool withAgents)
+TreeWalk walkTree(mapi::Session &session, events::Events &events, bool withAgents)
 {
     Builder builder(session, events);
     builder.addRoot();
     builder.addStores();
     if (withAgents)
         builder.addAgents();
-    QVector<TreeNode> ordered;
-    for (const DisplayNode &n : displayOrder(builder.nodes()))
-        ordered.append(n.node);
-    return ordered;
+    return builder.result();
 }
 
 QVector<DisplayNode> displayOrder(const QVector<TreeNode> &nodes)

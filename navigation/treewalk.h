@@ -20,27 +20,34 @@ struct TreeNode {
     QString tag;   ///< the StoreID behind the node; empty for the root
     int image = 0; ///< the node's kind, see nodekinds.h
     int depth = 0; ///< 0 the root, 1 a store, 2 a store's top folders, ...
-    QString path;  ///< below the root: "\Mailbox - Alice Admin\Inbox\Auto Reply"; "" for the root
 };
 
-/// Walks a logged-on session as the tree's refresh does, and gives the
-/// nodes in display order: the root; the stores of provider
-/// "Microsoft Exchange Server" in the session's order, their folders depth
-/// first, each classified; and, with `withAgents`, the agents of every
-/// folder of image 7. Siblings are sorted by text, case ignored; equal texts
-/// keep the order in which they were added. As in the tree, a node whose key
-/// is already there is not added again (its subfolders go below the node
-/// that has the key), and a step that fails is passed over.
-QVector<TreeNode> walkTree(mapi::Session &session, events::Events &events, bool withAgents);
+/// The tree's nodes, and whether folders deeper than store::kMaxFolderLevels
+/// were left out.
+struct TreeWalk {
+    QVector<TreeNode> nodes;
+    bool tooDeep = false;
+};
+
+/// Walks a logged-on session as the tree's refresh does, from one read of
+/// the store, and gives the nodes in the order the refresh adds them: the
+/// root; the stores of provider "Microsoft Exchange Server" in the
+/// session's order, each followed by its folders depth first, each
+/// classified; and, with `withAgents`, the agents of every folder of image
+/// 7. As in the tree, a node whose key is already there is not added again
+/// (its subfolders go below the node that has the key), and a step that
+/// fails is passed over.
+TreeWalk walkTree(mapi::Session &session, events::Events &events, bool withAgents);
 
 /// A node and its path below the root.
 struct DisplayNode {
     TreeNode node;
-    QString path;
+    QString path; ///< "\Mailbox - Alice Admin\Inbox\Auto Reply"; "" for the root
 };
 
-/// Nodes in display order, as `walkTree` gives them, from nodes in any order
-/// in which parents come before their children.
+/// Nodes in the order the tree shows them, from nodes in any order in
+/// which parents come before their children: siblings sorted by text, case
+/// ignored, equal texts in the order in which they were added.
 QVector<DisplayNode> displayOrder(const QVector<TreeNode> &nodes);
 
 /// The provider whose stores the tree shows.

@@ -5,6 +5,8 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
+#include <algorithm>
+
 namespace controls {
 
 namespace {
@@ -12,6 +14,86 @@ constexpr int KeyRole = Qt::UserRole + 1;
 constexpr int TagRole = Qt::UserRole + 2;
 constexpr int ImageRole = Qt::UserRole + 3;
 const QString kSource = QStringLiteral("SSTree");
+
+/// A node: its text, key, tag and image are members rather than item data,
+/// and its picture comes from the tree's image list, so that a tree of a
+/// hundred thousand nodes is quick to make, sort and drop.
+class Item : public QTreeWidgetItem {
+public:
+    static constexpr int Type = QTreeWidgetItem::UserType + 1;
+
+    Item(const QString &key, const QString &text, int image)
+        : QTreeWidgetItem(Type), m_text(text), m_key(key), m_image(image)
+    {
+    }
+
+    QVariant data(int column, int role) const override
+    {
+        if (column == 0) {
+            switch (role) {
+            case Qt::DisplayRole:
+            case Qt::EditRole:
+                return m_text;
+            case KeyRole:
+                return m_key;
+            case TagRole:
+                return m_tag;
+            case ImageRole:
+                return m_image;
+            case Qt::DecorationRole:
+                if (const auto *tree = qobject_cast<const SSTree *>(treeWidget()))
+                    return tree->icon(m_image);
+                return QVariant();
+            default:
+                break;
+            }
+        }
+        return QTreeWidgetItem::data(column, role);
+    }
+
+    void setData(int column, int role, const QVariant &value) override
+    {
+        if (column != 0) {
+            QTreeWidgetItem::setData(column, role, value);
+            return;
+        }
+        switch (role) {
+        case Qt::DisplayRole:
+        case Qt::EditRole:
+            m_text = value.toString();
+            break;
+        case KeyRole:
+            m_key = value.toString();
+            break;
+        case TagRole:
+            m_tag = value.toString();
+            break;
+        case ImageRole:
+            m_image = value.toInt();
+            break;
+        default:
+            QTreeWidgetItem::setData(column, role, value);
+            return;
+        }
+        emitDataChanged();
+    }
+
+    /// The tree's order: by text, case counting, as the item view compares texts.
+    bool operator<(const QTreeWidgetItem &other) const override
+    {
+        const QTreeWidget *tree = treeWidget();
+        if (other.type() != Type || (tree && tree->sortColumn() != 0))
+            return QTreeWidgetItem::operator<(other);
+        return m_text.compare(static_cast<const Item &>(other).m_text, Qt::CaseSensitive) < 0;
+    }
+
+    bool expandWhenShown = false;
+
+private:
+    QString m_text, m_key, m_tag;
+    int m_image = 0;
+};
+
 } // namespace
 
 SSTree::SSTree(QWidget *parent) : QTreeWidget(parent)
@@ -28,32 +110,110 @@ void SSTree::setImageList(QVector<QIcon> icons)
     m_icons = std::move(icons);
 }
 
-SSTree::Node *SSTree::add(const QString &parentKey, const QString &key, const QString &text, int image)
+void SSTree::setNodesWhenNeeded(std::shared_ptr<const QVector<NodeRecord>> nodes, qsizetype count)
 {
-    if (m_keys.contains(key))
-        throw com::ComError(35602, kSource, QStringLiteral("Key is not unique in collection"));
-    Node *parent = nullptr;
-    if (!parentKey.isEmpty()) {
-        parent = node(parentKey);
-        if (!parent)
-            throw com::ComError(35601, kSource, QStringLiteral("Element not found"));
+    clearNodes();
+    m_pending = std::move(nodes);
+    m_pendingCount = count;
+    if (isVisible())
+        makePendingNodes();
+}
+
+void SSTree::makePendingNodes() const
+{
+    if (!m_pending)
+        return;
+    const std::shared_ptr<const QVector<NodeRecord>> nodes = m_pending;
+    auto *self = const_cast<SSTree *>(this); // the nodes were set before; this only makes them
+    self->m_pending.reset();
+    self->setNodes(*nodes, m_pendingCount);
+}
+
+void SSTree::showEvent(QShowEvent *event)
+{
+    makePendingNodes();
+    QTreeWidget::showEvent(event);
+}
+
+int SSTree::count() const
+{
+    makePendingNodes();
+    return static_cast<int>(m_order.size());
+}
+
+SSTree::Node *SSTree::selectedItem() const
+{
+    makePendingNodes();
+    return currentItem();
+}
+
+void SSTree::setNodes(const QVector<NodeRecord> &nodes, qsizetype count)
+{
+    const qsizetype n = count < 0 ? nodes.size() : std::min(count, nodes.size());
+    setUpdatesEnabled(false);
+    m_pending.reset();
+    clearNodes();
+    m_keys.reserve(n);
+    m_order.reserve(n);
+    QList<Node *> top;
+    for (qsizetype i = 0; i < n; ++i) {
+        const NodeRecord &r = nodes.at(i);
+        if (m_keys.contains(r.key))
+            continue;
+        Node *parent = nullptr;
+        if (!r.parentKey.isEmpty() && !(parent = node(r.parentKey)))
+            continue;
+        auto *item = new Item(r.key, r.text, r.image);
+        item->setData(0, TagRole, r.tag);
+        item->expandWhenShown = r.expanded;
+        if (parent)
+            parent->addChild(item); // owned by its parent; nothing is shown yet
+        else
+            top.append(item);
+        m_keys.insert(r.key, item);
+        m_order.append(item);
     }
-    auto *item = parent ? new Node(parent) : new Node(this); // owned by the tree
-    item->setText(0, text);
-    item->setData(0, KeyRole, key);
-    setImage(item, image);
-    m_keys.insert(key, item);
-    m_order.append(item);
-    return item;
+    addTopLevelItems(top); // owned by the tree
+    sortItems(0, Qt::AscendingOrder);
+
+    // With a layout pending, opening a node only records it. The nodes are
+    // reached through the model's rows, which costs nothing per node.
+    scheduleDelayedItemsLayout();
+    QVector<QModelIndex> parents{QModelIndex()};
+    while (!parents.isEmpty()) {
+        const QModelIndex parent = parents.takeLast();
+        const int rows = model()->rowCount(parent);
+        for (int row = 0; row < rows; ++row) {
+            const QModelIndex index = model()->index(row, 0, parent);
+            const auto *item = static_cast<const Item *>(itemFromIndex(index));
+            // Only a node with nodes below it has anything to open.
+            if (item->expandWhenShown && item->childCount() > 0)
+                setExpanded(index, true);
+            if (item->childCount() > 0)
+                parents.append(index);
+        }
+    }
+    if (!m_order.isEmpty()) {
+        select(m_order.constFirst());
+        m_order.constFirst()->setExpanded(true);
+    }
+    setUpdatesEnabled(true);
+}
+
+QIcon SSTree::icon(int image) const
+{
+    return image >= 1 && image <= m_icons.size() ? m_icons.at(image - 1) : QIcon();
 }
 
 SSTree::Node *SSTree::node(const QString &key) const
 {
+    makePendingNodes();
     return m_keys.value(key, nullptr);
 }
 
 SSTree::Node *SSTree::nodeAt(int index) const
 {
+    makePendingNodes();
     if (index < 1 || index > m_order.size())
         throw com::ComError(35600, kSource, QStringLiteral("Index out of bounds"));
     return m_order.at(index - 1);
@@ -78,6 +238,7 @@ void SSTree::remove(Node *node)
 
 void SSTree::clearNodes()
 {
+    m_pending.reset();
     m_keys.clear();
     m_order.clear();
     m_picked.clear();
@@ -107,8 +268,6 @@ QString SSTree::tag(const Node *node)
 void SSTree::setImage(Node *node, int image)
 {
     node->setData(0, ImageRole, image);
-    if (image >= 1 && image <= m_icons.size())
-        node->setIcon(0, m_icons.at(image - 1));
 }
 
 void SSTree::setTag(Node *node, const QString &tag)
@@ -126,6 +285,7 @@ QString SSTree::fullPath(const Node *node)
 
 void SSTree::select(Node *node)
 {
+    makePendingNodes();
     if (!node)
         return;
     if (!m_multiSelect)
@@ -136,15 +296,6 @@ void SSTree::select(Node *node)
         m_picked = {node};
 }
 
-void SSTree::setRedraw(bool on)
-{
-    setUpdatesEnabled(on);
-    if (on) {
-        sortItems(0, Qt::AscendingOrder);
-        viewport()->update();
-    }
-}
-
 void SSTree::setMultiSelect(bool on)
 {
     m_multiSelect = on;
@@ -153,6 +304,7 @@ void SSTree::setMultiSelect(bool on)
 
 QList<SSTree::Node *> SSTree::selectedNodes() const
 {
+    makePendingNodes();
     QList<Node *> nodes;
     for (Node *n : m_picked)
         if (n->isSelected())

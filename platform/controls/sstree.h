@@ -6,6 +6,7 @@
 #include <QVector>
 
 #include <functional>
+#include <memory>
 
 namespace controls {
 
@@ -19,22 +20,44 @@ class SSTree : public QTreeWidget {
 public:
     using Node = QTreeWidgetItem;
 
+    /// A node for `setNodes`.
+    struct NodeRecord {
+        QString parentKey;
+        QString key;
+        QString text;
+        QString tag;
+        int image = 0;
+        bool expanded = false;
+    };
+
     explicit SSTree(QWidget *parent = nullptr);
 
     /// The pictures behind `Image` numbers (index 1 is the first).
     void setImageList(QVector<QIcon> icons);
 
-    /// Adds a node below the node with `parentKey` (empty: at the top).
-    /// Raises a com::ComError when `key` is already in the tree or the
-    /// parent key names no node.
-    Node *add(const QString &parentKey, const QString &key, const QString &text, int image);
+    /// Replaces every node with the first `count` of `nodes` (all when
+    /// negative), in that order, each below the node with its `parentKey`
+    /// (empty: at the top). A node whose key is already there, or whose
+    /// parent key names no node, is left out. The nodes are built apart from
+    /// the view and shown at once, sorted by `Text`, those marked `expanded`
+    /// open when they have nodes below them; the first node ends up
+    /// selected (without NodeClick) and open. Nothing is drawn meanwhile.
+    void setNodes(const QVector<NodeRecord> &nodes, qsizetype count = -1);
+
+    /// The same with the first `count` of `nodes`, kept as a snapshot that
+    /// is made into nodes only when the tree is first shown or asked for a
+    /// node: a tree that stays hidden costs nothing to refill.
+    void setNodesWhenNeeded(std::shared_ptr<const QVector<NodeRecord>> nodes, qsizetype count);
+
+    /// The picture of an `Image` number; none outside the image list.
+    QIcon icon(int image) const;
 
     /// The node with `key`, or null.
     Node *node(const QString &key) const;
 
     /// The number of nodes and the node at a 1-based index, in the order in
     /// which they were added.
-    int count() const { return static_cast<int>(m_order.size()); }
+    int count() const;
     Node *nodeAt(int index) const;
 
     /// Removes one node and what is below it.
@@ -51,12 +74,9 @@ public:
     /// The `Text` of every node from the top down, joined by "\".
     static QString fullPath(const Node *node);
 
-    Node *selectedItem() const { return currentItem(); }
+    Node *selectedItem() const;
     /// Makes `node` the selected node without raising NodeClick.
     void select(Node *node);
-
-    /// Drawing off while filling; on again sorts and shows.
-    void setRedraw(bool on);
 
     /// What a user's mouse click on `node` does: the tree takes the focus
     /// (so that the control that had it loses it first), the node becomes
@@ -78,6 +98,7 @@ Q_SIGNALS:
     void LostFocus();
 
 protected:
+    void showEvent(QShowEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
@@ -88,12 +109,16 @@ protected:
 
 private:
     void forget(Node *node);
+    /// Makes the nodes of a snapshot kept by `setNodesWhenNeeded`.
+    void makePendingNodes() const;
 
     QVector<QIcon> m_icons;
     QHash<QString, Node *> m_keys;
     QVector<Node *> m_order;
     QList<Node *> m_picked;
     bool m_multiSelect = false;
+    std::shared_ptr<const QVector<NodeRecord>> m_pending;
+    qsizetype m_pendingCount = 0;
 };
 
 /// Key codes and shift bits as the program's handlers see them.

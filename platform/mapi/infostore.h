@@ -20,6 +20,9 @@ public:
     /// The folder above the store's top folders.
     Folder RootFolder() const;
 
+    /// The store's row in the store file.
+    qint64 row() const { return m_row; }
+
 private:
     StatePtr m_state;
     qint64 m_row;

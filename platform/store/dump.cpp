@@ -2,6 +2,7 @@
 #include "platform/mapi/tags.h"
 #include "platform/store/database.h"
 #include "platform/store/fixture.h"
+#include "platform/store/folderlevels.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -258,6 +259,13 @@ private:
 
 QJsonObject dumpStore(const Database &db)
 {
+    // Checked before the walk, which goes down one level a call.
+    if (folderLevels(db) > kMaxFolderLevels)
+        throw com::ComError(
+            com::err::InvalidParameter, QStringLiteral("sorrelin-store"),
+            QStringLiteral("%1 holds folders more than %2 levels deep; a dump holds at most %2.")
+                .arg(db.path())
+                .arg(kMaxFolderLevels));
     return Dumper(db).dump();
 }
 

@@ -3,6 +3,7 @@
 #include "platform/events/guid.h"
 #include "platform/mapi/tags.h"
 #include "platform/store/database.h"
+#include "platform/store/folderlevels.h"
 #include "platform/store/ids.h"
 
 #include <QCoreApplication>
@@ -211,7 +212,7 @@ private:
         m_db.run(QStringLiteral("UPDATE stores SET store_id = ? WHERE id = ?"),
                  {makeStoreId(m_store), m_store});
         const qint64 root = insertFolder(QVariant(), 0, QStringLiteral("Top of Information Store"), 63, true);
-        loadFolders(r, root);
+        loadFolders(r, root, 1);
     }
 
     qint64 insertFolder(const QVariant &parent, int seq, const QString &name, int access, bool eventSource)
@@ -225,16 +226,21 @@ private:
         return row;
     }
 
-    void loadFolders(const Reader &r, qint64 parent)
+    /// The folders of level `level` below `parent`; the reader's nesting
+    /// limit keeps the recursion shallow.
+    void loadFolders(const Reader &r, qint64 parent, int level)
     {
         const QJsonArray folders = r.array(QStringLiteral("folders"));
+        if (!folders.isEmpty() && level > kMaxFolderLevels)
+            throw bad(r.member(QStringLiteral("folders")),
+                      QStringLiteral("folders nest at most %1 levels deep").arg(kMaxFolderLevels));
         for (int i = 0; i < folders.size(); ++i) {
             const QString path = QStringLiteral("%1[%2]").arg(r.member(QStringLiteral("folders"))).arg(i);
-            loadFolder(element(folders, i, r.member(QStringLiteral("folders"))), path, parent, i);
+            loadFolder(element(folders, i, r.member(QStringLiteral("folders"))), path, parent, i, level);
         }
     }
 
-    void loadFolder(const QJsonObject &o, const QString &path, qint64 parent, int seq)
+    void loadFolder(const QJsonObject &o, const QString &path, qint64 parent, int seq, int level)
     {
         const Reader r(o, path,
                        {QStringLiteral("name"), QStringLiteral("access"), QStringLiteral("eventSource"),
@@ -257,7 +263,7 @@ private:
                             QStringLiteral("%1[%2]").arg(r.member(kind)).arg(i), folder,
                             kind == QLatin1String("hidden"));
         }
-        loadFolders(r, folder);
+        loadFolders(r, folder, level + 1);
     }
 
     qint64 insertMessage(qint64 folder, bool hidden, const QString &cls, const QString &subject,
@@ -481,7 +487,14 @@ void loadFixture(const QString &jsonPath, const QString &dbPath)
             static_cast<int>(QString::fromUtf8(before.mid(before.lastIndexOf('\n') + 1)).size()) + 1;
         throw com::ComError(
             com::err::InvalidParameter, kSource,
-            QStringLiteral("%1:%2:%3: %4").arg(jsonPath).arg(line).arg(column).arg(error.errorString()));
+            QStringLiteral("%1:%2:%3: %4%5")
+                .arg(jsonPath)
+                .arg(line)
+                .arg(column)
+                .arg(error.errorString(),
+                     error.error == QJsonParseError::DeepNesting
+                         ? QStringLiteral(" (folders nest at most %1 levels deep)").arg(kMaxFolderLevels)
+                         : QString()));
     }
     if (!doc.isObject())
         throw com::ComError(com::err::InvalidParameter, kSource,

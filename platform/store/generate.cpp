@@ -86,12 +86,14 @@ private:
         m_folderRow = m_db.scalar(QStringLiteral("SELECT COALESCE(max(id), 0) FROM folders")).toLongLong();
         const qint64 root =
             addFolder(store, QVariant(), 0, QStringLiteral("Top of Information Store"), 63, true);
-        // A tree of up to five levels: each new folder goes below a folder
+        // In a tree of up to five levels each new folder goes below a folder
         // made before it whose depth allows one more level.
         QVector<std::pair<qint64, int>> parents{{root, 0}};
         QHash<qint64, int> childCount;
         for (int i = 0; i < folders; ++i) {
-            const auto [parent, depth] = parents.at(pick(static_cast<int>(parents.size())));
+            const auto [parent, depth] = m_options.shape == FolderShape::Tree
+                                             ? parents.at(pick(static_cast<int>(parents.size())))
+                                             : parents.constLast();
             const int roll = pick(100);
             const int access = roll < 3 ? 7 : 63;
             const bool source = !(roll >= 3 && roll < 6);
@@ -99,7 +101,8 @@ private:
                 store, parent, childCount[parent]++,
                 QStringLiteral("Folder %1").arg(m_folders.size(), 5, 10, QLatin1Char('0')), access, source);
             m_folders.append({row, store});
-            if (depth + 1 < 5)
+            if (m_options.shape == FolderShape::Deep ||
+                (m_options.shape == FolderShape::Tree && depth + 1 < 5))
                 parents.append({row, depth + 1});
         }
     }

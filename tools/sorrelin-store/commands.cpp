@@ -6,6 +6,7 @@
 #include "platform/os/applog.h"
 #include "platform/store/database.h"
 #include "platform/store/fixture.h"
+#include "platform/store/folderlevels.h"
 #include "platform/store/generate.h"
 #include "platform/store/servicewrites.h"
 #include "platform/ui/scriptedprompter.h"
@@ -89,10 +90,13 @@ int tree(const QStringList &a, Output io)
     session.LogonStore(a.at(0), QString(), store::Database::Access::ReadOnly);
     events::Events events;
     events.SetSession(session.MAPIOBJECT());
-    for (const navigation::DisplayNode &n :
-         navigation::displayOrder(navigation::walkTree(session, events, true)))
+    const navigation::TreeWalk walk = navigation::walkTree(session, events, true);
+    for (const navigation::DisplayNode &n : navigation::displayOrder(walk.nodes))
         io.out << QString(n.node.depth * 2, QLatin1Char(' ')) << n.node.text << "  [image " << n.node.image
-               << "]  " << n.node.key << Qt::endl;
+               << "]  " << n.node.key << '\n';
+    io.out.flush();
+    if (walk.tooDeep)
+        io.err << "sorrelin-store tree: " << store::folderLevelsText() << Qt::endl;
     return 0;
 }
 
@@ -109,6 +113,17 @@ int generate(const QStringList &a, Output io)
     for (int i = 1; i < a.size(); i += 2) {
         if (i + 1 >= a.size())
             throw Misuse{QStringLiteral("%1 needs a value").arg(a.at(i))};
+        if (a.at(i) == QLatin1String("--shape")) {
+            const std::map<QString, store::FolderShape> shapes = {
+                {QStringLiteral("tree"), store::FolderShape::Tree},
+                {QStringLiteral("deep"), store::FolderShape::Deep},
+                {QStringLiteral("wide"), store::FolderShape::Wide}};
+            const auto shape = shapes.find(a.at(i + 1));
+            if (shape == shapes.end())
+                throw Misuse{QStringLiteral("--shape is tree, deep or wide, not \"%1\"").arg(a.at(i + 1))};
+            o.shape = shape->second;
+            continue;
+        }
         if (a.at(i) == QLatin1String("--seed")) {
             o.seed = static_cast<unsigned>(number(a.at(i + 1), a.at(i)));
             continue;
@@ -178,20 +193,27 @@ int log(const QStringList &a, Output io)
 QString usage()
 {
     return QStringLiteral(
-        "Usage: sorrelin-store COMMAND ARGUMENTS\n"
-        "  load FIXTURE.json STORE.db         make a store from a fixture\n"
-        "  dump STORE.db                      print the store as a fixture\n"
-        "  tree STORE.db                      print the folders and agents as the tree shows them\n"
-        "  generate STORE.db [--stores N] [--folders N] [--agents N] [--hidden N] [--messages N] [--seed N]\n"
-        "                                     make a large store for benchmarks\n"
-        "  set-log STORE.db AGENT LOGFILE|-   set an agent's log (AGENT: entry id or \\Store\\Folder\\Name)\n"
-        "  add-map STORE.db MESSAGE MAP.json  put a map on a message (a list of rows)\n"
-        "  add-instance STORE.db MESSAGE RUI STATUS ROW\n"
-        "                                     make a message a process instance\n"
-        "  add-votes STORE.db MESSAGE VOTES.json\n"
-        "                                     set the votes on a message\n"
-        "  log [FILE]                         print the application log\n"
-        "  help                               this text\n");
+               "Usage: sorrelin-store COMMAND ARGUMENTS\n"
+               "  load FIXTURE.json STORE.db         make a store from a fixture\n"
+               "  dump STORE.db                      print the store as a fixture (folders at most %1 levels "
+               "deep)\n"
+               "  tree STORE.db                      print the folders and agents as the tree shows them,\n"
+               "                                     folders at most %1 levels deep\n"
+               "  generate STORE.db [--stores N] [--folders N] [--agents N] [--hidden N] [--messages N] "
+               "[--seed N]\n"
+               "           [--shape tree|deep|wide]  make a large store for benchmarks: folders up to five "
+               "levels\n"
+               "                                     deep, each below the one before, or all side by side\n"
+               "  set-log STORE.db AGENT LOGFILE|-   set an agent's log (AGENT: entry id or "
+               "\\Store\\Folder\\Name)\n"
+               "  add-map STORE.db MESSAGE MAP.json  put a map on a message (a list of rows)\n"
+               "  add-instance STORE.db MESSAGE RUI STATUS ROW\n"
+               "                                     make a message a process instance\n"
+               "  add-votes STORE.db MESSAGE VOTES.json\n"
+               "                                     set the votes on a message\n"
+               "  log [FILE]                         print the application log\n"
+               "  help                               this text\n")
+        .arg(store::kMaxFolderLevels);
 }
 
 int run(const QStringList &arguments, Output io)

@@ -2,6 +2,7 @@
 // dump loads back into the same store.
 #include "platform/store/database.h"
 #include "platform/store/fixture.h"
+#include "platform/store/folderlevels.h"
 #include "tests/support/testenv.h"
 
 #include <QDir>
@@ -198,6 +199,15 @@ void TestFixture::badMember_data()
         << message + "instance.row: expected a whole number from -2147483648 to 2147483647";
     QTest::newRow("unknown vote member") << withMessage(R"("votes": [{"name": "B", "vote": "Approve"}])")
                                          << message + "votes[0].vote: unknown member";
+
+    // One folder level more than a store may hold.
+    const int levels = store::kMaxFolderLevels + 1;
+    QTest::newRow("folders nested too deep")
+        << R"({"user": "U", "stores": [{"name": "S", "folders": [)" +
+               QByteArray(R"({"name": "F", "folders": [)").repeated(levels) + QByteArray("]}").repeated(levels) +
+               "]}]}"
+        << QStringLiteral("stores[0].folders[0]") + QStringLiteral(".folders[0]").repeated(levels - 2) +
+               QStringLiteral(".folders: folders nest at most %1 levels deep").arg(store::kMaxFolderLevels);
 }
 
 void TestFixture::badMember()

@@ -2,6 +2,7 @@
 #include "navigation/folderclass.h"
 #include "navigation/nodekinds.h"
 #include "platform/events/events.h"
+#include "platform/mapi/folderscan.h"
 #include "tests/support/storekit.h"
 
 #include <QtTest>
@@ -90,16 +91,18 @@ void TestFolderClass::folderImage()
 {
     QFETCH(QString, folder);
     QFETCH(int, image);
-    QCOMPARE(navigation::classifyFolder(m_kit->folder(kMailbox + folder), m_kit->events), image);
+    const mapi::FolderScan scan(m_kit->session.MAPIOBJECT());
+    QCOMPARE(navigation::classifyFolder(m_kit->folder(kMailbox + folder), m_kit->events, scan), image);
 }
 
 void TestFolderClass::unreadableRightsAreNoRights()
 {
     StoreKit kit(kFixture);
     const mapi::Folder agents = kit.folder(kMailbox + QStringLiteral("With Agents"));
-    QCOMPARE(navigation::classifyFolder(agents, kit.events), navigation::kImageFolderWithAgents);
+    const mapi::FolderScan scan(kit.session.MAPIOBJECT());
+    QCOMPARE(navigation::classifyFolder(agents, kit.events, scan), navigation::kImageFolderWithAgents);
     kit.session.Logoff();
-    QCOMPARE(navigation::classifyFolder(agents, kit.events), navigation::kImageNoRights);
+    QCOMPARE(navigation::classifyFolder(agents, kit.events, scan), navigation::kImageNoRights);
 }
 
 void TestFolderClass::handlerField_data()
@@ -137,9 +140,15 @@ void TestFolderClass::bindingMessage()
 {
     QFETCH(QString, subject);
     QFETCH(int, image);
-    QCOMPARE(
-        navigation::classifyBindingMessage(m_kit->hidden(kMailbox + QStringLiteral("Handlers"), subject)),
-        image);
+    // As the tree reads it: the handler field of each binding message.
+    const mapi::FolderScan scan(m_kit->session.MAPIOBJECT());
+    QStringList seen;
+    for (const mapi::BindingRow &row : scan.bindings(m_kit->folder(kMailbox + QStringLiteral("Handlers")))) {
+        seen << row.subject;
+        if (row.subject == subject)
+            QCOMPARE(navigation::classifyHandlerField(row.handler), image);
+    }
+    QVERIFY(seen.contains(subject));
 }
 
 QTEST_GUILESS_MAIN(TestFolderClass)

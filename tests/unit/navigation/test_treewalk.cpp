@@ -3,6 +3,10 @@
 #include "navigation/nodekinds.h"
 #include "navigation/treewalk.h"
 #include "platform/events/events.h"
+#include "platform/mapi/session.h"
+#include "platform/store/folderlevels.h"
+#include "platform/store/generate.h"
+#include "platform/ui/scriptedprompter.h"
 #include "tests/support/storekit.h"
 
 #include <QtTest>
@@ -33,9 +37,19 @@ const QByteArray kFixture = R"({
       { "name": "Deleted Items" } ] },
     { "name": "Public Folders", "host": "H1", "folders": [ { "name": "Extra" } ] } ] })";
 
-QString line(const TreeNode &n)
+QString line(const navigation::DisplayNode &n)
 {
-    return QStringLiteral("%1|%2|%3").arg(n.path).arg(n.image).arg(n.depth);
+    return QStringLiteral("%1|%2|%3").arg(n.path).arg(n.node.image).arg(n.node.depth);
+}
+
+/// The nodes of a session in the order the tree shows them.
+QVector<TreeNode> shown(StoreKit &kit, bool withAgents)
+{
+    QVector<TreeNode> nodes;
+    for (const navigation::DisplayNode &n :
+         navigation::displayOrder(navigation::walkTree(kit.session, kit.events, withAgents).nodes))
+        nodes << n.node;
+    return nodes;
 }
 
 } // namespace
@@ -51,6 +65,9 @@ private Q_SLOTS:
     void nodeRecords();
     void equalTextsKeepTheirOrder();
     void noServerStoreLeavesTheRoot();
+    void addOrder();
+    void deepestLevel_data();
+    void deepestLevel();
     void displayOrderOfAnyInput();
 
 private:
@@ -87,14 +104,15 @@ void TestTreeWalk::nodesInDisplayOrder()
     QFETCH(bool, withAgents);
     QFETCH(QStringList, lines);
     QStringList seen;
-    for (const TreeNode &n : navigation::walkTree(m_kit->session, m_kit->events, withAgents))
+    for (const navigation::DisplayNode &n :
+         navigation::displayOrder(navigation::walkTree(m_kit->session, m_kit->events, withAgents).nodes))
         seen << line(n);
     QCOMPARE(seen, lines);
 }
 
 void TestTreeWalk::nodeRecords()
 {
-    const QVector<TreeNode> nodes = navigation::walkTree(m_kit->session, m_kit->events, true);
+    const QVector<TreeNode> nodes = shown(*m_kit, true);
     const TreeNode &root = nodes.at(0);
     QCOMPARE(root.key, QStringLiteral("root"));
     QCOMPARE(root.text, QStringLiteral("Current User: Alice Admin"));
@@ -142,7 +160,7 @@ void TestTreeWalk::equalTextsKeepTheirOrder()
         if (m.Subject() == QLatin1String("Twin"))
             twins << m.ID();
     QStringList walked;
-    for (const TreeNode &n : navigation::walkTree(m_kit->session, m_kit->events, true))
+    for (const TreeNode &n : shown(*m_kit, true))
         if (n.text == QLatin1String("Twin"))
             walked << n.key;
     QCOMPARE(walked, twins);
@@ -153,9 +171,55 @@ void TestTreeWalk::noServerStoreLeavesTheRoot()
     StoreKit kit(R"({ "user": "Bob", "hosts": [],
                       "stores": [ { "name": "Personal", "provider": "Personal Folders",
                                     "folders": [ { "name": "Inbox" } ] } ] })");
-    const QVector<TreeNode> nodes = navigation::walkTree(kit.session, kit.events, true);
+    const QVector<TreeNode> nodes = navigation::walkTree(kit.session, kit.events, true).nodes;
     QCOMPARE(nodes.size(), 1);
     QCOMPARE(nodes.first().text, QStringLiteral("Current User: Bob"));
+}
+
+void TestTreeWalk::addOrder()
+{
+    // The refresh's order: each store with its folders depth first, in the
+    // store's order, then the agents.
+    QStringList texts;
+    for (const TreeNode &n : navigation::walkTree(m_kit->session, m_kit->events, true).nodes)
+        texts << n.text;
+    QCOMPARE(texts,
+             (QStringList{"Current User: Alice Admin", "Public Folders", "All Public Folders", "Shared",
+                          "Mailbox - Alice Admin", "inbox", "Locked", "Archive", "2024", "2023", "Calendar",
+                          "Deleted Items", "Extra", "Zed", "Twin", "beta Agent", "Alpha agent", "Twin"}));
+}
+
+void TestTreeWalk::deepestLevel_data()
+{
+    QTest::addColumn<int>("folders");
+    QTest::addColumn<int>("shown");
+    QTest::addColumn<bool>("tooDeep");
+    QTest::newRow("at the limit") << store::kMaxFolderLevels << store::kMaxFolderLevels << false;
+    QTest::newRow("one level more") << store::kMaxFolderLevels + 1 << store::kMaxFolderLevels << true;
+}
+
+void TestTreeWalk::deepestLevel()
+{
+    QFETCH(int, folders);
+    QFETCH(int, shown);
+    QFETCH(bool, tooDeep);
+    QTemporaryDir dir;
+    store::GenerateOptions o;
+    o.stores = 1;
+    o.folders = folders;
+    o.agents = 0;
+    o.messages = 0;
+    o.shape = store::FolderShape::Deep;
+    store::generateStore(o, dir.filePath(QStringLiteral("deep.db")));
+    ui::ScriptedPrompter prompter;
+    mapi::Session session(prompter);
+    session.LogonStore(dir.filePath(QStringLiteral("deep.db")));
+    events::Events events;
+    events.SetSession(session.MAPIOBJECT());
+    const navigation::TreeWalk walk = navigation::walkTree(session, events, true);
+    QCOMPARE(walk.nodes.size(), shown + 2); // the root and the store
+    QCOMPARE(walk.nodes.constLast().depth, shown + 1);
+    QCOMPARE(walk.tooDeep, tooDeep);
 }
 
 void TestTreeWalk::displayOrderOfAnyInput()
@@ -163,19 +227,13 @@ void TestTreeWalk::displayOrderOfAnyInput()
     // Parents before children, siblings in any order; a repeated key and a
     // node whose parent is missing.
     const QVector<TreeNode> nodes{
-        {QString(), QStringLiteral("root"), QStringLiteral("Current User: X"), QString(), 2, 0, QString()},
-        {QStringLiteral("root"), QStringLiteral("S"), QStringLiteral("S"), QStringLiteral("T"), 1, 1,
-         QString()},
-        {QStringLiteral("S"), QStringLiteral("f2"), QStringLiteral("b"), QStringLiteral("T"), 6, 2,
-         QString()},
-        {QStringLiteral("S"), QStringLiteral("f1"), QStringLiteral("A"), QStringLiteral("T"), 7, 2,
-         QString()},
-        {QStringLiteral("f1"), QStringLiteral("a1"), QStringLiteral("c"), QStringLiteral("T"), 19, 3,
-         QString()},
-        {QStringLiteral("gone"), QStringLiteral("x"), QStringLiteral("orphan"), QStringLiteral("T"), 6, 3,
-         QString()},
-        {QStringLiteral("a1"), QStringLiteral("f1"), QStringLiteral("loop"), QStringLiteral("T"), 6, 4,
-         QString()},
+        {QString(), QStringLiteral("root"), QStringLiteral("Current User: X"), QString(), 2, 0},
+        {QStringLiteral("root"), QStringLiteral("S"), QStringLiteral("S"), QStringLiteral("T"), 1, 1},
+        {QStringLiteral("S"), QStringLiteral("f2"), QStringLiteral("b"), QStringLiteral("T"), 6, 2},
+        {QStringLiteral("S"), QStringLiteral("f1"), QStringLiteral("A"), QStringLiteral("T"), 7, 2},
+        {QStringLiteral("f1"), QStringLiteral("a1"), QStringLiteral("c"), QStringLiteral("T"), 19, 3},
+        {QStringLiteral("gone"), QStringLiteral("x"), QStringLiteral("orphan"), QStringLiteral("T"), 6, 3},
+        {QStringLiteral("a1"), QStringLiteral("f1"), QStringLiteral("loop"), QStringLiteral("T"), 6, 4},
     };
     QStringList paths;
     for (const navigation::DisplayNode &n : navigation::displayOrder(nodes))

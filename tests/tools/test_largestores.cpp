@@ -1,0 +1,176 @@
+// Stores of 20,000 nested folder levels and of 100,000 folders side by side,
+// opened as a user opens them: the program through the driver, and the
+// store tool's tree and dump. Each run is a child process held to a memory
+// limit; each shows the tree, or refuses at the stated depth with a message
+// that says so.
+#include "platform/store/folderlevels.h"
+#include "platform/store/generate.h"
+#include "tests/support/testenv.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QtTest>
+
+#include <sys/resource.h>
+
+namespace {
+
+constexpr rlim_t kAddressSpace = rlim_t(3) << 30; // what a child may map
+constexpr long kPeakMB = 1024;                    // what it may keep resident
+
+struct Result {
+    int code = -1;
+    QByteArray out;
+    QByteArray err;
+};
+
+/// Runs a program under the memory limit, with `input` on its standard input.
+Result run(const QString &program, const QStringList &args, const QByteArray &input = {})
+{
+    QProcess p;
+    p.setChildProcessModifier([] {
+        const rlimit limit{kAddressSpace, kAddressSpace};
+        setrlimit(RLIMIT_AS, &limit);
+    });
+    p.start(program, args);
+    p.write(input);
+    p.closeWriteChannel();
+    p.waitForFinished(-1);
+    return Result{p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1, p.readAllStandardOutput(),
+                  p.readAllStandardError()};
+}
+
+/// The most any child so far has kept resident.
+long childrenPeakMB()
+{
+    rusage usage{};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    return usage.ru_maxrss / 1024;
+}
+
+int folderNodes(const QJsonArray &tree)
+{
+    int n = 0;
+    for (const QJsonValue &node : tree) {
+        const int image = node[QStringLiteral("image")].toInt();
+        n += image == 6 || image == 7 || image == 18;
+    }
+    return n;
+}
+
+} // namespace
+
+class TestLargeStores : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void storeTool_data();
+    void storeTool();
+    void program_data();
+    void program();
+
+private:
+    testsupport::TestHome m_home;
+};
+
+void TestLargeStores::initTestCase()
+{
+    for (const auto &[name, folders, shape] : {std::tuple{"deep", 20000, store::FolderShape::Deep},
+                                               std::tuple{"wide", 100000, store::FolderShape::Wide}}) {
+        store::GenerateOptions o;
+        o.stores = 1;
+        o.folders = folders;
+        o.agents = folders / 100;
+        o.messages = 0;
+        o.shape = shape;
+        store::generateStore(o, m_home.file(QString::fromLatin1(name) + QStringLiteral(".db")));
+    }
+}
+
+void TestLargeStores::storeTool_data()
+{
+    QTest::addColumn<QString>("store");
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<int>("folders"); // -1: refused
+    QTest::addColumn<QString>("err");
+    const QString deeper = QStringLiteral("sorrelin-store tree: ") + store::folderLevelsText() + '\n';
+    const QString noDump =
+        QStringLiteral("holds folders more than %1 levels deep; a dump holds at most %1.\n")
+            .arg(store::kMaxFolderLevels);
+    QTest::newRow("deep tree") << "deep"
+                               << "tree" << 0 << store::kMaxFolderLevels << deeper;
+    QTest::newRow("deep dump") << "deep"
+                               << "dump" << 1 << -1 << noDump;
+    QTest::newRow("wide tree") << "wide"
+                               << "tree" << 0 << 100000 << QString();
+    QTest::newRow("wide dump") << "wide"
+                               << "dump" << 0 << 100000 << QString();
+}
+
+void TestLargeStores::storeTool()
+{
+    QFETCH(QString, store);
+    QFETCH(QString, command);
+    QFETCH(int, code);
+    QFETCH(int, folders);
+    QFETCH(QString, err);
+    const QString path = m_home.file(store + QStringLiteral(".db"));
+    const Result r = run(QStringLiteral(SORRELIN_STORE_TOOL), {command, path});
+    QCOMPARE(r.code, code);
+    QVERIFY2(QString::fromUtf8(r.err).endsWith(err), r.err.constData());
+    if (command == QLatin1String("tree") && folders >= 0) {
+        int shown = 0;
+        for (const QByteArray &line : r.out.split('\n'))
+            shown += line.contains("[image 6]") || line.contains("[image 7]") || line.contains("[image 18]");
+        QCOMPARE(shown, folders);
+    } else if (folders >= 0) {
+        const QJsonArray top =
+            QJsonDocument::fromJson(r.out)[QStringLiteral("stores")][0][QStringLiteral("folders")].toArray();
+        QCOMPARE(top.size(), folders);
+    }
+    QVERIFY2(childrenPeakMB() <= kPeakMB, QByteArray::number(childrenPeakMB()).constData());
+}
+
+void TestLargeStores::program_data()
+{
+    QTest::addColumn<QString>("store");
+    QTest::addColumn<int>("folders");
+    QTest::addColumn<QString>("status");
+    QTest::newRow("deep") << "deep" << store::kMaxFolderLevels << store::folderLevelsText();
+    QTest::newRow("wide") << "wide" << 100000 << QStringLiteral("Ready");
+}
+
+void TestLargeStores::program()
+{
+    QFETCH(QString, store);
+    QFETCH(int, folders);
+    QFETCH(QString, status);
+    const QString profiles =
+        QStringLiteral("\"HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion\\"
+                       "Windows Messaging Subsystem\\Profiles");
+    const QString input = profiles + QStringLiteral("\\Big\" User Alice Admin\n") + profiles +
+                          QStringLiteral("\\Big\" Store ") + m_home.file(store + QStringLiteral(".db")) +
+                          '\n' + profiles + QStringLiteral("\" DefaultProfile Big\n");
+    QByteArray commands;
+    for (const QString &line : input.split('\n', Qt::SkipEmptyParts))
+        commands += "reg " + line.toUtf8() + '\n';
+    commands += "start\nstate\nquit\n";
+    const Result r = run(QStringLiteral(SORRELIN_DRIVER), {}, commands);
+    QCOMPARE(r.code, 0);
+    const QList<QByteArray> answers = r.out.trimmed().split('\n');
+    QCOMPARE(answers.size(), 6);
+    for (const QByteArray &answer : answers)
+        QVERIFY2(QJsonDocument::fromJson(answer)[QStringLiteral("ok")].toBool(),
+                 answer.left(300).constData());
+    const QJsonDocument state = QJsonDocument::fromJson(answers.at(4));
+    QCOMPARE(state[QStringLiteral("status")].toString(), status);
+    QCOMPARE(folderNodes(state[QStringLiteral("tree")].toArray()), folders);
+    QVERIFY2(childrenPeakMB() <= kPeakMB, QByteArray::number(childrenPeakMB()).constData());
+}
+
+QTEST_GUILESS_MAIN(TestLargeStores)
+#include "test_largestores.moc"
