@@ -44,6 +44,7 @@ private Q_SLOTS:
     void badStoreIsRefusedInWords();
     void damagedSettingsAreMovedAside();
     void otherProgramsOnTheStoreLoseNoSave();
+    void unwritableLogIsToldOnce();
 
 private:
     /// Makes the file of one kind of bad store at `path`.
@@ -259,6 +260,40 @@ void TestStoreSafety::otherProgramsOnTheStoreLoseNoSave()
     QCOMPARE(check.integrity, QStringLiteral("ok"));
     const testsupport::ToolRun dump = testsupport::runStoreTool({QStringLiteral("dump"), store});
     QVERIFY(dump.out.contains(QStringLiteral("' round %1").arg(rounds).toLatin1()));
+}
+
+void TestStoreSafety::unwritableLogIsToldOnce()
+{
+    const QString home = m_work + QStringLiteral("/home");
+    // A folder where the log file should be: no user can append to it.
+    const QString log = home + QStringLiteral("/state/sorrelin/application.log");
+    QVERIFY(QDir().mkpath(log));
+    DriverProcess driver(home);
+    driver.send(QStringLiteral("fixture ") + testsupport::fixture(QStringLiteral("agents.json")));
+    QVERIFY(driver.send(QStringLiteral("start")).value("ok").toBool());
+    for (const QString &line :
+         {QStringLiteral("tab frmMain SSTab1 1"),
+          QStringLiteral("answer file:") + testsupport::fixture(QStringLiteral("files/latin1.vbs")),
+          QStringLiteral("answer text:Greeter"), QStringLiteral("press frmMain cmdScript"),
+          QStringLiteral("press frmMain cmdFolder"),
+          QStringLiteral(
+              "select frmFolder \\Mailbox - Tess Tester\\Empty | \\Mailbox - Tess Tester\\Parent\\Child"),
+          QStringLiteral("press frmFolder cmdOK"), QStringLiteral("press frmMain chkNew"),
+          QStringLiteral("state"), QStringLiteral("answer Yes"), QStringLiteral("answer OK"),
+          QStringLiteral("answer OK")})
+        QVERIFY2(driver.send(line).value("ok").toBool(), qPrintable(line));
+    QVERIFY(driver.send(QStringLiteral("press frmMain cmdInstall")).value("ok").toBool());
+    const QJsonArray prompts = driver.send(QStringLiteral("state")).value("prompts").toArray();
+    // The question, the log's one message for both folders, and the end.
+    QCOMPARE(prompts.size(), 3);
+    const QJsonObject told = prompts.at(1).toObject();
+    QCOMPARE(told.value("text").toString(), QStringLiteral("The application log could not be written."));
+    QVERIFY(told.value("detail").toString().startsWith(log));
+    QCOMPARE(told.value("icon").toString(), QStringLiteral("exclamation"));
+    QCOMPARE(prompts.at(2).toObject().value("text").toString(),
+             QStringLiteral("Agent installed OK in target folder(s)."));
+    driver.send(QStringLiteral("quit"));
+    QVERIFY(driver.finish());
 }
 
 QTEST_GUILESS_MAIN(TestStoreSafety)
