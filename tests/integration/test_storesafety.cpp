@@ -45,6 +45,7 @@ private Q_SLOTS:
     void damagedSettingsAreMovedAside();
     void otherProgramsOnTheStoreLoseNoSave();
     void unwritableLogIsToldOnce();
+    void saveIntoALockedStoreIsRefusedInWords();
 
 private:
     /// Makes the file of one kind of bad store at `path`.
@@ -294,6 +295,50 @@ void TestStoreSafety::unwritableLogIsToldOnce()
              QStringLiteral("Agent installed OK in target folder(s)."));
     driver.send(QStringLiteral("quit"));
     QVERIFY(driver.finish());
+}
+
+void TestStoreSafety::saveIntoALockedStoreIsRefusedInWords()
+{
+    DriverProcess program(m_work + QStringLiteral("/first"));
+    const QString store =
+        program.send(QStringLiteral("fixture ") + testsupport::fixture(QStringLiteral("agents.json")))
+            .value("store")
+            .toString();
+    QVERIFY(program.send(QStringLiteral("start")).value("ok").toBool());
+    program.send(QStringLiteral("click \\Mailbox - Tess Tester\\Inbox\\Auto Reply"));
+    program.send(
+        QStringLiteral("type frmMain txtPreview <SCRIPT RunAt=Server Language=VBScript>\\r\\n' mine"));
+    const QString status = program.send(QStringLiteral("state")).value("status").toString();
+    const QByteArray before = testsupport::runStoreTool({QStringLiteral("dump"), store}).out;
+    {
+        // Another program holds the store's write lock for longer than a save waits.
+        QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("other"));
+        other.setDatabaseName(store);
+        QVERIFY(other.open());
+        QSqlQuery q(other);
+        QVERIFY(q.exec(QStringLiteral("BEGIN IMMEDIATE")));
+        QVERIFY(q.exec(QStringLiteral("UPDATE meta SET value = value WHERE key = 'user'")));
+        program.send(QStringLiteral("answer Yes"));
+        program.send(QStringLiteral("answer OK"));
+        QVERIFY(program.send(QStringLiteral("menu mnuFileSave")).value("ok").toBool());
+        QVERIFY(q.exec(QStringLiteral("ROLLBACK")));
+        q = QSqlQuery();
+        other.close();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("other"));
+    const QJsonObject state = program.send(QStringLiteral("state"));
+    const QJsonObject told = state.value("prompts").toArray().last().toObject();
+    QCOMPARE(told.value("icon").toString(), QStringLiteral("information"));
+    QVERIFY2(told.value("text").toString().contains(
+                 QStringLiteral("Description: The store %1 is locked by another program.").arg(store)),
+             qPrintable(told.value("text").toString()));
+    // The status text of the wait is gone again.
+    QCOMPARE(state.value("status").toString(), status);
+    // Nothing was written, and the store is whole.
+    QCOMPARE(testsupport::runStoreTool({QStringLiteral("dump"), store}).out, before);
+    program.send(QStringLiteral("quit"));
+    QVERIFY(program.finish());
+    QCOMPARE(testsupport::StoreCheck::of(store).integrity, QStringLiteral("ok"));
 }
 
 QTEST_GUILESS_MAIN(TestStoreSafety)
