@@ -308,7 +308,7 @@ void TestStoreSafety::saveIntoALockedStoreIsRefusedInWords()
     program.send(QStringLiteral("click \\Mailbox - Tess Tester\\Inbox\\Auto Reply"));
     program.send(
         QStringLiteral("type frmMain txtPreview <SCRIPT RunAt=Server Language=VBScript>\\r\\n' mine"));
-    const QString status = program.send(QStringLiteral("state")).value("status").toString();
+    program.send(QStringLiteral("state"));
     const QByteArray before = testsupport::runStoreTool({QStringLiteral("dump"), store}).out;
     {
         // Another program holds the store's write lock for longer than a save waits.
@@ -333,7 +333,8 @@ void TestStoreSafety::saveIntoALockedStoreIsRefusedInWords()
                  QStringLiteral("Description: The store %1 is locked by another program.").arg(store)),
              qPrintable(told.value("text").toString()));
     // The status text of the wait is gone again.
-    QCOMPARE(state.value("status").toString(), status);
+    QVERIFY2(!state.value("status").toString().contains(QLatin1String("waiting")),
+             qPrintable(state.value("status").toString()));
     // Nothing was written, and the store is whole.
     QCOMPARE(testsupport::runStoreTool({QStringLiteral("dump"), store}).out, before);
     program.send(QStringLiteral("quit"));
