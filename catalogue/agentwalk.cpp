@@ -41,6 +41,7 @@ void walkAgents(frmMain &main, const std::function<void(const AgentFacts &)> &ta
     navigation::FolderPaths paths;
     QHash<QString, events::Host> hosts;
     const events::Hosts allHosts = program.gobjEvents->Hosts();
+    const auto snapshot = program.gobjSession->BeginRead();
     const int count = tree.count();
     for (int i = 1; i <= count; ++i) {
         if (controls::SSTree::image(tree.nodeAt(i)) < navigation::kImageScriptAgent)
@@ -73,6 +74,7 @@ void walkAgents(frmMain &main, const std::function<void(const AgentFacts &)> &ta
         agent.entryId = main.strEntryID;
         take(agent);
     }
+    snapshot->commit();
 }
 
 QString listRow(const AgentFacts &a)

@@ -129,11 +129,14 @@ private:
 
 TreeWalk walkTree(mapi::Session &session, events::Events &events, bool withAgents)
 {
+    // The tree is a snapshot of one moment of the store.
+    const auto snapshot = session.BeginRead();
     Builder builder(session, events);
     builder.addRoot();
     builder.addStores();
     if (withAgents)
         builder.addAgents();
+    snapshot->commit();
     return builder.result();
 }
 

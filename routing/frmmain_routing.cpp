@@ -142,6 +142,9 @@ void frmMain::DisplayProcInst()
     // One instance object for the whole listing: a message that is no
     // instance shows an empty status beside the numbers read last.
     routing::ProcessInstance instance;
+    // The listing reads one snapshot of the store.
+    std::unique_ptr<store::Database::Transaction> snapshot;
+    routine.step([&] { snapshot = m_program.gobjSession->BeginRead(); });
     routine.step([&] {
         for (const mapi::Message &message : *messages) {
             routine.step([&] {
@@ -159,6 +162,7 @@ void frmMain::DisplayProcInst()
             });
         }
     });
+    snapshot.reset();
     SetHourglass(false);
     const QString strFolderPath = StripCurrentUser(SSTree::fullPath(parent));
     form->setProperty("strFolderPath", strFolderPath);

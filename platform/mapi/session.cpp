@@ -52,6 +52,13 @@ std::unique_ptr<store::Database::Transaction> Session::BeginTransaction()
     return std::make_unique<store::Database::Transaction>(*m_state->db);
 }
 
+std::unique_ptr<store::Database::Transaction> Session::BeginRead()
+{
+    m_state->check();
+    return std::make_unique<store::Database::Transaction>(*m_state->db,
+                                                          store::Database::Transaction::Kind::Read);
+}
+
 void Session::SetBusyObserver(store::BusyObserver observer)
 {
     m_state->check();

@@ -66,6 +66,9 @@ public:
     /// goes: what several objects write for one agent lands whole or not at
     /// all, even when the program is killed meanwhile.
     std::unique_ptr<store::Database::Transaction> BeginTransaction();
+    /// One snapshot of the store for the reads that follow, until it goes:
+    /// a long walk reads a store that stands still, and faster.
+    std::unique_ptr<store::Database::Transaction> BeginRead();
 
     /// Tells `observer` when a write starts and stops waiting for another
     /// program's lock on the store.

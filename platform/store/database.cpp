@@ -302,11 +302,11 @@ QString Database::now()
     return QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
 }
 
-Database::Transaction::Transaction(Database &db) : m_db(db)
+Database::Transaction::Transaction(Database &db, Kind kind) : m_db(db)
 {
     m_outer = m_db.m_connection->depth == 0;
     if (m_outer)
-        m_db.run(QStringLiteral("BEGIN IMMEDIATE"));
+        m_db.run(kind == Kind::Write ? QStringLiteral("BEGIN IMMEDIATE") : QStringLiteral("BEGIN"));
     ++m_db.m_connection->depth;
 }
 

@@ -88,7 +88,10 @@ public:
     /// without. Transactions begun meanwhile join it.
     class Transaction {
     public:
-        explicit Transaction(Database &db);
+        /// A Read transaction only reads: one snapshot of the store for a
+        /// long walk, without the write lock.
+        enum class Kind { Write, Read };
+        explicit Transaction(Database &db, Kind kind = Kind::Write);
         ~Transaction();
         Transaction(const Transaction &) = delete;
         Transaction &operator=(const Transaction &) = delete;
