@@ -50,7 +50,7 @@ void cmdGoTo_Click(ReportWindow &form, frmMain &main)
 
 ReportWindow *newFrmScripts(frmMain &main)
 {
-    auto *form = new ReportWindow(frmScriptsSpec(), main, &main);
+    auto *form = new ReportWindow(frmScriptsSetup(), main, &main);
     SSDBGrid1_InitColumnProps(*form->SSDBGrid1);
     QObject::connect(form->button(QStringLiteral("cmdGoTo")), &QPushButton::clicked, form,
                      [form, &main] { cmdGoTo_Click(*form, main); });

@@ -44,23 +44,23 @@ void place(QWidget *control, int left, int top, int width, int height)
 
 } // namespace
 
-ReportWindow::ReportWindow(const ReportSpec &spec, frmMain &main, QWidget *parent)
-    : QDialog(parent), m_spec(spec), m_main(main)
+ReportWindow::ReportWindow(const ReportSetup &setup, frmMain &main, QWidget *parent)
+    : QDialog(parent), m_setup(setup), m_main(main)
 {
-    setObjectName(spec.formName);
-    setWindowTitle(spec.designCaption);
+    setObjectName(setup.formName);
+    setWindowTitle(setup.designCaption);
     setAttribute(Qt::WA_DeleteOnClose);
     setModal(true);
     Qt::WindowFlags flags =
         Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
-    if (spec.resizes)
+    if (setup.resizes)
         flags |= Qt::WindowMaximizeButtonHint;
     setWindowFlags(flags);
-    setProperty("helpContext", spec.helpContext);
+    setProperty("helpContext", setup.helpContext);
 
     SSDBGrid1 = new controls::SSDBGrid(this);
     SSDBGrid1->setObjectName(QStringLiteral("SSDBGrid1"));
-    place(SSDBGrid1, 0, 0, spec.gridWidth, spec.gridHeight);
+    place(SSDBGrid1, 0, 0, setup.gridWidth, setup.gridHeight);
     QFont arial(QStringLiteral("Arial"));
     arial.setPointSizeF(8);
     SSDBGrid1->setFont(arial);
@@ -68,12 +68,12 @@ ReportWindow::ReportWindow(const ReportSpec &spec, frmMain &main, QWidget *paren
     connect(SSDBGrid1, &controls::SSDBGrid::PrintInitialize, this, &ReportWindow::SSDBGrid1_PrintInitialize);
     connect(SSDBGrid1, &controls::SSDBGrid::KeyUp, this, &ReportWindow::SSDBGrid1_KeyUp);
 
-    for (const ReportButton &b : spec.buttons) {
+    for (const ReportButton &b : setup.buttons) {
         auto *button = new QPushButton(b.caption, this);
         button->setObjectName(b.name);
-        place(button, b.left, spec.buttonTop, kButtonWidth, kButtonHeight);
+        place(button, b.left, setup.buttonTop, kButtonWidth, kButtonHeight);
         button->setAutoDefault(false);
-        button->setDefault(b.name == spec.defaultButton);
+        button->setDefault(b.name == setup.defaultButton);
         button->setProperty("cancel", b.name == QLatin1String("cmdClose"));
         if (b.helpContext)
             button->setProperty("helpContext", b.helpContext);
@@ -87,8 +87,8 @@ ReportWindow::ReportWindow(const ReportSpec &spec, frmMain &main, QWidget *paren
     on("cmdHelp", &ReportWindow::cmdHelp_Click);
     on("cmdSaveAs", &ReportWindow::cmdSaveAs_Click);
 
-    resize(px(spec.clientWidth), px(spec.clientHeight));
-    if (!spec.resizes)
+    resize(px(setup.clientWidth), px(setup.clientHeight));
+    if (!setup.resizes)
         setFixedSize(size());
 }
 
@@ -109,7 +109,7 @@ QLabel *ReportWindow::addLabel(const QString &name, const QString &caption, int 
 void ReportWindow::resizeEvent(QResizeEvent *event)
 {
     QDialog::resizeEvent(event);
-    if (m_spec.resizes)
+    if (m_setup.resizes)
         Form_Resize();
 }
 
@@ -126,7 +126,7 @@ void ReportWindow::Form_Resize()
         place(SSDBGrid1, 0, 0, gridWidth, gridHeight);
     // The buttons from the right, each 1332 left of the one on its right.
     int left = gridWidth;
-    for (auto it = m_spec.buttons.crbegin(); it != m_spec.buttons.crend(); ++it) {
+    for (auto it = m_setup.buttons.crbegin(); it != m_setup.buttons.crend(); ++it) {
         left -= kButtonSpacing;
         if (QPushButton *b = button(it->name))
             place(b, left, gridHeight + 84, kButtonWidth, kButtonHeight);
@@ -143,10 +143,11 @@ void ReportWindow::cmdPrint_Click()
 void ReportWindow::SSDBGrid1_PrintInitialize(controls::PrintInfo &info)
 {
     info.switches[17] = true;
-    info.setMargins(m_spec.printMargins);
+    info.setMargins(m_setup.printMargins);
     info.switches[19] = false;
-    info.switches[12] = m_spec.printSwitch12;
-    const QString title = m_spec.printTitle == PrintTitle::FormCaption ? windowTitle() : SSDBGrid1->caption();
+    info.switches[12] = m_setup.printSwitch12;
+    const QString title =
+        m_setup.printTitle == PrintTitle::FormCaption ? windowTitle() : SSDBGrid1->caption();
     info.pageHeader = QLatin1Char('\t') + title;
     info.pageFooter = QStringLiteral("\tKelverd Sorrelin - ") + generalDate(QDateTime::currentDateTime());
     Q_EMIT printInitialized(info);
@@ -155,7 +156,7 @@ void ReportWindow::SSDBGrid1_PrintInitialize(controls::PrintInfo &info)
 void ReportWindow::SSDBGrid1_KeyUp(int keyCode, int shift)
 {
     Q_UNUSED(shift);
-    if (!m_spec.fontKeys || (keyCode != 117 && keyCode != 118))
+    if (!m_setup.fontKeys || (keyCode != 117 && keyCode != 118))
         return;
     const double size = SSDBGrid1->fontSize();
     const double next = keyCode == 117 ? scripts::keyDecrease(size, true) : scripts::keyIncrease(size, true);
@@ -185,7 +186,7 @@ void ReportWindow::cmdSaveAs_Click()
 {
     const std::optional<QString> fileName =
         scripts::askSaveFile(m_main.prompter(), m_main.CommonDialog1, scripts::kTextFilesFilter, 1,
-                             m_spec.saveAsBase + QStringLiteral(".txt"), m_main.program().gstrLocationPath);
+                             m_setup.saveAsBase + QStringLiteral(".txt"), m_main.program().gstrLocationPath);
     if (!fileName)
         return;
     com::withHandler([&] { SSDBGrid1->Export(0, 167, *fileName); },

@@ -25,7 +25,7 @@ struct ReportButton {
 enum class PrintTitle { FormCaption, GridCaption };
 
 /// What sets one report window apart from the others.
-struct ReportSpec {
+struct ReportSetup {
     QString formName;
     QString designCaption;
     int clientWidth = 0; ///< twips
@@ -46,10 +46,10 @@ struct ReportSpec {
 };
 
 /// The four report windows, as the table of their differences sets them.
-const ReportSpec &frmScriptsSpec();
-const ReportSpec &frmMapSpec();
-const ReportSpec &frmMessagesSpec();
-const ReportSpec &frmTrackingSpec();
+const ReportSetup &frmScriptsSetup();
+const ReportSetup &frmMapSetup();
+const ReportSetup &frmMessagesSetup();
+const ReportSetup &frmTrackingSetup();
 
 /// A modal window with one read-only grid, `SSDBGrid1`, filled by its caller
 /// before it shows, and a row of buttons below it: print, close, help, and
@@ -61,12 +61,12 @@ class ReportWindow : public QDialog {
     Q_OBJECT
 
 public:
-    ReportWindow(const ReportSpec &spec, frmMain &main, QWidget *parent = nullptr);
+    ReportWindow(const ReportSetup &setup, frmMain &main, QWidget *parent = nullptr);
 
     controls::SSDBGrid *SSDBGrid1 = nullptr;
     /// A button of the row by name ("cmdGoTo"), or null.
     QPushButton *button(const QString &name) const;
-    const ReportSpec &spec() const { return m_spec; }
+    const ReportSetup &setup() const { return m_setup; }
     /// Adds a label to the window, placed in twips like the other controls.
     QLabel *addLabel(const QString &name, const QString &caption, int left, int top, int width, int height);
 
@@ -86,7 +86,7 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    const ReportSpec &m_spec;
+    const ReportSetup &m_setup;
     frmMain &m_main;
 };
 

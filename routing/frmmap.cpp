@@ -14,7 +14,7 @@ constexpr int kParameterWidth = 1969;
 
 catalogue::ReportWindow *newFrmMap(frmMain &main)
 {
-    auto *form = new catalogue::ReportWindow(catalogue::frmMapSpec(), main, &main);
+    auto *form = new catalogue::ReportWindow(catalogue::frmMapSetup(), main, &main);
     QStringList captions{QStringLiteral("Row"), QStringLiteral("Activity ID"), QStringLiteral("Action"),
                          QStringLiteral("Flags")};
     QList<int> widths{1207, 1651, 3200, 1355};

@@ -114,7 +114,7 @@ void cmdTracking_click(const catalogue::ReportWindow &messages, frmMain &main)
 
 catalogue::ReportWindow *newFrmMessages(frmMain &main)
 {
-    auto *form = new catalogue::ReportWindow(catalogue::frmMessagesSpec(), main, &main);
+    auto *form = new catalogue::ReportWindow(catalogue::frmMessagesSetup(), main, &main);
     SSDBGrid1_InitColumnProps(*form->SSDBGrid1);
     form->setProperty("strFolderPath", QString());
     const auto map = [form, &main] { showMap(*form, main, true); };

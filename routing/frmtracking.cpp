@@ -31,7 +31,7 @@ void SSDBGrid1_PrintInitialize(const catalogue::ReportWindow &form, controls::Pr
 
 catalogue::ReportWindow *newFrmTracking(frmMain &main)
 {
-    auto *form = new catalogue::ReportWindow(catalogue::frmTrackingSpec(), main, &main);
+    auto *form = new catalogue::ReportWindow(catalogue::frmTrackingSetup(), main, &main);
     form->SSDBGrid1->setColumns({QStringLiteral("Recipient"), QStringLiteral("Status"), QStringLiteral("At")},
                                 {4995, 3493, 3704});
     form->setProperty("strFolderPath", QString());

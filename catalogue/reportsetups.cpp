@@ -25,9 +25,9 @@ ReportButton saveAs()
 
 } // namespace
 
-const ReportSpec &frmScriptsSpec()
+const ReportSetup &frmScriptsSetup()
 {
-    static const ReportSpec spec{
+    static const ReportSetup setup{
         QStringLiteral("frmScripts"),
         QStringLiteral("Installed Agents"),
         7212,
@@ -45,12 +45,12 @@ const ReportSpec &frmScriptsSpec()
         QString(),
         1005,
     };
-    return spec;
+    return setup;
 }
 
-const ReportSpec &frmMapSpec()
+const ReportSetup &frmMapSetup()
 {
-    static const ReportSpec spec{
+    static const ReportSetup setup{
         QStringLiteral("frmMap"),
         QStringLiteral("Routing Map"),
         7236,
@@ -68,12 +68,12 @@ const ReportSpec &frmMapSpec()
         QString(),
         1016,
     };
-    return spec;
+    return setup;
 }
 
-const ReportSpec &frmMessagesSpec()
+const ReportSetup &frmMessagesSetup()
 {
-    static const ReportSpec spec{
+    static const ReportSetup setup{
         QStringLiteral("frmMessages"),
         QStringLiteral("Messages"),
         7260,
@@ -95,12 +95,12 @@ const ReportSpec &frmMessagesSpec()
         QStringLiteral("cmdTracking"),
         1030,
     };
-    return spec;
+    return setup;
 }
 
-const ReportSpec &frmTrackingSpec()
+const ReportSetup &frmTrackingSetup()
 {
-    static const ReportSpec spec{
+    static const ReportSetup setup{
         QStringLiteral("frmTracking"),
         QStringLiteral("Tracking"),
         7248,
@@ -118,7 +118,7 @@ const ReportSpec &frmTrackingSpec()
         QString(),
         1026,
     };
-    return spec;
+    return setup;
 }
 
 } // namespace catalogue
