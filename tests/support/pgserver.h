@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QString>
+#include <QTemporaryDir>
+
+namespace testsupport {
+
+/// A throw-away PostgreSQL server for one test program: a cluster made with
+/// Debian's initdb in a temporary folder, listening on a free loopback port,
+/// logins trusted, stopped and removed when the object goes. The server
+/// programs refuse to run as root, so a root test runs them as nobody.
+class PgServer {
+public:
+    PgServer();
+    ~PgServer();
+    PgServer(const PgServer &) = delete;
+    PgServer &operator=(const PgServer &) = delete;
+
+    /// Why there is no server: empty when it runs. Only missing programs are
+    /// a reason to skip; a server that fails to start is a failure.
+    const QString &unavailable() const { return m_unavailable; }
+    const QString &failure() const { return m_failure; }
+    bool running() const { return m_unavailable.isEmpty() && m_failure.isEmpty(); }
+
+    int port() const { return m_port; }
+
+    /// Makes an empty database and gives its store location.
+    QString createDatabase(const QString &name);
+
+    /// The location of a database on this server, made or not.
+    QString location(const QString &database, const QString &user = QStringLiteral("sorrelin")) const;
+
+private:
+    bool run(const QString &program, const QStringList &arguments);
+
+    QTemporaryDir m_dir{QStringLiteral("/tmp/sorrelin-pg-XXXXXX")};
+    QString m_unavailable;
+    QString m_failure;
+    int m_port = 0;
+    bool m_started = false;
+};
+
+} // namespace testsupport
