@@ -82,6 +82,16 @@ int dump(const QStringList &a, Output io)
     return 0;
 }
 
+int copy(const QStringList &a, Output io)
+{
+    need(a, 2);
+    const QJsonObject contents =
+        store::dumpStore(*store::Database::open(a.at(0), store::Database::Access::ReadOnly));
+    store::loadFixture(contents, a.at(1));
+    io.out << "Copied " << a.at(0) << " to " << a.at(1) << Qt::endl;
+    return 0;
+}
+
 int tree(const QStringList &a, Output io)
 {
     need(a, 1);
@@ -197,6 +207,7 @@ QString usage()
                "  load FIXTURE.json STORE.db         make a store from a fixture\n"
                "  dump STORE.db                      print the store as a fixture (folders at most %1 levels "
                "deep)\n"
+               "  copy STORE.db NEW.db               copy a store, as dump shows it, to a new store\n"
                "  tree STORE.db                      print the folders and agents as the tree shows them,\n"
                "                                     folders at most %1 levels deep\n"
                "  generate STORE.db [--stores N] [--folders N] [--agents N] [--hidden N] [--messages N] "
@@ -212,22 +223,20 @@ QString usage()
                "  add-votes STORE.db MESSAGE VOTES.json\n"
                "                                     set the votes on a message\n"
                "  log [FILE]                         print the application log\n"
-               "  help                               this text\n")
+               "  help                               this text\n"
+               "A store may also be a database on a PostgreSQL server, named\n"
+               "postgresql://USER@HOST:PORT/DATABASE; the password comes from ~/.pgpass or PGPASSWORD.\n")
         .arg(store::kMaxFolderLevels);
 }
 
 int run(const QStringList &arguments, Output io)
 {
     const std::map<QString, std::function<int(const QStringList &, Output)>> commands = {
-        {QStringLiteral("load"), load},
-        {QStringLiteral("dump"), dump},
-        {QStringLiteral("tree"), tree},
-        {QStringLiteral("generate"), generate},
-        {QStringLiteral("set-log"), setLog},
-        {QStringLiteral("add-map"), addMap},
-        {QStringLiteral("add-instance"), addInstance},
-        {QStringLiteral("add-votes"), addVotes},
-        {QStringLiteral("log"), log},
+        {QStringLiteral("load"), load},          {QStringLiteral("dump"), dump},
+        {QStringLiteral("copy"), copy},          {QStringLiteral("tree"), tree},
+        {QStringLiteral("generate"), generate},  {QStringLiteral("set-log"), setLog},
+        {QStringLiteral("add-map"), addMap},     {QStringLiteral("add-instance"), addInstance},
+        {QStringLiteral("add-votes"), addVotes}, {QStringLiteral("log"), log},
     };
     if (arguments.isEmpty() || arguments.first() == QLatin1String("help") ||
         arguments.first() == QLatin1String("--help")) {
