@@ -58,7 +58,9 @@ PgServer::PgServer()
     if (!run(QStringLiteral("initdb"),
              {QStringLiteral("-D"), data, QStringLiteral("-U"), QStringLiteral("sorrelin"),
               QStringLiteral("-A"), QStringLiteral("trust"), QStringLiteral("-E"), QStringLiteral("UTF8"),
-              QStringLiteral("--locale=C"), QStringLiteral("--no-sync")}))
+              // A server whose own order isn't the bytes' order, as most are.
+              QStringLiteral("--locale=C.UTF-8"), QStringLiteral("--locale-provider=icu"),
+              QStringLiteral("--icu-locale=en-US"), QStringLiteral("--no-sync")}))
         return;
     // Another test may take the port between the probe and the start.
     for (int attempt = 0; attempt < 5 && !m_started; ++attempt) {
