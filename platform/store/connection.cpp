@@ -8,6 +8,7 @@
 #include <QSqlDatabase>
 #include <QSqlDriver>
 #include <QSqlError>
+#include <QSqlQuery>
 #include <QThread>
 #include <QUrl>
 
@@ -146,6 +147,23 @@ std::shared_ptr<Connection> Connection::open(const QString &path, const QString 
         c->m_canonicalPath = QFileInfo(path).canonicalFilePath();
     openStores().insert(c->m_canonicalPath, c);
     return c;
+}
+
+QString Connection::createDatabase(const Location &server, const QString &name)
+{
+    Location made = server;
+    made.database = name;
+    {
+        const std::shared_ptr<Connection> c = openServer(server, Access::ReadWrite);
+        QSqlDatabase db = QSqlDatabase::database(c->name(), false);
+        QSqlQuery q(db);
+        if (!q.exec(QStringLiteral("CREATE DATABASE %1")
+                        .arg(db.driver()->escapeIdentifier(name, QSqlDriver::TableName))))
+            throw com::ComError(com::err::CallFailed, kSource,
+                                QStringLiteral("The database %1 could not be made: %2")
+                                    .arg(made.text(), q.lastError().databaseText().trimmed()));
+    }
+    return made.text();
 }
 
 std::shared_ptr<Connection> Connection::openServer(const Location &location, Access access)

@@ -41,6 +41,10 @@ public:
     /// has no such database.
     static std::shared_ptr<Connection> openServer(const Location &location, Access access);
 
+    /// Makes the empty database `name` on the server of `server`, logged on
+    /// as its login to its database, and gives the new database's location.
+    static QString createDatabase(const Location &server, const QString &name);
+
     const QString &name() const { return m_name; }
     Location::Engine engine() const { return m_engine; }
     Access access() const { return m_access; }
