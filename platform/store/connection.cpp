@@ -183,6 +183,9 @@ std::shared_ptr<Connection> Connection::openServer(const Location &location, Acc
     db.setConnectOptions(QStringLiteral("connect_timeout=10;application_name=Sorrelin"));
     if (!db.open())
         throw serverOpenError(location, db.lastError().databaseText());
+    // A write waits for another program's row locks as long as it would for
+    // an SQLite store's lock, then gives up in words.
+    QSqlQuery(db).exec(QStringLiteral("SET lock_timeout = %1").arg(kBusyWaitMs));
     openStores().insert(c->m_canonicalPath, c);
     return c;
 }
