@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QTemporaryDir>
+#include <QTest>
 
 namespace testsupport {
 
@@ -41,3 +42,12 @@ private:
 };
 
 } // namespace testsupport
+
+/// In a test function: skips the test, saying why, when this system has no
+/// PostgreSQL server programs; fails it when the server did not start.
+#define SORRELIN_REQUIRE_PGSERVER(server)                                                                    \
+    do {                                                                                                     \
+        if (!(server).unavailable().isEmpty())                                                               \
+            QSKIP(qPrintable(QStringLiteral("PostgreSQL tests skipped: ") + (server).unavailable()));        \
+        QVERIFY2((server).running(), qPrintable((server).failure()));                                        \
+    } while (false)

@@ -37,9 +37,7 @@ private:
     {
         if (!m_server)
             m_server = std::make_unique<testsupport::PgServer>();
-        if (!m_server->unavailable().isEmpty())
-            QSKIP(qPrintable(QStringLiteral("PostgreSQL tests skipped: ") + m_server->unavailable()));
-        QVERIFY2(m_server->running(), qPrintable(m_server->failure()));
+        SORRELIN_REQUIRE_PGSERVER(*m_server);
     }
 
 private Q_SLOTS:

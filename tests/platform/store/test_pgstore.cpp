@@ -81,9 +81,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         m_server = std::make_unique<testsupport::PgServer>();
-        if (!m_server->unavailable().isEmpty())
-            QSKIP(qPrintable(QStringLiteral("PostgreSQL tests skipped: ") + m_server->unavailable()));
-        QVERIFY2(m_server->running(), qPrintable(m_server->failure()));
+        SORRELIN_REQUIRE_PGSERVER(*m_server);
     }
 
     void fieldBytesComeBackExactly_data() { engines(); }
