@@ -1,10 +1,13 @@
 // A store copied by the store tool from an SQLite file to a PostgreSQL
 // database and back is the store it was: the same dump, to the byte, and the
 // same tree.
+#include "platform/com/comerror.h"
+#include "platform/mapi/profiles.h"
 #include "tests/support/pgserver.h"
 #include "tests/support/testenv.h"
 
 #include <QProcess>
+#include <QStandardPaths>
 #include <QtTest>
 
 #include <memory>
@@ -20,6 +23,11 @@ private:
     static QByteArray tool(const QStringList &args)
     {
         QProcess p;
+        // The tool's profiles go where this test reads them.
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("XDG_CONFIG_HOME"),
+                   QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
+        p.setProcessEnvironment(env);
         p.start(QStringLiteral(SORRELIN_STORE_TOOL), args);
         if (!p.waitForFinished(120000) || p.exitStatus() != QProcess::NormalExit || p.exitCode() != 0)
             qWarning("sorrelin-store %s: %s", qPrintable(args.join(QLatin1Char(' '))),
@@ -58,6 +66,23 @@ private Q_SLOTS:
         const QByteArray tree = tool({QStringLiteral("tree"), original});
         QVERIFY(tree.contains("[image"));
         QCOMPARE(tool({QStringLiteral("tree"), server}), tree);
+    }
+
+    void profileIsRecordedOnAStoreOnly()
+    {
+        const QString empty = m_server->createDatabase(QStringLiteral("nostore"));
+        QCOMPARE(
+            tool({QStringLiteral("profile"), QStringLiteral("Empty"), QStringLiteral("Tess Tester"), empty}),
+            QByteArray("failed"));
+        QVERIFY_THROWS_EXCEPTION(com::ComError, mapi::readProfile(QStringLiteral("Empty")));
+
+        const QString team = m_server->createDatabase(QStringLiteral("team"));
+        QVERIFY(!tool({QStringLiteral("load"), testsupport::fixture(QStringLiteral("agents.json")), team})
+                     .startsWith("failed"));
+        QVERIFY(
+            !tool({QStringLiteral("profile"), QStringLiteral("Team"), QStringLiteral("Tess Tester"), team})
+                 .startsWith("failed"));
+        QCOMPARE(mapi::readProfile(QStringLiteral("Team")).store, team);
     }
 };
 
