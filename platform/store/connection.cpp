@@ -186,6 +186,9 @@ std::shared_ptr<Connection> Connection::openServer(const Location &location, Acc
     // A write waits for another program's row locks as long as it would for
     // an SQLite store's lock, then gives up in words.
     QSqlQuery(db).exec(QStringLiteral("SET lock_timeout = %1").arg(kBusyWaitMs));
+    // A reader can't write by mistake.
+    if (access == Access::ReadOnly)
+        QSqlQuery(db).exec(QStringLiteral("SET default_transaction_read_only = on"));
     openStores().insert(c->m_canonicalPath, c);
     return c;
 }

@@ -146,8 +146,13 @@ std::unique_ptr<Database> Database::open(const QString &path, Access access)
 {
     const Location location = Location::parse(path);
     if (location.onServer()) {
-        if (std::shared_ptr<Connection> shared = Connection::find(location.text()))
+        if (std::shared_ptr<Connection> shared = Connection::find(location.text())) {
+            if (access == Access::ReadWrite && shared->access() == Access::ReadOnly)
+                throw storeError(com::err::NoAccess,
+                                 QStringLiteral("The store %1 is open for reading only in this program.")
+                                     .arg(location.text()));
             return std::unique_ptr<Database>(new Database(path, std::move(shared)));
+        }
         std::unique_ptr<Database> db(new Database(path, Connection::openServer(location, access)));
         db->checkServerStore();
         return db;

@@ -244,6 +244,18 @@ private Q_SLOTS:
         }
     }
 
+    void readerCannotWrite()
+    {
+        const QString server = freshLocation(QStringLiteral("PostgreSQL"));
+        store::Database::create(server);
+        const std::unique_ptr<store::Database> reader =
+            store::Database::open(server, store::Database::Access::ReadOnly);
+        QVERIFY_THROWS_EXCEPTION(com::ComError,
+                                 reader->run(QStringLiteral("INSERT INTO hosts(name) VALUES('H')")));
+        QVERIFY_THROWS_EXCEPTION(com::ComError, store::Database::open(server));
+        QCOMPARE(reader->scalar(QStringLiteral("SELECT count(*) FROM hosts")).toInt(), 0);
+    }
+
     void createRefusesAStore()
     {
         const QString server = freshLocation(QStringLiteral("PostgreSQL"));
