@@ -8,6 +8,7 @@
 #include <QSqlDatabase>
 
 #include <arpa/inet.h>
+#include <csignal>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -66,22 +67,59 @@ PgServer::PgServer()
     for (int attempt = 0; attempt < 5 && !m_started; ++attempt) {
         m_port = freePort();
         m_failure.clear();
-        m_started = run(QStringLiteral("pg_ctl"),
-                        {QStringLiteral("-D"), data, QStringLiteral("-l"),
-                         m_dir.filePath(QStringLiteral("log")), QStringLiteral("-w"), QStringLiteral("-o"),
-                         QStringLiteral("-p %1 -k %2 -c listen_addresses=127.0.0.1 -c fsync=off")
-                             .arg(m_port)
-                             .arg(m_dir.path()),
-                         QStringLiteral("start")});
+        m_started = start(data);
     }
+}
+
+bool PgServer::start(const QString &data)
+{
+    // The server is this program's child and gets a signal when the program
+    // ends, however it ends: a crashed test leaves no server behind.
+    m_postgres.setProcessChannelMode(QProcess::MergedChannels);
+    m_postgres.setStandardOutputFile(m_dir.filePath(QStringLiteral("log")), QIODevice::Append);
+    m_postgres.setWorkingDirectory(m_dir.path());
+    m_postgres.start(QStringLiteral("setpriv"),
+                     asServerUser() + QStringList{QStringLiteral("--pdeathsig=TERM"),
+                                                  kBin + QStringLiteral("postgres"), QStringLiteral("-D"),
+                                                  data, QStringLiteral("-p"), QString::number(m_port),
+                                                  QStringLiteral("-k"), m_dir.path(), QStringLiteral("-c"),
+                                                  QStringLiteral("listen_addresses=127.0.0.1"),
+                                                  QStringLiteral("-c"), QStringLiteral("fsync=off")});
+    m_postgres.waitForStarted();
+    for (int wait = 0; wait < 300 && m_postgres.state() == QProcess::Running; ++wait) {
+        if (run(QStringLiteral("pg_isready"),
+                {QStringLiteral("-q"), QStringLiteral("-h"), QStringLiteral("127.0.0.1"),
+                 QStringLiteral("-p"), QString::number(m_port)})) {
+            m_failure.clear();
+            return true;
+        }
+        m_postgres.waitForFinished(100);
+    }
+    m_postgres.kill();
+    m_postgres.waitForFinished();
+    QFile log(m_dir.filePath(QStringLiteral("log")));
+    log.open(QIODevice::ReadOnly);
+    m_failure = QStringLiteral("the server did not start: ") + QString::fromLocal8Bit(log.readAll());
+    return false;
 }
 
 PgServer::~PgServer()
 {
-    if (m_started)
-        run(QStringLiteral("pg_ctl"),
-            {QStringLiteral("-D"), m_dir.filePath(QStringLiteral("data")), QStringLiteral("-m"),
-             QStringLiteral("immediate"), QStringLiteral("-w"), QStringLiteral("stop")});
+    if (m_started) {
+        // A fast shutdown: the server ends its sessions and stops.
+        ::kill(static_cast<pid_t>(m_postgres.processId()), SIGINT);
+        if (!m_postgres.waitForFinished(30000))
+            m_postgres.kill();
+        m_postgres.waitForFinished();
+    }
+}
+
+QStringList PgServer::asServerUser()
+{
+    if (::geteuid() != 0)
+        return {};
+    return {QStringLiteral("--reuid=%1").arg(kNobody), QStringLiteral("--regid=%1").arg(kNobody),
+            QStringLiteral("--clear-groups")};
 }
 
 bool PgServer::run(const QString &program, const QStringList &arguments)
@@ -89,13 +127,7 @@ bool PgServer::run(const QString &program, const QStringList &arguments)
     QProcess p;
     p.setProcessChannelMode(QProcess::MergedChannels);
     p.setWorkingDirectory(m_dir.path());
-    if (::geteuid() == 0)
-        p.start(QStringLiteral("setpriv"), QStringList{QStringLiteral("--reuid=%1").arg(kNobody),
-                                                       QStringLiteral("--regid=%1").arg(kNobody),
-                                                       QStringLiteral("--clear-groups"), kBin + program} +
-                                               arguments);
-    else
-        p.start(kBin + program, arguments);
+    p.start(QStringLiteral("setpriv"), asServerUser() + QStringList{kBin + program} + arguments);
     if (p.waitForFinished(120000) && p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0)
         return true;
     QFile log(m_dir.filePath(QStringLiteral("log")));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QProcess>
 #include <QString>
 #include <QTemporaryDir>
 #include <QTest>
@@ -33,8 +34,12 @@ public:
 
 private:
     bool run(const QString &program, const QStringList &arguments);
+    bool start(const QString &data);
+    /// What setpriv needs to run a server program as nobody when this is root.
+    static QStringList asServerUser();
 
     QTemporaryDir m_dir{QStringLiteral("/tmp/sorrelin-pg-XXXXXX")};
+    QProcess m_postgres;
     QString m_unavailable;
     QString m_failure;
     int m_port = 0;
