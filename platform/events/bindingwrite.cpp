@@ -38,11 +38,11 @@ void setField(mapi::SessionState &st, qint64 message, uint32_t tag, const QByteA
 std::pair<qint64, QString> insertHiddenMessage(BindingData &d, const QString &cls, const QString &now)
 {
     mapi::SessionState &st = *d.state;
-    QSqlQuery &q =
-        st.run(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created, modified)"
-                              " VALUES(?, 1, ?, ?, ?, ?)"),
-               {d.source.folder, cls, d.name, now, now});
-    const qint64 row = q.lastInsertId().toLongLong();
+    QSqlQuery &q = st.run(st.db->returningId(QStringLiteral(
+                              "INSERT INTO messages(folder, hidden, class, subject, created, modified)"
+                              " VALUES(?, 1, ?, ?, ?, ?)")),
+                          {d.source.folder, cls, d.name, now, now});
+    const qint64 row = st.db->insertedId(q);
     return {row, st.db->assignEntryId(store::IdKind::Message, d.source.storeRow, row)};
 }
 
@@ -57,12 +57,12 @@ void insertBinding(BindingData &d, const QString &now)
     const auto [state, stateId] = insertHiddenMessage(d, mapi::kStateClass, now);
     setField(st, state, mapi::PR_AGENT_LOG, QByteArray(""));
     QSqlQuery &q =
-        st.run(QStringLiteral(
+        st.run(st.db->returningId(QStringLiteral(
                    "INSERT INTO bindings(name, active, event_mask, handler_class, sched_type, sched_interval,"
                    " sched_start, sched_end, sched_days, sched_at, folder, message, state_message)"
-                   " VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
+                   " VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")),
                bindingValues(d) + QVariantList{d.source.folder, entryId, stateId});
-    d.row = q.lastInsertId().toLongLong();
+    d.row = st.db->insertedId(q);
     d.entryId = entryId;
     d.stateId = stateId;
 }

@@ -10,7 +10,7 @@ const QString kSelect = QStringLiteral("SELECT f.id, f.store, f.entry_id, s.stor
                                        " COALESCE(a.access, f.access), f.event_source, s.host,"
                                        " (SELECT COUNT(*) FROM folders c WHERE c.parent = f.id)"
                                        " FROM folders f JOIN stores s ON s.id = f.store"
-                                       " LEFT JOIN folder_access a ON a.folder = f.id AND a.user = ?");
+                                       " LEFT JOIN folder_access a ON a.folder = f.id AND a.\"user\" = ?");
 } // namespace
 
 QVector<Folder> queryFolders(const StatePtr &state, const QString &where, const QVariantList &values)

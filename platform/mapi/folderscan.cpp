@@ -15,7 +15,7 @@ namespace {
 const QString kFolders =
     QStringLiteral("SELECT f.id, f.store, COALESCE(f.parent, 0), f.seq, f.entry_id, f.name,"
                    " COALESCE(a.access, f.access), f.event_source FROM folders f"
-                   " LEFT JOIN folder_access a ON a.folder = f.id AND a.user = ?"
+                   " LEFT JOIN folder_access a ON a.folder = f.id AND a.\"user\" = ?"
                    " ORDER BY f.id");
 
 const QString kHidden = QStringLiteral("SELECT m.folder, m.class = ?, m.entry_id, m.subject, h.value"

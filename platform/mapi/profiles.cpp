@@ -5,6 +5,7 @@
 #include "platform/registry/registry.h"
 #include "platform/store/database.h"
 #include "platform/store/fixture.h"
+#include "platform/store/location.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -20,6 +21,10 @@ namespace {
 const QString kUser = QStringLiteral("User");
 const QString kStore = QStringLiteral("Store");
 const QString kDefault = QStringLiteral("DefaultProfile");
+const QString kServer = QStringLiteral("Server");
+const QString kPort = QStringLiteral("Port");
+const QString kDatabase = QStringLiteral("Database");
+const QString kLogin = QStringLiteral("Login");
 
 /// An open key, closed when it goes.
 class Key {
@@ -113,15 +118,28 @@ Profile readProfile(const QString &name)
     const Key key(Registry::system(), profileKey(name), false);
     if (name.isEmpty() || name.contains(QLatin1Char('\\')) || !key.isOpen())
         throw notFound(QStringLiteral("There is no profile named \"%1\".").arg(name));
-    return Profile{name, key.text(kUser), key.text(kStore)};
+    const QString server = key.text(kServer);
+    const QString store = server.isEmpty() ? key.text(kStore)
+                                           : store::Location::server(server, key.text(kPort).toInt(),
+                                                                     key.text(kDatabase), key.text(kLogin))
+                                                 .text();
+    return Profile{name, key.text(kUser), store};
 }
 
 void writeProfile(const Profile &profile)
 {
     Registry &reg = Registry::system();
     Key key(reg, profileKey(profile.name), true);
-    if (profile.name.isEmpty() || profile.name.contains(QLatin1Char('\\')) || !key.isOpen() ||
-        !key.setText(kUser, profile.user) || !key.setText(kStore, profile.store))
+    const store::Location location = store::Location::parse(profile.store);
+    // A profile names one kind of store: the other kind's values are emptied.
+    const bool named = !profile.name.isEmpty() && !profile.name.contains(QLatin1Char('\\'));
+    const bool recorded =
+        named && key.isOpen() && key.setText(kUser, profile.user) &&
+        key.setText(kStore, location.onServer() ? QString() : profile.store) &&
+        key.setText(kServer, location.onServer() ? location.host : QString()) &&
+        key.setText(kPort, location.onServer() ? QString::number(location.port) : QString()) &&
+        key.setText(kDatabase, location.database) && key.setText(kLogin, location.user);
+    if (!recorded)
         throw com::ComError(com::err::CallFailed, kCdoSource,
                             QStringLiteral("The profile \"%1\" could not be recorded.").arg(profile.name));
     Key profiles(reg, profilesKey(), true);

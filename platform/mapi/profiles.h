@@ -9,11 +9,13 @@ namespace mapi {
 /// A mail profile: a name for a user on a store. Profiles are kept in the
 /// registry as the mail system keeps them: one key each under
 /// HKEY_CURRENT_USER `profilesKey()`, with REG_SZ values "User" and "Store"
-/// (the store file's path), and "DefaultProfile" on the Profiles key.
+/// (the store file's path), and "DefaultProfile" on the Profiles key. A
+/// store on a PostgreSQL server is kept as "Server", "Port", "Database" and
+/// "Login" (the server's user) instead of "Store"; its password never is.
 struct Profile {
     QString name;
     QString user;
-    QString store;
+    QString store; ///< a store file, or a server location (store::Location)
 };
 
 /// The key under HKEY_CURRENT_USER that holds the profiles.

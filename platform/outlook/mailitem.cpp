@@ -36,10 +36,9 @@ qint64 outbox(store::Database &db)
     const qint64 seq =
         db.scalar(QStringLiteral("SELECT COALESCE(MAX(seq), -1) + 1 FROM folders WHERE parent = ?"), {top})
             .toLongLong();
-    const QSqlQuery q =
-        db.run(QStringLiteral("INSERT INTO folders(store, parent, seq, name) VALUES(?, ?, ?, 'Outbox')"),
-               {storeRow, top, seq});
-    const qint64 row = q.lastInsertId().toLongLong();
+    const qint64 row =
+        db.insert(QStringLiteral("INSERT INTO folders(store, parent, seq, name) VALUES(?, ?, ?, 'Outbox')"),
+                  {storeRow, top, seq});
     db.assignEntryId(store::IdKind::Folder, storeRow.toLongLong(), row);
     return row;
 }
@@ -97,11 +96,10 @@ void MailItem::Send()
     db.transaction([&] {
         const qint64 folder = outbox(db);
         const QString now = store::Database::now();
-        const QSqlQuery q =
-            db.run(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created,"
-                                  " modified) VALUES(?, 0, 'IPM.Note', ?, ?, ?)"),
-                   {folder, Subject, now, now});
-        const qint64 row = q.lastInsertId().toLongLong();
+        const qint64 row =
+            db.insert(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created,"
+                                     " modified) VALUES(?, 0, 'IPM.Note', ?, ?, ?)"),
+                      {folder, Subject, now, now});
         const qint64 storeRow =
             db.scalar(QStringLiteral("SELECT store FROM folders WHERE id = ?"), {folder}).toLongLong();
         db.assignEntryId(store::IdKind::Message, storeRow, row);

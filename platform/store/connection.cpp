@@ -8,6 +8,7 @@
 #include <QSqlDatabase>
 #include <QSqlDriver>
 #include <QSqlError>
+#include <QSqlQuery>
 #include <QThread>
 #include <QUrl>
 
@@ -50,6 +51,28 @@ int onBusy(void *context, int count)
         return 0;
     QThread::msleep(kBusyStepMs);
     return 1;
+}
+
+/// The one message for a server store that could not be opened.
+com::ComError serverOpenError(const Location &location, const QString &cause)
+{
+    const QString store = location.text();
+    const QString detail = cause.trimmed();
+    if (detail.contains(QLatin1String("authentication")) || detail.contains(QLatin1String("password")) ||
+        detail.contains(QLatin1String("pg_hba.conf")) || detail.contains(QLatin1String("role \"")))
+        return com::ComError(com::err::NoAccess, kSource,
+                             QStringLiteral("The server of the store %1 refused the login of %2; nothing was "
+                                            "written. The password comes from ~/.pgpass or PGPASSWORD. %3")
+                                 .arg(store, location.user, detail));
+    if (detail.contains(QLatin1String("database \"")) && detail.contains(QLatin1String("does not exist")))
+        return com::ComError(com::err::NotFound, kSource,
+                             QStringLiteral("The server of the store %1 has no database \"%2\"; nothing was "
+                                            "written.")
+                                 .arg(store, location.database));
+    return com::ComError(
+        com::err::CallFailed, kSource,
+        QStringLiteral("The server of the store %1 can't be reached; nothing was written. %2")
+            .arg(store, detail));
 }
 
 } // namespace
@@ -122,6 +145,50 @@ std::shared_ptr<Connection> Connection::open(const QString &path, const QString 
     // A store made just now has a canonical path only from this moment on.
     if (c->m_canonicalPath.isEmpty())
         c->m_canonicalPath = QFileInfo(path).canonicalFilePath();
+    openStores().insert(c->m_canonicalPath, c);
+    return c;
+}
+
+QString Connection::createDatabase(const Location &server, const QString &name)
+{
+    Location made = server;
+    made.database = name;
+    {
+        const std::shared_ptr<Connection> c = openServer(server, Access::ReadWrite);
+        QSqlDatabase db = QSqlDatabase::database(c->name(), false);
+        QSqlQuery q(db);
+        if (!q.exec(QStringLiteral("CREATE DATABASE %1")
+                        .arg(db.driver()->escapeIdentifier(name, QSqlDriver::TableName))))
+            throw com::ComError(com::err::CallFailed, kSource,
+                                QStringLiteral("The database %1 could not be made: %2")
+                                    .arg(made.text(), q.lastError().databaseText().trimmed()));
+    }
+    return made.text();
+}
+
+std::shared_ptr<Connection> Connection::openServer(const Location &location, Access access)
+{
+    std::shared_ptr<Connection> c(new Connection(nextConnectionName(), location.text(), access));
+    c->m_engine = Location::Engine::PostgreSQL;
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), c->m_name);
+    if (!db.isValid())
+        throw com::ComError(com::err::CallFailed, kSource,
+                            QStringLiteral("The store %1 is on a PostgreSQL server, and this system has no "
+                                           "PostgreSQL driver for Qt (libqt6sql6-psql).")
+                                .arg(location.text()));
+    db.setHostName(location.host);
+    db.setPort(location.port);
+    db.setDatabaseName(location.database);
+    db.setUserName(location.user);
+    db.setConnectOptions(QStringLiteral("connect_timeout=10;application_name=Sorrelin"));
+    if (!db.open())
+        throw serverOpenError(location, db.lastError().databaseText());
+    // A write waits for another program's row locks as long as it would for
+    // an SQLite store's lock, then gives up in words.
+    QSqlQuery(db).exec(QStringLiteral("SET lock_timeout = %1").arg(kBusyWaitMs));
+    // A reader can't write by mistake.
+    if (access == Access::ReadOnly)
+        QSqlQuery(db).exec(QStringLiteral("SET default_transaction_read_only = on"));
     openStores().insert(c->m_canonicalPath, c);
     return c;
 }

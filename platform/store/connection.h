@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/store/location.h"
+
 #include <QString>
 
 #include <functional>
@@ -33,7 +35,18 @@ public:
     /// can't open it.
     static std::shared_ptr<Connection> open(const QString &path, const QString &canonicalPath, Access access);
 
+    /// Connects to the database of a server location as its user, again
+    /// recorded as this process's one connection to it. Raises a ComError
+    /// saying whether the server can't be reached, refused the login or
+    /// has no such database.
+    static std::shared_ptr<Connection> openServer(const Location &location, Access access);
+
+    /// Makes the empty database `name` on the server of `server`, logged on
+    /// as its login to its database, and gives the new database's location.
+    static QString createDatabase(const Location &server, const QString &name);
+
     const QString &name() const { return m_name; }
+    Location::Engine engine() const { return m_engine; }
     Access access() const { return m_access; }
 
     /// Nesting depth of the running write transaction (0: none).
@@ -51,6 +64,7 @@ private:
     QString m_name;
     QString m_canonicalPath;
     Access m_access;
+    Location::Engine m_engine = Location::Engine::SQLite;
 };
 
 /// How long a write waits for another program's lock before it gives up.

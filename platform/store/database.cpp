@@ -107,10 +107,30 @@ void checkFile(const QFileInfo &info, Database::Access access)
                 .arg(shown(folder.filePath()), file));
 }
 
+/// The words for a failure of a statement on a server store.
+com::ComError serverError(const QString &store, const QSqlError &e)
+{
+    const QString state = e.nativeErrorCode();
+    if (state.startsWith(QLatin1String("08")) || state.startsWith(QLatin1String("57P")) ||
+        (state.isEmpty() && e.type() == QSqlError::ConnectionError))
+        return storeError(com::err::CallFailed,
+                          QStringLiteral("The connection to the server of the store %1 was lost; nothing "
+                                         "was written: %2")
+                              .arg(store, e.databaseText().trimmed()));
+    if (state == QLatin1String("40001") || state == QLatin1String("40P01") || state == QLatin1String("55P03"))
+        return storeError(com::err::Busy,
+                          QStringLiteral("The store %1 was being changed by another program; nothing was "
+                                         "written. Try again.")
+                              .arg(store));
+    return storeError(
+        com::err::CallFailed,
+        QStringLiteral("A store operation failed in %1: %2").arg(store, e.databaseText().trimmed()));
+}
+
 } // namespace
 
 Database::Database(QString path, std::shared_ptr<Connection> connection)
-    : m_path(std::move(path)), m_connection(std::move(connection))
+    : m_path(std::move(path)), m_location(Location::parse(m_path)), m_connection(std::move(connection))
 {
 }
 
@@ -124,6 +144,19 @@ com::ComError Database::error(const QString &what, const QString &detail) const
 
 std::unique_ptr<Database> Database::open(const QString &path, Access access)
 {
+    const Location location = Location::parse(path);
+    if (location.onServer()) {
+        if (std::shared_ptr<Connection> shared = Connection::find(location.text())) {
+            if (access == Access::ReadWrite && shared->access() == Access::ReadOnly)
+                throw storeError(com::err::NoAccess,
+                                 QStringLiteral("The store %1 is open for reading only in this program.")
+                                     .arg(location.text()));
+            return std::unique_ptr<Database>(new Database(path, std::move(shared)));
+        }
+        std::unique_ptr<Database> db(new Database(path, Connection::openServer(location, access)));
+        db->checkServerStore();
+        return db;
+    }
     const QFileInfo info(path);
     checkFile(info, access);
     const QString canonical = info.canonicalFilePath();
@@ -141,20 +174,73 @@ std::unique_ptr<Database> Database::open(const QString &path, Access access)
     return db;
 }
 
-std::unique_ptr<Database> Database::create(const QString &path)
+std::unique_ptr<Database> Database::create(const QString &path, const std::function<void(Database &)> &fill)
 {
-    if (QFileInfo::exists(path))
-        throw storeError(com::err::InvalidParameter,
-                         QStringLiteral("The file %1 already exists.").arg(shown(path)));
-    std::unique_ptr<Database> db(new Database(path, Connection::open(path, QString(), Access::ReadWrite)));
-    db->runPragmas();
+    const Location location = Location::parse(path);
+    std::unique_ptr<Database> db;
+    if (location.onServer()) {
+        db.reset(new Database(path, Connection::openServer(location, Access::ReadWrite)));
+        if (db->scalar(QStringLiteral("SELECT to_regclass('meta') IS NOT NULL")).toBool())
+            throw storeError(
+                com::err::InvalidParameter,
+                QStringLiteral("The database of %1 already holds a store.").arg(location.text()));
+    } else {
+        if (QFileInfo::exists(path))
+            throw storeError(com::err::InvalidParameter,
+                             QStringLiteral("The file %1 already exists.").arg(shown(path)));
+        db.reset(new Database(path, Connection::open(path, QString(), Access::ReadWrite)));
+        db->runPragmas();
+    }
     db->transaction([&] {
-        for (const QString &sql : schemaStatements())
+        for (const QString &sql : schemaStatements(location.engine))
             db->run(sql);
         db->setMeta(QStringLiteral("schema"), QString::number(kSchemaVersion));
         db->setMeta(QStringLiteral("created"), now());
+        if (fill)
+            fill(*db);
     });
     return db;
+}
+
+void Database::checkServerStore()
+{
+    const QString store = m_location.text();
+    const auto notAStore = [&] {
+        return storeError(
+            com::err::Corrupt,
+            QStringLiteral("The database of %1 holds no Sorrelin store; nothing was written.").arg(store));
+    };
+    if (!scalar(QStringLiteral("SELECT to_regclass('meta') IS NOT NULL")).toBool())
+        throw notAStore();
+    const QVariant version = meta(QStringLiteral("schema"));
+    if (version.toString().isEmpty())
+        throw notAStore();
+    if (version.toInt() != kSchemaVersion)
+        throw storeError(com::err::Corrupt,
+                         QStringLiteral("The store %1 is of version %2; this program reads version %3.")
+                             .arg(store, version.toString())
+                             .arg(kSchemaVersion));
+}
+
+qint64 Database::insert(const QString &sql, const QVariantList &values) const
+{
+    QSqlQuery q = prepare(returningId(sql));
+    for (const QVariant &v : values)
+        q.addBindValue(v);
+    exec(q);
+    return insertedId(q);
+}
+
+QString Database::returningId(const QString &sql) const
+{
+    return onServer() ? sql + QStringLiteral(" RETURNING id") : sql;
+}
+
+qint64 Database::insertedId(QSqlQuery &query) const
+{
+    if (!onServer())
+        return query.lastInsertId().toLongLong();
+    return query.next() ? query.value(0).toLongLong() : 0;
 }
 
 void Database::runPragmas()
@@ -243,8 +329,12 @@ void Database::checkStore()
 QSqlQuery Database::prepare(const QString &sql) const
 {
     QSqlQuery q(QSqlDatabase::database(m_connection->name(), false));
-    q.setForwardOnly(true);
+    // Qt reads a forward-only result from the server row by row, and loses
+    // it when another statement runs meanwhile; the store reads nested.
+    q.setForwardOnly(!onServer());
     if (!q.prepare(sql)) {
+        if (onServer())
+            throw serverError(m_location.text(), q.lastError());
         m_connection->endWait();
         const QSqlError e = q.lastError();
         if (primaryCode(e) == kSqliteBusy || primaryCode(e) == kSqliteLocked)
@@ -256,6 +346,24 @@ QSqlQuery Database::prepare(const QString &sql) const
 
 void Database::exec(QSqlQuery &query) const
 {
+    if (onServer()) {
+        // Qt's PostgreSQL driver writes numbers into the statement bare,
+        // which PostgreSQL won't take for a field's bytes; quoted, a number
+        // becomes whatever its column holds.
+        const QVariantList values = query.boundValues();
+        for (int i = 0; i < values.size(); ++i) {
+            const QVariant &v = values.at(i);
+            if (v.typeId() == QMetaType::Bool)
+                query.bindValue(i, QString::number(v.toBool() ? 1 : 0));
+            else if (!v.isNull() && (v.typeId() == QMetaType::Int || v.typeId() == QMetaType::LongLong ||
+                                     v.typeId() == QMetaType::UInt || v.typeId() == QMetaType::ULongLong))
+                query.bindValue(i, v.toString());
+        }
+        const bool ok = query.exec();
+        if (!ok)
+            throw serverError(m_location.text(), query.lastError());
+        return;
+    }
     const bool ok = query.exec();
     m_connection->endWait();
     if (!ok)
@@ -264,6 +372,14 @@ void Database::exec(QSqlQuery &query) const
 
 QSqlQuery Database::run(const QString &sql, const QVariantList &values) const
 {
+    if (onServer() && values.isEmpty()) {
+        // The server prepares only queries; statements that define tables
+        // or end transactions run as they are.
+        QSqlQuery q(QSqlDatabase::database(m_connection->name(), false));
+        if (!q.exec(sql))
+            throw serverError(m_location.text(), q.lastError());
+        return q;
+    }
     QSqlQuery q = prepare(sql);
     for (const QVariant &v : values)
         q.addBindValue(v);
@@ -306,7 +422,8 @@ Database::Transaction::Transaction(Database &db, Kind kind) : m_db(db)
 {
     m_outer = m_db.m_connection->depth == 0;
     if (m_outer)
-        m_db.run(kind == Kind::Write ? QStringLiteral("BEGIN IMMEDIATE") : QStringLiteral("BEGIN"));
+        m_db.run(kind == Kind::Write && !m_db.onServer() ? QStringLiteral("BEGIN IMMEDIATE")
+                                                         : QStringLiteral("BEGIN"));
     ++m_db.m_connection->depth;
 }
 

@@ -9,16 +9,18 @@
 #include <QString>
 #include <QVariant>
 
+#include <functional>
 #include <memory>
 #include <type_traits>
 #include <utility>
 
 namespace store {
 
-/// One store file: the SQLite database behind the MAPI, event and routing
-/// objects. Every failure comes out as a com::ComError whose text names the
-/// file and the cause; nothing here shows anything to the user. All Database
-/// objects of a process that name one file share one SQLite connection.
+/// One store: the SQLite file or PostgreSQL database behind the MAPI, event
+/// and routing objects. Every failure comes out as a com::ComError whose text
+/// names the store and the cause; nothing here shows anything to the user.
+/// All Database objects of a process that name one store share one
+/// connection.
 class Database {
 public:
     using Access = Connection::Access;
@@ -32,12 +34,29 @@ public:
     /// another version, a damaged or truncated one, one that another program
     /// has locked, and (for ReadWrite) a read-only file or folder. The file
     /// is never changed by a refused open.
+    /// `path` may also be a server location (see Location): a server that
+    /// can't be reached, a refused login and a database without a store are
+    /// refused the same way.
     static std::unique_ptr<Database> open(const QString &path, Access access = Access::ReadWrite);
 
-    /// Makes a new, empty store at `path`; raises if a file is already there.
-    static std::unique_ptr<Database> create(const QString &path);
+    /// Makes a new, empty store at `path` and runs `fill` on it in the same
+    /// transaction; raises if a file is already there, or if the server
+    /// database already holds a store. A server database must exist, made
+    /// by its administrator, and be empty.
+    static std::unique_ptr<Database> create(const QString &path,
+                                            const std::function<void(Database &)> &fill = {});
 
+    /// The store as it was named: a file name or a server location.
     const QString &path() const { return m_path; }
+    bool onServer() const { return m_location.onServer(); }
+
+    /// Runs an INSERT into a table with an `id` column and gives the new row's id.
+    qint64 insert(const QString &sql, const QVariantList &values = {}) const;
+
+    /// `sql`, an INSERT, written so that `insertedId` can read the new id
+    /// after each run of it.
+    QString returningId(const QString &sql) const;
+    qint64 insertedId(QSqlQuery &query) const;
 
     /// A prepared statement on this store; raises if it can't be prepared.
     QSqlQuery prepare(const QString &sql) const;
@@ -106,9 +125,11 @@ public:
 private:
     Database(QString path, std::shared_ptr<Connection> connection);
     void checkStore();
+    void checkServerStore();
     void runPragmas();
 
     QString m_path;
+    Location m_location;
     std::shared_ptr<Connection> m_connection;
 };
 

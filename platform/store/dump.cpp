@@ -46,9 +46,9 @@ public:
             host.insert(QStringLiteral("name"), h.value(1).toString());
             if (h.value(2).toInt()) {
                 QJsonArray authors;
-                QSqlQuery a =
-                    m_db.run(QStringLiteral("SELECT user FROM host_authors WHERE host = ? ORDER BY user"),
-                             {h.value(0)});
+                QSqlQuery a = m_db.run(
+                    QStringLiteral("SELECT \"user\" FROM host_authors WHERE host = ? ORDER BY \"user\""),
+                    {h.value(0)});
                 while (a.next())
                     authors.append(a.value(0).toString());
                 host.insert(QStringLiteral("authors"), authors);

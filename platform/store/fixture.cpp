@@ -2,19 +2,17 @@
 
 #include "platform/events/guid.h"
 #include "platform/mapi/tags.h"
+#include "platform/store/buildstore.h"
 #include "platform/store/database.h"
 #include "platform/store/folderlevels.h"
 #include "platform/store/ids.h"
 
-#include <QCoreApplication>
 #include <QDateTime>
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTime>
 
-#include <atomic>
 #include <cmath>
 
 namespace store {
@@ -175,16 +173,15 @@ private:
             throw bad(r.member(QStringLiteral("name")),
                       QStringLiteral("a host of this name is already listed"));
         const bool restricted = r.has(QStringLiteral("authors"));
-        const qint64 host = m_db.run(QStringLiteral("INSERT INTO hosts(name, restricted) VALUES(?, ?)"),
-                                     {name, restricted ? 1 : 0})
-                                .lastInsertId()
-                                .toLongLong();
+        const qint64 host = m_db.insert(QStringLiteral("INSERT INTO hosts(name, restricted) VALUES(?, ?)"),
+                                        {name, restricted ? 1 : 0});
         const QJsonArray authors = r.array(QStringLiteral("authors"));
         for (int i = 0; i < authors.size(); ++i) {
             if (!authors.at(i).isString())
                 throw bad(QStringLiteral("%1.authors[%2]").arg(path).arg(i),
                           QStringLiteral("expected a text"));
-            m_db.run(QStringLiteral("INSERT OR IGNORE INTO host_authors(host, user) VALUES(?, ?)"),
+            m_db.run(QStringLiteral(
+                         "INSERT INTO host_authors(host, \"user\") VALUES(?, ?) ON CONFLICT DO NOTHING"),
                      {host, authors.at(i).toString()});
         }
         const QJsonArray handlers = r.array(QStringLiteral("handlers"));
@@ -204,11 +201,10 @@ private:
                        {QStringLiteral("name"), QStringLiteral("provider"), QStringLiteral("host"),
                         QStringLiteral("folders")});
         const QString name = r.text(QStringLiteral("name"), QString(), true);
-        QSqlQuery q = m_db.run(QStringLiteral("INSERT INTO stores(store_id, seq, name, provider, host)"
-                                              " VALUES('', ?, ?, ?, ?)"),
-                               {seq, name, r.text(QStringLiteral("provider"), kExchange),
-                                r.text(QStringLiteral("host"), QString())});
-        m_store = q.lastInsertId().toLongLong();
+        m_store = m_db.insert(QStringLiteral("INSERT INTO stores(store_id, seq, name, provider, host)"
+                                             " VALUES('', ?, ?, ?, ?)"),
+                              {seq, name, r.text(QStringLiteral("provider"), kExchange),
+                               r.text(QStringLiteral("host"), QString())});
         m_db.run(QStringLiteral("UPDATE stores SET store_id = ? WHERE id = ?"),
                  {makeStoreId(m_store), m_store});
         const qint64 root = insertFolder(QVariant(), 0, QStringLiteral("Top of Information Store"), 63, true);
@@ -217,11 +213,10 @@ private:
 
     qint64 insertFolder(const QVariant &parent, int seq, const QString &name, int access, bool eventSource)
     {
-        QSqlQuery q =
-            m_db.run(QStringLiteral("INSERT INTO folders(store, parent, seq, name, access, event_source)"
-                                    " VALUES(?, ?, ?, ?, ?, ?)"),
-                     {m_store, parent, seq, name, access, eventSource ? 1 : 0});
-        const qint64 row = q.lastInsertId().toLongLong();
+        const qint64 row =
+            m_db.insert(QStringLiteral("INSERT INTO folders(store, parent, seq, name, access, event_source)"
+                                       " VALUES(?, ?, ?, ?, ?, ?)"),
+                        {m_store, parent, seq, name, access, eventSource ? 1 : 0});
         m_db.assignEntryId(IdKind::Folder, m_store, row);
         return row;
     }
@@ -269,11 +264,10 @@ private:
     qint64 insertMessage(qint64 folder, bool hidden, const QString &cls, const QString &subject,
                          const QString &created, const QString &modified, const QVariant &received)
     {
-        QSqlQuery q =
-            m_db.run(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created, modified,"
-                                    " received, delivered) VALUES(?, ?, ?, ?, ?, ?, ?, ?)"),
-                     {folder, hidden ? 1 : 0, cls, subject, created, modified, received, received});
-        const qint64 row = q.lastInsertId().toLongLong();
+        const qint64 row = m_db.insert(
+            QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created, modified,"
+                           " received, delivered) VALUES(?, ?, ?, ?, ?, ?, ?, ?)"),
+            {folder, hidden ? 1 : 0, cls, subject, created, modified, received, received});
         m_lastId = m_db.assignEntryId(IdKind::Message, m_store, row);
         return row;
     }
@@ -443,32 +437,7 @@ private:
 
 void loadFixture(const QJsonObject &fixture, const QString &dbPath)
 {
-    if (QFileInfo::exists(dbPath))
-        throw com::ComError(com::err::InvalidParameter, kSource,
-                            QStringLiteral("%1 already exists.").arg(dbPath));
-    // Made beside the target and renamed at the end, so a bad fixture leaves
-    // no file behind.
-    static std::atomic<int> builds{0};
-    const QString partial = QStringLiteral("%1.%2-%3.partial")
-                                .arg(dbPath)
-                                .arg(QCoreApplication::applicationPid())
-                                .arg(builds.fetch_add(1));
-    try {
-        {
-            std::unique_ptr<Database> db = Database::create(partial);
-            db->transaction([&] { Loader(*db).load(fixture); });
-            db->run(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
-        }
-        if (!QFile::rename(partial, dbPath))
-            throw com::ComError(com::err::FileAccess, kSource,
-                                QStringLiteral("%1 could not be written.").arg(dbPath));
-    } catch (...) {
-        for (const QString &suffix : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm")})
-            QFile::remove(partial + suffix);
-        throw;
-    }
-    for (const QString &suffix : {QStringLiteral("-wal"), QStringLiteral("-shm")})
-        QFile::remove(partial + suffix);
+    buildStore(dbPath, [&](Database &db) { Loader(db).load(fixture); });
 }
 
 void loadFixture(const QString &jsonPath, const QString &dbPath)

@@ -2,11 +2,10 @@
 
 #include "platform/events/guid.h"
 #include "platform/mapi/tags.h"
+#include "platform/store/buildstore.h"
 #include "platform/store/database.h"
 #include "platform/store/ids.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <QSqlQuery>
 
 #include <random>
@@ -26,9 +25,7 @@ public:
         m_db.setMeta(QStringLiteral("user"), QStringLiteral("Alice Admin"));
         m_db.setMeta(QStringLiteral("profile"), QStringLiteral("Generated"));
         const qint64 host =
-            m_db.run(QStringLiteral("INSERT INTO hosts(name, restricted) VALUES('EXCH01', 0)"))
-                .lastInsertId()
-                .toLongLong();
+            m_db.insert(QStringLiteral("INSERT INTO hosts(name, restricted) VALUES('EXCH01', 0)"));
         m_db.run(QStringLiteral(
                      "INSERT INTO handlers(host, seq, class_id, name) VALUES(?, 0, ?, 'Script Handler'),"
                      " (?, 1, ?, 'Routing Handler'), (?, 2, ?, 'Archive Handler')"),
@@ -184,27 +181,7 @@ private:
 
 void generateStore(const GenerateOptions &options, const QString &dbPath)
 {
-    if (QFileInfo::exists(dbPath))
-        throw com::ComError(com::err::InvalidParameter, QStringLiteral("sorrelin-store"),
-                            QStringLiteral("%1 already exists.").arg(dbPath));
-    const QString partial = dbPath + QStringLiteral(".partial");
-    QFile::remove(partial);
-    try {
-        {
-            std::unique_ptr<Database> db = Database::create(partial);
-            db->transaction([&] { Generator(*db, options).run(); });
-            db->run(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
-        }
-        if (!QFile::rename(partial, dbPath))
-            throw com::ComError(com::err::FileAccess, QStringLiteral("sorrelin-store"),
-                                QStringLiteral("%1 could not be written.").arg(dbPath));
-    } catch (...) {
-        for (const QString &suffix : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm")})
-            QFile::remove(partial + suffix);
-        throw;
-    }
-    for (const QString &suffix : {QStringLiteral("-wal"), QStringLiteral("-shm")})
-        QFile::remove(partial + suffix);
+    buildStore(dbPath, [&](Database &db) { Generator(db, options).run(); });
 }
 
 } // namespace store

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/store/location.h"
+
 #include <QStringList>
 
 namespace store {
@@ -9,6 +11,6 @@ namespace store {
 inline constexpr int kSchemaVersion = 1;
 
 /// Statements that make an empty store of the current version.
-QStringList schemaStatements();
+QStringList schemaStatements(Location::Engine engine = Location::Engine::SQLite);
 
 } // namespace store

@@ -3,6 +3,7 @@
 // holds no half agent:
 //     killtest [--kills N] [--seed S]
 // It prints its figures and fails when any kill broke the store.
+#include "agentlines.h"
 #include "driverprocess.h"
 #include "storecheck.h"
 #include "tests/support/testenv.h"
@@ -27,30 +28,19 @@ const QString kFolders = QStringLiteral("\\Mailbox - Tess Tester\\Empty | \\Mail
 
 QStringList install(int round)
 {
-    return {QStringLiteral("tab frmMain SSTab1 1"),
-            QStringLiteral("answer file:") + testsupport::fixture(QStringLiteral("files/latin1.vbs")),
-            QStringLiteral("answer text:Killed %1").arg(round),
-            QStringLiteral("press frmMain cmdScript"),
-            QStringLiteral("press frmMain cmdFolder"),
-            QStringLiteral("select frmFolder ") + kFolders,
-            QStringLiteral("press frmFolder cmdOK"),
-            QStringLiteral("press frmMain chkNew"),
-            QStringLiteral("answer Yes"),
-            QStringLiteral("answer OK"),
-            QStringLiteral("press frmMain cmdInstall")};
+    return testsupport::installLines(QStringLiteral("Killed %1").arg(round), kFolders);
 }
 
 QStringList remove(const QString &agent)
 {
-    return {QStringLiteral("click ") + agent, QStringLiteral("answer Yes"), QStringLiteral("answer OK"),
-            QStringLiteral("menu mnuFileDelete")};
+    QStringList lines = testsupport::removeLines(agent);
+    lines.insert(2, QStringLiteral("answer OK"));
+    return lines;
 }
 
 QStringList rename(const QString &agent, int round)
 {
-    return {QStringLiteral("click ") + agent, QStringLiteral("menu mnuFileAgentProperties"),
-            QStringLiteral("type frmProperties txtAgentName Renamed %1").arg(round),
-            QStringLiteral("answer Yes"), QStringLiteral("press frmProperties cmdOK")};
+    return testsupport::renameLines(agent, QStringLiteral("Renamed %1").arg(round));
 }
 
 } // namespace

@@ -185,9 +185,16 @@ void Driver::fixture(const QString &path)
         return fail(QStringLiteral("the fixture %1 can't be read").arg(path));
     const QJsonObject root = QJsonDocument::fromJson(file.readAll()).object();
     const QString profile = root.value(QStringLiteral("profile")).toString(QStringLiteral("Demo"));
+    // With a server given, each fixture is a new database there.
+    const QString server = qEnvironmentVariable("SORRELIN_DRIVER_STORE_SERVER");
+    static int fixtures = 0;
     m_storePath = m_home + QStringLiteral("/") + profile + QStringLiteral(".db");
     QFile::remove(m_storePath);
     try {
+        if (!server.isEmpty())
+            m_storePath = store::Connection::createDatabase(
+                store::Location::parse(server),
+                QStringLiteral("scenario_%1_%2").arg(QCoreApplication::applicationPid()).arg(++fixtures));
         store::loadFixture(path, m_storePath);
         mapi::writeProfile(
             mapi::Profile{profile, root.value(QStringLiteral("user")).toString(), m_storePath});

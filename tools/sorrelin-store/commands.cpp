@@ -2,6 +2,7 @@
 
 #include "navigation/treewalk.h"
 #include "platform/events/events.h"
+#include "platform/mapi/profiles.h"
 #include "platform/mapi/session.h"
 #include "platform/os/applog.h"
 #include "platform/store/database.h"
@@ -79,6 +80,26 @@ int dump(const QStringList &a, Output io)
     const std::unique_ptr<store::Database> db =
         store::Database::open(a.at(0), store::Database::Access::ReadOnly);
     io.out << QJsonDocument(store::dumpStore(*db)).toJson(QJsonDocument::Indented);
+    return 0;
+}
+
+int copy(const QStringList &a, Output io)
+{
+    need(a, 2);
+    const QJsonObject contents =
+        store::dumpStore(*store::Database::open(a.at(0), store::Database::Access::ReadOnly));
+    store::loadFixture(contents, a.at(1));
+    io.out << "Copied " << a.at(0) << " to " << a.at(1) << Qt::endl;
+    return 0;
+}
+
+int profile(const QStringList &a, Output io)
+{
+    need(a, 3);
+    store::Database::open(a.at(2), store::Database::Access::ReadOnly);
+    mapi::writeProfile(mapi::Profile{a.at(0), a.at(1), a.at(2)});
+    io.out << "Recorded the profile " << a.at(0) << " on " << store::Location::parse(a.at(2)).text()
+           << Qt::endl;
     return 0;
 }
 
@@ -197,6 +218,9 @@ QString usage()
                "  load FIXTURE.json STORE.db         make a store from a fixture\n"
                "  dump STORE.db                      print the store as a fixture (folders at most %1 levels "
                "deep)\n"
+               "  copy STORE.db NEW.db               copy a store, as dump shows it, to a new store\n"
+               "  profile NAME USER STORE.db         record a mail profile for USER on a store (checked "
+               "first)\n"
                "  tree STORE.db                      print the folders and agents as the tree shows them,\n"
                "                                     folders at most %1 levels deep\n"
                "  generate STORE.db [--stores N] [--folders N] [--agents N] [--hidden N] [--messages N] "
@@ -212,7 +236,9 @@ QString usage()
                "  add-votes STORE.db MESSAGE VOTES.json\n"
                "                                     set the votes on a message\n"
                "  log [FILE]                         print the application log\n"
-               "  help                               this text\n")
+               "  help                               this text\n"
+               "A store may also be a database on a PostgreSQL server, named\n"
+               "postgresql://USER@HOST:PORT/DATABASE; the password comes from ~/.pgpass or PGPASSWORD.\n")
         .arg(store::kMaxFolderLevels);
 }
 
@@ -221,6 +247,8 @@ int run(const QStringList &arguments, Output io)
     const std::map<QString, std::function<int(const QStringList &, Output)>> commands = {
         {QStringLiteral("load"), load},
         {QStringLiteral("dump"), dump},
+        {QStringLiteral("copy"), copy},
+        {QStringLiteral("profile"), profile},
         {QStringLiteral("tree"), tree},
         {QStringLiteral("generate"), generate},
         {QStringLiteral("set-log"), setLog},

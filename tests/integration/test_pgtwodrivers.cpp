@@ -1,0 +1,176 @@
+// Two programs on one store on a PostgreSQL server at once: one installs an
+// agent into 200 folders while the other renames and deletes the agents
+// already there. Afterwards every agent is whole or wholly absent, and every
+// install the first program logged as done is in the store.
+#include "agentlines.h"
+#include "driverprocess.h"
+#include "platform/mapi/tags.h"
+#include "platform/store/database.h"
+#include "tests/support/pgserver.h"
+#include "tests/support/testenv.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+constexpr int kFolders = 200;
+const QString kMailbox = QStringLiteral("Mailbox - Tess Tester");
+
+QString folderName(int i)
+{
+    return QStringLiteral("F%1").arg(i, 3, 10, QLatin1Char('0'));
+}
+
+/// A store of 200 folders with the agent "Old" in each.
+QByteArray fixture()
+{
+    QJsonArray folders;
+    for (int i = 0; i < kFolders; ++i)
+        folders.append(QJsonObject{
+            {QStringLiteral("name"), folderName(i)},
+            {QStringLiteral("agents"),
+             QJsonArray{QJsonObject{{QStringLiteral("name"), QStringLiteral("Old")},
+                                    {QStringLiteral("script"), QStringLiteral("' old\r\n")},
+                                    {QStringLiteral("created"), QStringLiteral("2026-01-02 03:04:05")},
+                                    {QStringLiteral("modified"), QStringLiteral("2026-01-02 03:04:05")}}}}});
+    const QJsonObject root{
+        {QStringLiteral("user"), QStringLiteral("Tess Tester")},
+        {QStringLiteral("profile"), QStringLiteral("Test")},
+        {QStringLiteral("hosts"),
+         QJsonArray{QJsonObject{
+             {QStringLiteral("name"), QStringLiteral("H1")},
+             {QStringLiteral("handlers"),
+              QJsonArray{QJsonObject{
+                  {QStringLiteral("class"), QStringLiteral("{69E54151-B371-11D0-BCD9-00AA00C1AB1C}")},
+                  {QStringLiteral("name"), QStringLiteral("Script Handler")}}}}}}},
+        {QStringLiteral("stores"), QJsonArray{QJsonObject{{QStringLiteral("name"), kMailbox},
+                                                          {QStringLiteral("host"), QStringLiteral("H1")},
+                                                          {QStringLiteral("folders"), folders}}}}};
+    return QJsonDocument(root).toJson();
+}
+
+} // namespace
+
+class TestPgTwoDrivers : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void installWhileAnotherRenamesAndDeletes()
+    {
+        testsupport::PgServer server;
+        SORRELIN_REQUIRE_PGSERVER(server);
+        testsupport::TestHome home;
+        const QString fixturePath = home.file(QStringLiteral("many.json"));
+        QFile f(fixturePath);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write(fixture());
+        f.close();
+
+        qputenv("SORRELIN_DRIVER_STORE_SERVER", server.location(QStringLiteral("postgres")).toUtf8());
+        testsupport::DriverProcess installer(home.file(QStringLiteral("a")));
+        const QJsonObject made = installer.send(QStringLiteral("fixture ") + fixturePath);
+        qunsetenv("SORRELIN_DRIVER_STORE_SERVER");
+        const QString location = made.value(QStringLiteral("store")).toString();
+        QVERIFY2(location.startsWith(QLatin1String("postgresql://")),
+                 QJsonDocument(made).toJson().constData());
+        const store::Location where = store::Location::parse(location);
+
+        testsupport::DriverProcess other(home.file(QStringLiteral("b")));
+        const QString key = QStringLiteral("\"HKCU\\Software\\Microsoft\\Windows NT\\CurrentVersion\\Windows "
+                                           "Messaging Subsystem\\Profiles\\Test\"");
+        for (const auto &[name, value] :
+             {std::pair{QStringLiteral("User"), QStringLiteral("\"Tess Tester\"")},
+              std::pair{QStringLiteral("Server"), where.host},
+              std::pair{QStringLiteral("Port"), QString::number(where.port)},
+              std::pair{QStringLiteral("Database"), where.database},
+              std::pair{QStringLiteral("Login"), where.user}})
+            QVERIFY(other.send(QStringLiteral("reg %1 %2 %3").arg(key, name, value)).value("ok").toBool());
+        other.send(QStringLiteral("answer Test"));
+        QVERIFY(other.send(QStringLiteral("start")).value("ok").toBool());
+        QVERIFY(installer.send(QStringLiteral("start")).value("ok").toBool());
+
+        // The installer's whole install goes at once, and the other program
+        // works on the same folders meanwhile.
+        QStringList targets;
+        for (int i = 0; i < kFolders; ++i)
+            targets << QStringLiteral("\\%1\\%2").arg(kMailbox, folderName(i));
+        const QStringList install =
+            testsupport::installLines(QStringLiteral("Greeter"), targets.join(QStringLiteral(" | ")));
+        for (const QString &line : install.mid(0, install.size() - 1))
+            QVERIFY2(installer.send(line).value("ok").toBool(), qPrintable(line));
+        installer.post({install.last()});
+        // What the other program did without a word of failure must be in the store.
+        QList<bool> done;
+        for (int i = 0; i < kFolders; ++i) {
+            const QString agent = QStringLiteral("\\%1\\%2\\Old").arg(kMailbox, folderName(i));
+            bool ok = true;
+            for (const QString &line : i % 2 ? testsupport::removeLines(agent)
+                                             : testsupport::renameLines(agent, QStringLiteral("Renamed")))
+                ok = other.send(line).value("ok").toBool() && ok;
+            const QJsonArray prompts = other.send(QStringLiteral("state")).value("prompts").toArray();
+            done << (ok && prompts.size() <= 1);
+        }
+        // The answer to the install comes when it is over.
+        QProcess &installing = installer.process();
+        while (!installing.canReadLine())
+            QVERIFY(installing.waitForReadyRead(300000));
+        const QByteArray answer = installing.readLine();
+        QVERIFY2(QJsonDocument::fromJson(answer).object().value("ok").toBool(), answer.constData());
+        const QJsonObject installed = installer.send(QStringLiteral("log"));
+        other.send(QStringLiteral("quit"));
+        installer.send(QStringLiteral("quit"));
+        QVERIFY(other.finish());
+        QVERIFY(installer.finish());
+
+        int logged = 0;
+        for (const QJsonValue &line : installed.value(QStringLiteral("lines")).toArray())
+            logged += line[QStringLiteral("text")].toString().contains(QLatin1String("Greeter installed in"));
+
+        const std::unique_ptr<store::Database> db = store::Database::open(location);
+        const auto count = [&](const QString &sql, const QVariantList &values = {}) {
+            return db->scalar(sql, values).toInt();
+        };
+        QCOMPARE(
+            count(QStringLiteral("SELECT count(*) FROM bindings b WHERE NOT EXISTS(SELECT 1 FROM messages m"
+                                 " WHERE m.entry_id = b.message) OR NOT EXISTS(SELECT 1 FROM messages m"
+                                 " WHERE m.entry_id = b.state_message)")),
+            0);
+        QCOMPARE(count(QStringLiteral("SELECT count(*) FROM messages m WHERE m.hidden = 1 AND m.class = ? AND"
+                                      " NOT EXISTS(SELECT 1 FROM bindings b WHERE b.message = m.entry_id)"),
+                       {mapi::kBindingClass}),
+                 0);
+        QCOMPARE(
+            count(QStringLiteral("SELECT count(*) FROM messages m WHERE m.hidden = 1 AND m.class = ? AND"
+                                 " NOT EXISTS(SELECT 1 FROM bindings b WHERE b.state_message = m.entry_id)"),
+                  {mapi::kStateClass}),
+            0);
+        QCOMPARE(
+            count(QStringLiteral("SELECT count(*) FROM messages m WHERE m.hidden = 1 AND m.class = ? AND"
+                                 " NOT EXISTS(SELECT 1 FROM fields f WHERE f.message = m.id AND f.tag = ?)"),
+                  {mapi::kBindingClass, mapi::tagKey(mapi::PR_SCRIPT)}),
+            0);
+        qInfo("installed: %d; renamed: %d; old left: %d", logged,
+              count(QStringLiteral("SELECT count(*) FROM bindings WHERE name = 'Renamed'")),
+              count(QStringLiteral("SELECT count(*) FROM bindings WHERE name = 'Old'")));
+        QVERIFY(logged > 0);
+        const QString inFolder =
+            QStringLiteral("SELECT count(*) FROM bindings b JOIN folders f ON f.id = b.folder"
+                           " WHERE f.name = ? AND b.name = ?");
+        for (int i = 0; i < kFolders; ++i)
+            if (done.at(i))
+                QVERIFY2(count(inFolder, {folderName(i), QStringLiteral("Old")}) == 0 &&
+                             count(inFolder, {folderName(i), QStringLiteral("Renamed")}) == (i % 2 ? 0 : 1),
+                         qPrintable(folderName(i)));
+        QCOMPARE(count(QStringLiteral("SELECT count(*) FROM bindings WHERE name = 'Greeter'")), logged);
+        QVERIFY(done.count(true) > kFolders / 2);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPgTwoDrivers)
+#include "test_pgtwodrivers.moc"

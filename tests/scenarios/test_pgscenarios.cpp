@@ -1,0 +1,50 @@
+// Scenarios of installing, changing, deleting agents and saving scripts run
+// again with every fixture made on a PostgreSQL server instead of a file.
+#include "tests/support/pgserver.h"
+
+#include <QProcess>
+#include <QtTest>
+
+#include <memory>
+
+class TestPgScenarios : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<testsupport::PgServer> m_server;
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_server = std::make_unique<testsupport::PgServer>();
+        SORRELIN_REQUIRE_PGSERVER(*m_server);
+    }
+
+    void scenario_data()
+    {
+        QTest::addColumn<QString>("file");
+        for (const char *name :
+             {"agents/install", "agents/install_checks", "agents/install_routing", "agents/properties",
+              "agents/properties_errors", "agents/delete", "agents/target_folders", "scripts/save_modes",
+              "scripts/save_as", "scripts/save_error", "scripts/new_script"})
+            QTest::newRow(name) << QStringLiteral(SORRELIN_SCENARIOS "/%1.scn").arg(QLatin1String(name));
+    }
+    void scenario()
+    {
+        QFETCH(QString, file);
+        QProcess runner;
+        runner.setWorkingDirectory(QStringLiteral(SORRELIN_SOURCE));
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("SORRELIN_DRIVER_STORE_SERVER"),
+                   m_server->location(QStringLiteral("postgres")));
+        runner.setProcessEnvironment(env);
+        runner.setProcessChannelMode(QProcess::MergedChannels);
+        runner.start(QStringLiteral(SORRELIN_SCENARIO_RUNNER), {QStringLiteral(SORRELIN_DRIVER), file});
+        QVERIFY(runner.waitForFinished(120000));
+        const QByteArray output = runner.readAll();
+        QVERIFY2(runner.exitStatus() == QProcess::NormalExit && runner.exitCode() == 0, output.constData());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPgScenarios)
+#include "test_pgscenarios.moc"
