@@ -243,6 +243,7 @@ void TestRegistry::readWithABuffer_data()
     QTest::addColumn<uint>("sizeAfter");
     QTest::newRow("larger") << 100u << ERROR_SUCCESS << 6u;
     QTest::newRow("just right") << 6u << ERROR_SUCCESS << 6u;
+    QTest::newRow("one short") << 5u << ERROR_MORE_DATA << 6u;
     QTest::newRow("none") << 0u << ERROR_MORE_DATA << 6u;
 }
 
