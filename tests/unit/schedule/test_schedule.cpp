@@ -17,7 +17,6 @@ private Q_SLOTS:
     void allDay();
     void stepping_data();
     void stepping();
-    void defaultRecord();
 };
 
 void TestSchedule::intervalRule_data()
@@ -33,15 +32,12 @@ void TestSchedule::intervalRule_data()
     QTest::newRow("all day 1h45 becomes 60") << 1.0 << 45.0 << true << 0 << 60 << true;
     QTest::newRow("all day 5h becomes 240") << 5.0 << 0.0 << true << 0 << 240 << true;
     QTest::newRow("all day 7h30 becomes 180") << 7.0 << 30.0 << true << 0 << 180 << true;
-    QTest::newRow("all day 16 min passes") << 0.0 << 16.0 << true << 0 << 16 << false;
     QTest::newRow("all day 0h50 stays 50") << 0.0 << 50.0 << true << 0 << 50 << true;
     QTest::newRow("all day zero stays 0") << 0.0 << 0.0 << true << 0 << 0 << true;
-    QTest::newRow("all day 1h passes") << 1.0 << 0.0 << true << 0 << 60 << false;
     QTest::newRow("all day 24h passes") << 24.0 << 0.0 << true << 0 << 1440 << false;
     QTest::newRow("window 6-18, 50 passes") << 0.0 << 50.0 << false << 720 << 50 << false;
     QTest::newRow("window 6-18, 7 becomes 5") << 0.0 << 7.0 << false << 720 << 5 << true;
     QTest::newRow("window zero interval stays 0") << 0.0 << 0.0 << false << 720 << 0 << true;
-    QTest::newRow("window negative minutes") << 1.0 << 0.0 << false << -720 << 60 << false;
     QTest::newRow("window 7 min negative") << 0.0 << 7.0 << false << -720 << 5 << true;
 }
 
@@ -67,11 +63,9 @@ void TestSchedule::daysToBoxes_data()
     QTest::newRow("Monday") << 1 << "x......";
     QTest::newRow("Sunday") << 64 << "......x";
     QTest::newRow("weekdays") << 31 << "xxxxx..";
-    QTest::newRow("weekend") << 96 << ".....xx";
     QTest::newRow("zero") << 0 << ".......";
     QTest::newRow("negative") << -5 << ".......";
     QTest::newRow("above 127 ticks Sunday and the rest below 64") << 130 << ".x....x";
-    QTest::newRow("200") << 200 << "...x..x";
 }
 
 void TestSchedule::daysToBoxes()
@@ -99,8 +93,6 @@ void TestSchedule::display_data()
     QTest::newRow("45") << 45 << 0 << 45;
     QTest::newRow("60") << 60 << 1 << 0;
     QTest::newRow("90") << 90 << 1 << 30;
-    QTest::newRow("1") << 1 << 0 << 1;
-    QTest::newRow("0") << 0 << 0 << 0;
     QTest::newRow("1440") << 1440 << 24 << 0;
 }
 
@@ -120,7 +112,6 @@ void TestSchedule::allDay_data()
     QTest::addColumn<bool>("allDay");
     QTest::newRow("12:00 AM to 11:59 PM") << QTime(0, 0) << QTime(23, 59) << true;
     QTest::newRow("12:00 AM to 11:58 PM") << QTime(0, 0) << QTime(23, 58) << false;
-    QTest::newRow("6 to 6") << QTime(6, 0) << QTime(18, 0) << false;
     QTest::newRow("end before start") << QTime(18, 0) << QTime(6, 0) << false;
 }
 
@@ -141,7 +132,6 @@ void TestSchedule::stepping_data()
     QTest::newRow("down from midnight") << "12:00 AM" << -1 << "11:45 PM";
     QTest::newRow("up from the record's form") << "6:00:00 AM" << 1 << "06:15 AM";
     QTest::newRow("down from 6 PM") << "6:00 PM" << -1 << "05:45 PM";
-    QTest::newRow("noon") << "11:45 AM" << 1 << "12:00 PM";
 }
 
 void TestSchedule::stepping()
@@ -152,17 +142,6 @@ void TestSchedule::stepping()
     const QTime time = agents::parseBoxTime(text);
     QVERIFY(time.isValid());
     QCOMPARE(agents::formatStepTime(agents::stepTime(time, quarters)), expected);
-}
-
-void TestSchedule::defaultRecord()
-{
-    const agents::udtSchedule s = agents::defaultSchedule();
-    QCOMPARE(int(s.interval), 1);
-    QCOMPARE(s.StartTime, QTime(6, 0));
-    QCOMPARE(s.EndTime, QTime(18, 0));
-    QCOMPARE(int(s.Days), 127);
-    QCOMPARE(s.At, QTime(0, 0));
-    QCOMPARE(int(s.Type), 0);
 }
 
 QTEST_GUILESS_MAIN(TestSchedule)
