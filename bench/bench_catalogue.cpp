@@ -25,12 +25,11 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
     const QString path = bench::benchStore(argc, argv, dir);
     ui::ScriptedPrompter prompter;
-    bench::useBenchProfile(prompter, path);
     app::Program program(prompter);
-    if (!app::Main(program))
+    frmMain *started = bench::startOnBenchStore(prompter, program, path);
+    if (!started)
         return 1;
-    QCoreApplication::processEvents();
-    frmMain &main = *program.gfrmMain;
+    frmMain &main = *started;
 
     // The list: from the command to its window on the screen, which is then
     // closed as a user would.

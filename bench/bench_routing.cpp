@@ -91,12 +91,11 @@ int main(int argc, char *argv[])
     store::loadFixture(routingFixture(kMessages), path);
     const double made = t.nsecsElapsed() / 1e6;
     ui::ScriptedPrompter prompter;
-    bench::useBenchProfile(prompter, path);
     app::Program program(prompter);
-    if (!app::Main(program))
+    frmMain *started = bench::startOnBenchStore(prompter, program, path);
+    if (!started)
         return 1;
-    QCoreApplication::processEvents();
-    frmMain &main = *program.gfrmMain;
+    frmMain &main = *started;
     const QList<QTreeWidgetItem *> found =
         main.treOutl->findItems(QStringLiteral("Router"), Qt::MatchExactly | Qt::MatchRecursive);
     if (found.isEmpty())

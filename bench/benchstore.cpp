@@ -1,5 +1,8 @@
 #include "bench/benchstore.h"
 
+#include "app/frmmain.h"
+#include "app/program.h"
+
 #include "platform/controls/ssdbgrid.h"
 #include "platform/mapi/profiles.h"
 #include "platform/mapi/tags.h"
@@ -8,11 +11,12 @@
 #include "platform/store/generate.h"
 #include "platform/ui/scriptedprompter.h"
 
+#include <QCoreApplication>
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QEvent>
-#include <QTimer>
 #include <QSqlRecord>
+#include <QTimer>
 
 #include <algorithm>
 #include <cstdio>
@@ -105,6 +109,15 @@ double sqlPassMs(const store::Database &db, const QString &user)
     }
     std::sort(times.begin(), times.end());
     return times.at(times.size() / 2);
+}
+
+frmMain *startOnBenchStore(ui::ScriptedPrompter &prompter, app::Program &program, const QString &storePath)
+{
+    useBenchProfile(prompter, storePath);
+    if (!app::Main(program))
+        return nullptr;
+    QCoreApplication::processEvents();
+    return program.gfrmMain;
 }
 
 } // namespace bench

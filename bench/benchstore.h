@@ -8,6 +8,10 @@
 namespace ui {
 class ScriptedPrompter;
 }
+namespace app {
+struct Program;
+}
+class frmMain;
 namespace store {
 class Database;
 }
@@ -27,6 +31,10 @@ void prepareEnvironment(const QTemporaryDir &dir);
 /// Writes the profile "Bench" of Alice Admin on `storePath`, and has the
 /// prompter take it when the program logs on.
 void useBenchProfile(ui::ScriptedPrompter &prompter, const QString &storePath);
+
+/// Starts the program on the profile "Bench" of `storePath` and lets its
+/// main window settle; the main window, or null when the start failed.
+frmMain *startOnBenchStore(ui::ScriptedPrompter &prompter, app::Program &program, const QString &storePath);
 
 /// Notes the time on `timer` at which the form named `formName` shows and
 /// the rows of its grid, and closes it as a user would. Installed on the

@@ -74,13 +74,7 @@ void TestStoreSafety::makeBadStore(const QString &kind, const QString &path)
     } else if (kind == QLatin1String("text")) {
         writeAll(path, "Dear admin, this is a letter, not a store.\n");
     } else if (kind == QLatin1String("foreign")) {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("foreign"));
-        db.setDatabaseName(path);
-        QVERIFY(db.open());
-        QSqlQuery(QStringLiteral("CREATE TABLE recipes(name TEXT)"), db).exec();
-        db.close();
-        db = QSqlDatabase();
-        QSqlDatabase::removeDatabase(QStringLiteral("foreign"));
+        QVERIFY(testsupport::makeForeignDatabase(path));
     } else {
         store::loadFixture(testsupport::fixture(QStringLiteral("agents.json")), path);
         if (kind == QLatin1String("version")) {

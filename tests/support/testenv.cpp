@@ -3,6 +3,8 @@
 #include "platform/os/userfolders.h"
 
 #include <QDir>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QStandardPaths>
 
 namespace testsupport {
@@ -24,6 +26,20 @@ QString sourceDir()
 QString fixture(const QString &name)
 {
     return sourceDir() + QStringLiteral("/tests/fixtures/") + name;
+}
+
+bool makeForeignDatabase(const QString &path)
+{
+    const QString name = QStringLiteral("foreign-database");
+    bool made = false;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        db.setDatabaseName(path);
+        made = db.open() && QSqlQuery(db).exec(QStringLiteral("CREATE TABLE recipes(name TEXT)"));
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(name);
+    return made;
 }
 
 } // namespace testsupport

@@ -21,6 +21,10 @@ private:
     QTemporaryDir m_dir;
 };
 
+/// Makes at `path` an SQLite database of some other program (a table of
+/// its own, none of a store's); false when it can't be made.
+bool makeForeignDatabase(const QString &path);
+
 /// The source tree (for share/ and test fixtures).
 QString sourceDir();
 

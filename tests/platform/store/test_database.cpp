@@ -68,14 +68,7 @@ void TestDatabase::badStore()
     } else if (kind == QLatin1String("text")) {
         writeFile("just some text, no database at all");
     } else if (kind == QLatin1String("foreign")) {
-        // An SQLite database of some other program.
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("foreign"));
-        db.setDatabaseName(path);
-        QVERIFY(db.open());
-        QSqlQuery(QStringLiteral("CREATE TABLE recipes(name TEXT)"), db).exec();
-        db.close();
-        db = QSqlDatabase();
-        QSqlDatabase::removeDatabase(QStringLiteral("foreign"));
+        QVERIFY(testsupport::makeForeignDatabase(path));
     } else if (kind == QLatin1String("unversioned")) {
         store::Database::create(path)->run(QStringLiteral("DELETE FROM meta"));
     } else if (kind == QLatin1String("version")) {
