@@ -147,6 +147,14 @@ void writeProfile(const Profile &profile)
         profiles.setText(kDefault, profile.name);
 }
 
+void deleteProfile(const QString &name)
+{
+    if (name.isEmpty() || name.contains(QLatin1Char('\\')) ||
+        Registry::system().RegDeleteKey(HKEY_CURRENT_USER, profileKey(name)) != ERROR_SUCCESS)
+        throw com::ComError(com::err::CallFailed, kCdoSource,
+                            QStringLiteral("The profile \"%1\" could not be removed.").arg(name));
+}
+
 void makeDemoProfile(const QString &name)
 {
     const QString dir =

@@ -34,6 +34,9 @@ Profile readProfile(const QString &name);
 /// Records a profile and makes it the default one.
 void writeProfile(const Profile &profile);
 
+/// Removes a profile's key; the default profile is left as it was.
+void deleteProfile(const QString &name);
+
 /// Makes the demo store from the demo fixture, in the user's data folder
 /// (unless it is there already), and records the profile `name` on it.
 void makeDemoProfile(const QString &name);

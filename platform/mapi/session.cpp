@@ -18,7 +18,8 @@ void Session::Logon()
         throw com::ComError(com::err::UserCancel, kCdoSource,
                             QStringLiteral("[Collaboration Data Objects - [MAPI_E_USER_CANCEL(80040113)]]"
                                            " The user cancelled the logon."));
-    if (choice.offerDemo && name == choice.demoProfile)
+    // A profile made in the dialog under the demo's name is the user's own.
+    if (choice.offerDemo && name == choice.demoProfile && profileChoice().offerDemo)
         makeDemoProfile(name);
     Logon(name);
 }

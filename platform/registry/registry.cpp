@@ -307,6 +307,36 @@ long Registry::RegDeleteValue(HKEY key, const QString &name)
     return q.numRowsAffected() > 0 ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
 }
 
+long Registry::RegDeleteKey(HKEY key, const QString &subKey)
+{
+    OpenKey base;
+    QString path;
+    if (const long rc = d->beginBelow(key, subKey, base, path); rc != ERROR_SUCCESS)
+        return rc;
+    const QSqlDatabase db = d->db();
+    db::WriteTransaction transaction(db);
+    if (!transaction.isActive())
+        return ERROR_BADDB;
+    const qint64 id = db::findKey(db, base.root, path);
+    if (id == db::kMissing)
+        return ERROR_FILE_NOT_FOUND;
+    if (id <= 0)
+        return id == 0 ? ERROR_ACCESS_DENIED : ERROR_BADDB;
+    QSqlQuery q(db);
+    q.prepare(QStringLiteral("SELECT 1 FROM keys WHERE parent = ? LIMIT 1"));
+    q.addBindValue(id);
+    if (!q.exec() || q.next())
+        return ERROR_ACCESS_DENIED;
+    for (const QString &sql : {QStringLiteral("DELETE FROM \"values\" WHERE key = ?"),
+                               QStringLiteral("DELETE FROM keys WHERE id = ?")}) {
+        q.prepare(sql);
+        q.addBindValue(id);
+        if (!q.exec())
+            return ERROR_ACCESS_DENIED;
+    }
+    return transaction.commit() ? ERROR_SUCCESS : ERROR_ACCESS_DENIED;
+}
+
 long Registry::RegEnumKeyEx(HKEY key, uint32_t index, QString *name)
 {
     OpenKey k;

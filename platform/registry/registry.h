@@ -58,6 +58,9 @@ public:
     long RegQueryValueEx(HKEY key, const QString &name, uint32_t *type, QByteArray *data, uint32_t *size);
     long RegSetValueEx(HKEY key, const QString &name, uint32_t type, const QByteArray &data);
     long RegDeleteValue(HKEY key, const QString &name);
+    /// Deletes the key `subKey` below a key, with its values; a key that has
+    /// subkeys of its own stays (ERROR_ACCESS_DENIED).
+    long RegDeleteKey(HKEY key, const QString &subKey);
     /// The name of the subkey at `index` (from 0, in name order) of a key;
     /// ERROR_NO_MORE_ITEMS past the last.
     long RegEnumKeyEx(HKEY key, uint32_t index, QString *name);

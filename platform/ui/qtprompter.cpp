@@ -154,7 +154,7 @@ bool QtPrompter::showFont(CommonDialogState &state)
 
 QString QtPrompter::chooseProfile(const ProfileChoice &choice)
 {
-    ProfileDialog dialog(choice, QApplication::activeWindow());
+    ProfileDialog dialog(choice, *this, QApplication::activeWindow());
     return dialog.exec() == QDialog::Accepted ? dialog.profile() : QString();
 }
 

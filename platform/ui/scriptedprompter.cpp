@@ -1,6 +1,8 @@
 #include "platform/ui/scriptedprompter.h"
 
+#include "platform/mapi/profiles.h"
 #include "platform/ui/commondialogflags.h"
+#include "platform/ui/profileeditor.h"
 
 #include <QFileInfo>
 #include <QPrinter>
@@ -251,25 +253,24 @@ bool ScriptedPrompter::showFont(CommonDialogState &state)
     return chosen;
 }
 
-QString ScriptedPrompter::chooseProfile(const ProfileChoice &choice)
+QString ScriptedPrompter::chooseProfile(const ProfileChoice &first)
 {
-    PromptRecord r;
-    r.kind = QStringLiteral("profile");
-    r.text = choice.profiles.join(QLatin1Char('\n'));
-    r.title = QStringLiteral("Choose Profile");
-    r.extra.insert(QStringLiteral("default"), choice.defaultProfile);
-    r.extra.insert(QStringLiteral("offerDemo"), choice.offerDemo);
-    const QStringList listed = choice.offerDemo ? QStringList{choice.demoProfile} : choice.profiles;
-    // With nothing queued, or "OK", the dialog takes the profile it offers.
-    const QString offered = !m_defaultProfile.isEmpty() ? m_defaultProfile
-                            : choice.offerDemo          ? choice.demoProfile
-                                                        : choice.defaultProfile;
-    QString chosen;
-    if (m_answers.isEmpty()) {
-        r.answer = offered;
-        chosen = offered;
-    } else {
-        r.answer = m_answers.dequeue();
+    ProfileChoice choice = first;
+    QString made; // the profile the editor recorded last
+    for (;;) {
+        PromptRecord r;
+        r.kind = QStringLiteral("profile");
+        r.text = choice.profiles.join(QLatin1Char('\n'));
+        r.title = QStringLiteral("Choose Profile");
+        r.extra.insert(QStringLiteral("default"), choice.defaultProfile);
+        r.extra.insert(QStringLiteral("offerDemo"), choice.offerDemo);
+        const QStringList listed = choice.offerDemo ? QStringList{choice.demoProfile} : choice.profiles;
+        // With nothing queued, or "OK", the dialog takes the profile it
+        // offers: the one just made in the editor, if any.
+        const QString offered = !made.isEmpty()               ? made
+                                : !m_defaultProfile.isEmpty() ? m_defaultProfile
+                                : choice.offerDemo            ? choice.demoProfile
+                                                              : choice.defaultProfile;
         const auto listedAs = [&listed](const QString &name) {
             for (const QString &p : listed) {
                 if (p.compare(name, Qt::CaseInsensitive) == 0)
@@ -277,13 +278,37 @@ QString ScriptedPrompter::chooseProfile(const ProfileChoice &choice)
             }
             return QString();
         };
+        QString chosen;
+        const bool queued = !m_answers.isEmpty();
+        r.answer = queued ? m_answers.dequeue() : QStringLiteral("OK");
+        const bool properties = r.answer.startsWith(QLatin1String("Properties "));
+        if (r.answer == QLatin1String("New") || properties) {
+            // The editor opens over the chooser; when it closes the chooser
+            // is asked again.
+            const QString editing = properties ? listedAs(r.answer.mid(11).trimmed()) : QString();
+            if (properties && (editing.isEmpty() || choice.offerDemo)) {
+                fail(r,
+                     QStringLiteral("the profile dialog has no profile \"%1\" to edit").arg(r.answer.mid(11)),
+                     kCancel);
+                record(r);
+                return QString();
+            }
+            record(r);
+            ProfileEditor editor(*this, editing, nullptr);
+            if (editor.exec() == QDialog::Accepted)
+                made = editor.saved();
+            choice = mapi::profileChoice();
+            continue;
+        }
         if (r.answer == QLatin1String("OK"))
             chosen = offered;
         else if (r.answer != kCancel && (chosen = listedAs(r.answer)).isEmpty())
             fail(r, QStringLiteral("the profile dialog offers no profile \"%1\"").arg(r.answer), kCancel);
+        if (!queued)
+            r.answer = chosen;
+        record(r);
+        return chosen;
     }
-    record(r);
-    return chosen;
 }
 
 bool ScriptedPrompter::printDialog(const QString &kind, QPrinter &printer)

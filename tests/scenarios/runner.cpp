@@ -17,6 +17,7 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QTextStream>
+#include <QUrl>
 
 namespace {
 
@@ -162,7 +163,12 @@ int main(int argc, char *argv[])
         err << lastWhere << "\"" << lastCommand
             << "\" was refused: " << answer.value(QStringLiteral("error")).toString() << "\n";
     };
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+    // "{pgport}" stands for the port of the PostgreSQL server the driver's
+    // stores are made on, when there is one.
+    QString text = QString::fromUtf8(file.readAll());
+    if (const QString server = qEnvironmentVariable("SORRELIN_DRIVER_STORE_SERVER"); !server.isEmpty())
+        text.replace(QLatin1String("{pgport}"), QString::number(QUrl(server).port()));
+    const QStringList lines = text.split(QLatin1Char('\n'));
     for (const QString &raw : lines) {
         ++lineNumber;
         const QString line = raw.endsWith(QLatin1Char('\r')) ? raw.chopped(1) : raw;

@@ -1,5 +1,7 @@
 // Scenarios of installing, changing, deleting agents and saving scripts run
-// again with every fixture made on a PostgreSQL server instead of a file.
+// again with every fixture made on a PostgreSQL server instead of a file;
+// and the profile dialog's server profiles, on a store loaded there first.
+#include "platform/store/fixture.h"
 #include "tests/support/pgserver.h"
 
 #include <QProcess>
@@ -18,6 +20,9 @@ private Q_SLOTS:
     {
         m_server = std::make_unique<testsupport::PgServer>();
         SORRELIN_REQUIRE_PGSERVER(*m_server);
+        const QString shared = m_server->createDatabase(QStringLiteral("profiles"));
+        QVERIFY(!shared.isEmpty());
+        store::loadFixture(QStringLiteral(SORRELIN_SOURCE "/tests/fixtures/agents.json"), shared);
     }
 
     void scenario_data()
@@ -28,6 +33,9 @@ private Q_SLOTS:
               "agents/properties_errors", "agents/delete", "agents/target_folders", "scripts/save_modes",
               "scripts/save_as", "scripts/save_error", "scripts/new_script"})
             QTest::newRow(name) << QStringLiteral(SORRELIN_SCENARIOS "/%1.scn").arg(QLatin1String(name));
+        // Only for a server: not run with the file scenarios.
+        QTest::newRow("app/profiles_server")
+            << QStringLiteral(SORRELIN_SCENARIOS "/app/profiles_server.pgscn");
     }
     void scenario()
     {

@@ -127,17 +127,23 @@ bool Driver::eventFilter(QObject *watched, QEvent *event)
         auto *w = static_cast<QWidget *>(watched);
         if (w->isWindow() && (w->isModal() || (m_pending->menuAnswers && qobject_cast<QMenu *>(w)))) {
             const std::shared_ptr<Pending> pending = m_pending;
-            QTimer::singleShot(0, this, [this, pending] {
-                if (pending->answered)
-                    return;
-                pending->answered = true;
-                reply(QJsonObject{{QStringLiteral("ok"), true}});
-                m_busy = false;
-                next();
-            });
+            QTimer::singleShot(0, this, [this, pending] { answer(pending); });
         }
     }
     return QObject::eventFilter(watched, event);
+}
+
+void Driver::answer(const std::shared_ptr<Pending> &pending)
+{
+    if (pending->answered)
+        return;
+    pending->answered = true;
+    if (pending->error.isEmpty())
+        reply(QJsonObject{{QStringLiteral("ok"), true}});
+    else
+        fail(pending->error);
+    m_busy = false;
+    next();
 }
 
 void Driver::act(std::function<void()> action, bool menuAnswers)
@@ -147,24 +153,33 @@ void Driver::act(std::function<void()> action, bool menuAnswers)
     pending->menuAnswers = menuAnswers;
     m_pending = pending;
     QTimer::singleShot(0, this, [this, pending, action = std::move(action)] {
+        const QWidget *modal = QApplication::activeModalWidget();
+        ++m_running;
         QString error;
         try {
             action();
         } catch (const std::exception &e) {
             error = QString::fromLocal8Bit(e.what());
         }
+        --m_running;
         if (pending->answered) {
             if (!error.isEmpty())
                 qWarning("sorrelin-driver: %s", qPrintable(error));
+            // The act that opened a form has gone on to its end after the
+            // form closed: the command that closed it is answered now.
+            if (m_pending && m_pending->deferred)
+                answer(m_pending);
             return;
         }
-        pending->answered = true;
-        if (error.isEmpty())
-            reply(QJsonObject{{QStringLiteral("ok"), true}});
-        else
-            fail(error);
-        m_busy = false;
-        next();
+        pending->error = error;
+        // This closed a modal form whose opener still runs: as a user sees
+        // the outcome only when the opener is done, the answer waits for it
+        // (or for the next modal form it opens).
+        if (m_running > 0 && QApplication::activeModalWidget() != modal) {
+            pending->deferred = true;
+            return;
+        }
+        answer(pending);
     });
 }
 

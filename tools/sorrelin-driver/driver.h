@@ -39,6 +39,9 @@ protected:
 private:
     void next();
     void reply(QJsonObject answer);
+    struct Pending;
+    /// Answers a user's act, once, and goes on with the next command.
+    void answer(const std::shared_ptr<Pending> &pending);
     void fail(const QString &error);
     /// Runs `action` as a user's act. It is answered when it returns, when
     /// a modal form opens, or with `menuAnswers` when a context menu opens.
@@ -74,8 +77,12 @@ private:
     struct Pending {
         bool answered = false;
         bool menuAnswers = false;
+        bool deferred = false; ///< done, waiting for the act that opened the form it closed
+        QString error;
     };
     std::shared_ptr<Pending> m_pending;
+    /// User's acts that have begun and not yet returned (nested in modal forms).
+    int m_running = 0;
 };
 
 } // namespace driver
