@@ -1,5 +1,6 @@
 #include "platform/ui/profiledialog.h"
 
+#include "platform/com/comerror.h"
 #include "platform/mapi/profiles.h"
 #include "platform/ui/profileeditor.h"
 
@@ -63,9 +64,15 @@ void ProfileDialog::fill(const ProfileChoice &choice, const QString &selected)
 
 void ProfileDialog::edit(const QString &editing)
 {
-    ProfileEditor editor(m_prompter, editing, this);
-    if (editor.exec() == QDialog::Accepted)
-        fill(mapi::profileChoice(), editor.saved());
+    try {
+        ProfileEditor editor(m_prompter, editing, this);
+        if (editor.exec() == QDialog::Accepted)
+            fill(mapi::profileChoice(), editor.saved());
+    } catch (const com::ComError &e) {
+        // Another program removed the profile since the list was made.
+        m_prompter.msgBox(e.description(), Buttons::OK, Icon::Exclamation, 1, QString());
+        fill(mapi::profileChoice(), QString());
+    }
 }
 
 QString ProfileDialog::profile() const
