@@ -3,7 +3,7 @@
 set -euo pipefail
 packages=(build-essential cmake ninja-build qt6-base-dev libqt6sql6-sqlite libqt6sql6-psql libsqlite3-dev
           postgresql
-          xvfb xauth fonts-dejavu-core poppler-utils dpkg-dev file)
+          xvfb xauth fonts-dejavu-core poppler-utils dpkg-dev file python3)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

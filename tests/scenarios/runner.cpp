@@ -4,6 +4,9 @@
 //   ~ PATH TEXT      the text at PATH contains TEXT (a JSON string if quoted)
 //   # PATH COUNT     the list at PATH has COUNT members
 //   ! PATH           there is nothing at PATH
+//   < PATH {OBJECT}  the object at PATH has these members with these values
+// Check lines between ":set NAME" and ":end" are kept, not run; ":check NAME"
+// runs them there, so that a file names once what several steps must show.
 // PATH is dotted (forms.frmMain.caption, prompts.0.text); a list member can
 // be chosen by a member's value: tree[path=\Mailbox - Alice Admin\Inbox].image,
 // and a member whose name holds dots or blanks is quoted:
@@ -12,6 +15,7 @@
 // after it tests "ok" (= ok false): a refusal is only right where expected.
 #include <QCoreApplication>
 #include <QFile>
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -126,6 +130,57 @@ std::pair<QString, QString> pathAndValue(const QString &rest)
     return {rest, QString()};
 }
 
+/// A line to run and where it stands in the file ("file:12: ").
+struct Line {
+    QString where;
+    QString text;
+};
+
+/// The file's lines without blanks and comments, each ":check NAME" replaced
+/// by the lines of its set.
+bool expandSets(const QString &scenario, const QString &content, QList<Line> &lines, QTextStream &err)
+{
+    QHash<QString, QList<Line>> sets;
+    QString defining;
+    int number = 0;
+    for (QString text : content.split(QLatin1Char('\n'))) {
+        ++number;
+        if (text.endsWith(QLatin1Char('\r')))
+            text.chop(1);
+        if (text.trimmed().isEmpty() || text.startsWith(QLatin1String("//")))
+            continue;
+        const QString where = QStringLiteral("%1:%2: ").arg(scenario).arg(number);
+        if (text.startsWith(QLatin1String(":set "))) {
+            defining = text.mid(5).trimmed();
+            sets[defining].clear();
+        } else if (text == QLatin1String(":end")) {
+            defining.clear();
+        } else if (text.startsWith(QLatin1String(":check "))) {
+            const QString name = text.mid(7).trimmed();
+            if (!sets.contains(name) || name == defining) {
+                err << where << "no set of checks \"" << name << "\" before this line\n";
+                return false;
+            }
+            QList<Line> &into = defining.isEmpty() ? lines : sets[defining];
+            for (const Line &kept : sets.value(name))
+                into << Line{where + kept.where, kept.text};
+        } else if (!defining.isEmpty()) {
+            if (text.startsWith(QLatin1String("> "))) {
+                err << where << "a set holds check lines only\n";
+                return false;
+            }
+            sets[defining] << Line{where, text};
+        } else {
+            lines << Line{where, text};
+        }
+    }
+    if (!defining.isEmpty()) {
+        err << scenario << ": the set \"" << defining << "\" has no \":end\"\n";
+        return false;
+    }
+    return true;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -150,7 +205,6 @@ int main(int argc, char *argv[])
         return 2;
     }
     QJsonObject answer;
-    int lineNumber = 0;
     int failures = 0;
     QString lastCommand;
     QString lastWhere;
@@ -168,13 +222,10 @@ int main(int argc, char *argv[])
     QString text = QString::fromUtf8(file.readAll());
     if (const QString server = qEnvironmentVariable("SORRELIN_DRIVER_STORE_SERVER"); !server.isEmpty())
         text.replace(QLatin1String("{pgport}"), QString::number(QUrl(server).port()));
-    const QStringList lines = text.split(QLatin1Char('\n'));
-    for (const QString &raw : lines) {
-        ++lineNumber;
-        const QString line = raw.endsWith(QLatin1Char('\r')) ? raw.chopped(1) : raw;
-        if (line.trimmed().isEmpty() || line.startsWith(QLatin1String("//")))
-            continue;
-        const QString where = QStringLiteral("%1:%2: ").arg(scenario).arg(lineNumber);
+    QList<Line> lines;
+    if (!expandSets(scenario, text, lines, err))
+        return 2;
+    for (const auto &[where, line] : lines) {
         if (line.startsWith(QLatin1String("> "))) {
             unexpectedRefusal();
             lastCommand = line.mid(2);
@@ -217,8 +268,18 @@ int main(int argc, char *argv[])
         } else if (kind == QLatin1Char('#')) {
             want = QStringLiteral("a list of ") + expected;
             ok = actual.isArray() && actual.toArray().size() == expected.toInt();
+        } else if (kind == QLatin1Char('<')) {
+            const QJsonObject members = QJsonDocument::fromJson(expected.toUtf8()).object();
+            if (members.isEmpty()) {
+                err << where << "the members " << expected << " are no JSON object\n";
+                return 2;
+            }
+            want = QStringLiteral("an object holding ") + expected;
+            ok = actual.isObject();
+            for (auto m = members.begin(); ok && m != members.end(); ++m)
+                ok = actual.toObject().value(m.key()) == m.value();
         } else {
-            err << where << "a line begins with \">\", \"=\", \"~\", \"#\", \"!\" or \"//\"\n";
+            err << where << "a line begins with \">\", \"=\", \"~\", \"#\", \"!\", \"<\", \":\" or \"//\"\n";
             return 2;
         }
         if (!ok) {

@@ -45,8 +45,10 @@ void TestDatabase::badStore_data()
     QTest::newRow("another database")
         << "foreign" << com::err::Corrupt << "is not a Sorrelin store: it is a database of another program.";
     QTest::newRow("no schema version") << "unversioned" << com::err::Corrupt << "no schema version";
-    QTest::newRow("other version") << "version" << com::err::Corrupt
+    QTest::newRow("newer version") << "version:99" << com::err::Corrupt
                                    << "is of version 99; this program reads version 1";
+    QTest::newRow("older version") << "version:0" << com::err::Corrupt
+                                   << "is of version 0; this program reads version 1";
     QTest::newRow("truncated") << "truncated" << com::err::Corrupt << "is damaged";
 }
 
@@ -71,8 +73,8 @@ void TestDatabase::badStore()
         QVERIFY(testsupport::makeForeignDatabase(path));
     } else if (kind == QLatin1String("unversioned")) {
         store::Database::create(path)->run(QStringLiteral("DELETE FROM meta"));
-    } else if (kind == QLatin1String("version")) {
-        store::Database::create(path)->setMeta(QStringLiteral("schema"), QStringLiteral("99"));
+    } else if (kind.startsWith(QLatin1String("version:"))) {
+        store::Database::create(path)->setMeta(QStringLiteral("schema"), kind.section(QLatin1Char(':'), 1));
     } else if (kind == QLatin1String("truncated")) {
         store::loadFixture(testsupport::fixture(QStringLiteral("agents.json")), path);
         QFile f(path);
