@@ -1,4 +1,3 @@
-#include "platform/com/comerror.h"
 #include "platform/controls/ssdbgrid.h"
 
 #include <QtTest>
@@ -8,9 +7,7 @@ class TestSSDBGrid : public QObject {
 
 private Q_SLOTS:
     void rowsKeepTheirText();
-    void selection();
     void exportWritesVisibleColumns();
-    void exportToAMissingFolderRaises();
     void captionAboveColumns();
 };
 
@@ -40,20 +37,6 @@ void TestSSDBGrid::rowsKeepTheirText()
     QCOMPARE(grid.cellText(5, 0), QString());
 }
 
-void TestSSDBGrid::selection()
-{
-    controls::SSDBGrid grid;
-    setUp(grid);
-    for (const char *row : {"A", "B", "C"})
-        grid.AddItem(QString::fromLatin1(row));
-    grid.setRow(-1);
-    QCOMPARE(grid.Row(), 0);
-    QVERIFY(grid.SelBookmarks().isEmpty());
-    grid.setRow(2);
-    QCOMPARE(grid.Row(), 2);
-    QCOMPARE(grid.SelBookmarks(), QList<int>{2});
-}
-
 void TestSSDBGrid::exportWritesVisibleColumns()
 {
     QTemporaryDir dir;
@@ -66,19 +49,6 @@ void TestSSDBGrid::exportWritesVisibleColumns()
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), QByteArray("Name\tFolder\tNew\r\nCaf\xe9\t\\Inbox\t-1\r\nB\t\t0\r\n"));
-}
-
-void TestSSDBGrid::exportToAMissingFolderRaises()
-{
-    QTemporaryDir dir;
-    controls::SSDBGrid grid;
-    setUp(grid);
-    try {
-        grid.Export(0, 167, dir.filePath(QStringLiteral("no/such/out.txt")));
-        QFAIL("no error raised");
-    } catch (const com::ComError &e) {
-        QCOMPARE(e.number(), 76);
-    }
 }
 
 void TestSSDBGrid::captionAboveColumns()

@@ -1,10 +1,12 @@
 // Bindings of an event source: their order and members, the store sequence
-// of a new binding, changes of an existing one, and Remove.
+// of a new binding, changes of an existing one, Remove, their schedules, and
+// the writes refused to a user who is no author on the folder's host.
+#include "platform/events/authors.h"
 #include "platform/events/events.h"
 #include "platform/mapi/session.h"
-#include "tests/platform/events/eventsfixture.h"
 #include "tests/support/storekit.h"
 
+#include <QSqlRecord>
 #include <QtTest>
 
 using testkit::errorOf;
@@ -12,11 +14,81 @@ using testkit::StoreKit;
 
 namespace {
 
+/// Two hosts, one open to every user and one with a list of authors; a
+/// mailbox with three agents of three handlers, a folder without an event
+/// source and an empty one; a mailbox on the restricted host; and a store
+/// whose host the configuration doesn't know.
+const QByteArray kFixture = R"({
+  "user": "Tess Tester",
+  "hosts": [
+    { "name": "H1", "handlers": [
+        { "class": "{69E54151-B371-11D0-BCD9-00AA00C1AB1C}", "name": "Script Handler" },
+        { "class": "{69E64151-B371-11D0-BCD9-00AA00C1AB1C}", "name": "Routing Handler" } ] },
+    { "name": "H2", "authors": [ "Someone Else" ], "handlers": [
+        { "class": "{69E54151-B371-11D0-BCD9-00AA00C1AB1C}", "name": "Script Handler" } ] } ],
+  "stores": [
+    { "name": "Mailbox - Tess Tester", "host": "H1", "folders": [
+      { "name": "Inbox", "agents": [
+        { "name": "Auto Reply", "mask": 3, "script": "old script",
+          "schedule": { "type": 1, "interval": 60, "start": "06:00", "end": "18:00", "days": 127, "at": "00:00" } },
+        { "name": "Router", "handler": "{69E64151-B371-11D0-BCD9-00AA00C1AB1C}", "mask": 15 },
+        { "name": "Clipper", "handler": "{11111111-2222-3333-4444-555555555555}", "mask": 4, "active": false } ] },
+      { "name": "NoSource", "eventSource": false },
+      { "name": "Empty" } ] },
+    { "name": "Mailbox - Other", "host": "H2", "folders": [
+      { "name": "Inbox", "agents": [ { "name": "Theirs", "script": "their script" } ] } ] },
+    { "name": "Lost Host", "host": "H9", "folders": [ { "name": "Inbox" } ] } ] })";
+
 const QString kInbox = QStringLiteral("\\Mailbox - Tess Tester\\Inbox");
 const QString kEmpty = QStringLiteral("\\Mailbox - Tess Tester\\Empty");
 constexpr int32_t kNotFound = static_cast<int32_t>(0x8004010F);
 constexpr int32_t kNoEventSource = static_cast<int32_t>(0x80041001);
-constexpr int32_t kNotLoggedOn = static_cast<int32_t>(0x80040111);
+const QString kTheirInbox = QStringLiteral("\\Mailbox - Other\\Inbox");
+
+/// Every row of the tables a binding write could touch.
+QStringList storeRows(StoreKit &kit)
+{
+    QStringList rows;
+    for (const char *sql :
+         {"SELECT id, folder, name, active, event_mask, handler_class, message, state_message, sched_type,"
+          " sched_interval, sched_start, sched_end, sched_days, sched_at FROM bindings ORDER BY id",
+          "SELECT id, entry_id, folder, hidden, class, subject, created, modified FROM messages ORDER BY id",
+          "SELECT message, tag, hex(value) FROM fields ORDER BY message, tag"}) {
+        QSqlQuery q = kit.db().run(QString::fromLatin1(sql));
+        while (q.next()) {
+            QStringList cells;
+            for (int i = 0; i < q.record().count(); ++i)
+                cells << q.value(i).toString();
+            rows << cells.join(QLatin1Char('|'));
+        }
+    }
+    return rows;
+}
+
+/// One write of a binding in the other mailbox's inbox.
+void write(StoreKit &kit, const QString &what)
+{
+    events::EventSource source = kit.events.GetEventSource(kit.folder(kTheirInbox), true);
+    events::Bindings &bindings = source.Bindings();
+    events::Binding theirs = bindings.Item(1);
+    if (what == QLatin1String("save existing")) {
+        theirs.setName(QStringLiteral("Mine now"));
+        theirs.SaveChanges();
+    } else if (what == QLatin1String("save new")) {
+        events::Binding b = bindings.Add();
+        b.setName(QStringLiteral("Intruder"));
+        b.setHandlerClassID(events::kScriptHandler);
+        b.SaveChanges();
+    } else if (what == QLatin1String("prepare custom changes")) {
+        theirs.PrepareCustomChanges();
+    } else if (what == QLatin1String("save custom changes")) {
+        theirs.SaveCustomChanges(kit.session.GetMessage(theirs.EntryID(), QString()));
+    } else if (what == QLatin1String("remove")) {
+        bindings.Remove(theirs);
+    } else if (what == QLatin1String("source save")) {
+        source.SaveChanges();
+    }
+}
 
 } // namespace
 
@@ -24,7 +96,7 @@ class TestBindings : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { m_kit = std::make_unique<StoreKit>(testkit::kEventsFixture); }
+    void init() { m_kit = std::make_unique<StoreKit>(kFixture); }
     void cleanup() { m_kit.reset(); }
     void eventSourceOfAFolder_data();
     void eventSourceOfAFolder();
@@ -32,13 +104,20 @@ private Q_SLOTS:
     void itemOutsideTheCollection_data();
     void itemOutsideTheCollection();
     void newBindingIsPendingUntilSaved();
-    void saveMakesBothMessages_data();
     void saveMakesBothMessages();
     void failedSaveLeavesNothing();
     void changesOfAStoredBinding();
     void saveOfARemovedBindingRaises();
     void removeTakesTheBindingAtOnce();
     void hostsAndHandlers();
+    void scheduleStoredAndReadBack_data();
+    void scheduleStoredAndReadBack();
+    void scheduleIsTheBindings();
+    void refusedWrite_data();
+    void refusedWrite();
+    void authorWrites_data() { refusedWrite_data(); }
+    void authorWrites();
+    void unknownHostTakesEveryone();
 
 private:
     events::EventSource source(const QString &path)
@@ -125,44 +204,26 @@ void TestBindings::newBindingIsPendingUntilSaved()
     QCOMPARE(m_kit->number(QStringLiteral("SELECT COUNT(*) FROM bindings")), 4);
 }
 
-void TestBindings::saveMakesBothMessages_data()
-{
-    QTest::addColumn<QString>("handler");
-    QTest::addColumn<QByteArray>("field");
-    QTest::newRow("script agent") << events::kScriptHandler << QByteArray("5141E56971B3D011BCD900AA00C1AB1C");
-    QTest::newRow("routing agent") << events::kRoutingHandler
-                                   << QByteArray("5141E66971B3D011BCD900AA00C1AB1C");
-}
-
 void TestBindings::saveMakesBothMessages()
 {
-    QFETCH(QString, handler);
-    QFETCH(QByteArray, field);
     events::EventSource empty = source(kEmpty);
     events::Binding b = empty.Bindings().Add();
     b.setName(QStringLiteral("Fresh"));
     b.setActive(true);
     b.setEventMask(9);
-    b.setHandlerClassID(handler);
-    events::Schedule s = b.Schedule();
-    s.Clear();
-    s.setAt(QTime(7, 30));
-    s.setDays(31);
-    s.setEndTime(QTime(23, 59));
-    s.setStartTime(QTime(0, 0));
-    s.setInterval(90);
-    s.setType(3);
+    b.setHandlerClassID(events::kScriptHandler);
+    b.Schedule().setInterval(90);
     b.SaveChanges();
 
     QVERIFY(!b.EntryID().isEmpty());
-    QVERIFY(!b.StateMessageID().isEmpty());
     QVERIFY(b.EntryID() != b.StateMessageID());
     const mapi::Folder folder = m_kit->folder(kEmpty);
     const mapi::Message message = m_kit->session.GetMessage(b.EntryID(), QString());
     QCOMPARE(message.Class(), mapi::kBindingClass);
     QCOMPARE(message.Subject(), QStringLiteral("Fresh"));
     QCOMPARE(message.FolderID(), folder.ID());
-    QCOMPARE(message.Fields(mapi::PR_HANDLER).Value().toByteArray(), field);
+    QCOMPARE(message.Fields(mapi::PR_HANDLER).Value().toByteArray(),
+             QByteArray("5141E56971B3D011BCD900AA00C1AB1C"));
     QCOMPARE(message.Fields(mapi::PR_CREATOR_NAME).Value().toByteArray(), QByteArray("Tess Tester"));
     const mapi::Message state = m_kit->session.GetMessage(b.StateMessageID(), QString());
     QCOMPARE(state.Class(), mapi::kStateClass);
@@ -171,10 +232,7 @@ void TestBindings::saveMakesBothMessages()
     QVERIFY(log.isValid());
     QCOMPARE(log.toByteArray(), QByteArray());
     // Both are hidden messages of the folder, and only they.
-    mapi::MessageList hidden = folder.HiddenMessages();
-    QCOMPARE(hidden.Count(), 2);
-    hidden.Filter().setType(mapi::kBindingClass);
-    QCOMPARE(hidden.Count(), 1);
+    QCOMPARE(folder.HiddenMessages().Count(), 2);
     QCOMPARE(folder.Messages().Count(), 0);
 
     // Read back through a new source: every member kept.
@@ -183,8 +241,7 @@ void TestBindings::saveMakesBothMessages()
     QCOMPARE(stored.Name(), QStringLiteral("Fresh"));
     QCOMPARE(stored.Active(), true);
     QCOMPARE(int(stored.EventMask()), 9);
-    QCOMPARE(stored.HandlerClassID(), handler);
-    QCOMPARE(stored.Schedule().At(), QTime(7, 30));
+    QCOMPARE(stored.HandlerClassID(), events::kScriptHandler);
     QCOMPARE(int(stored.Schedule().interval()), 90);
 }
 
@@ -282,6 +339,100 @@ void TestBindings::hostsAndHandlers()
     // Host names ignore case, as server names do.
     QCOMPARE(m_kit->events.Hosts().Item(QStringLiteral("h2")).Handlers().Count(), 1);
     QCOMPARE(errorOf([&] { m_kit->events.Hosts().Item(QStringLiteral("H9")); }), kNotFound);
+}
+
+void TestBindings::scheduleStoredAndReadBack_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<int>("interval");
+    QTest::addColumn<int>("days");
+    QTest::addColumn<QTime>("start");
+    QTest::addColumn<QTime>("end");
+    QTest::addColumn<QTime>("at");
+    QTest::addColumn<QTime>("startRead");
+    QTest::addColumn<QTime>("atRead");
+    QTest::newRow("hourly, all day") << 1 << 60 << 127 << QTime(0, 0) << QTime(23, 59) << QTime(0, 0)
+                                     << QTime(0, 0) << QTime(0, 0);
+    QTest::newRow("weekly with no day")
+        << 3 << 1 << 0 << QTime(6, 0) << QTime(18, 0) << QTime(9, 45) << QTime(6, 0) << QTime(9, 45);
+    QTest::newRow("seconds are dropped")
+        << 1 << 45 << 127 << QTime(6, 0, 59) << QTime(18, 0) << QTime(1, 2, 3) << QTime(6, 0) << QTime(1, 2);
+    QTest::newRow("an invalid time is midnight")
+        << 2 << 1 << 1 << QTime() << QTime(18, 0) << QTime(12, 0) << QTime(0, 0) << QTime(12, 0);
+}
+
+void TestBindings::scheduleStoredAndReadBack()
+{
+    QFETCH(int, type);
+    QFETCH(int, interval);
+    QFETCH(int, days);
+    QFETCH(QTime, start);
+    QFETCH(QTime, end);
+    QFETCH(QTime, at);
+    QFETCH(QTime, startRead);
+    QFETCH(QTime, atRead);
+    events::Binding b = source(kInbox).Bindings().Item(1);
+    events::Schedule s = b.Schedule();
+    s.Clear();
+    s.setAt(at);
+    s.setDays(static_cast<int16_t>(days));
+    s.setEndTime(end);
+    s.setStartTime(start);
+    s.setInterval(static_cast<int16_t>(interval));
+    s.setType(static_cast<int16_t>(type));
+    QCOMPARE(s.StartTime(), startRead);
+    QCOMPARE(s.At(), atRead);
+    b.SaveChanges();
+
+    const events::Schedule read = source(kInbox).Bindings().Item(1).Schedule();
+    QCOMPARE(int(read.Type()), type);
+    QCOMPARE(int(read.interval()), interval);
+    QCOMPARE(int(read.Days()), days);
+    QCOMPARE(read.StartTime(), startRead);
+    QCOMPARE(read.EndTime(), end);
+    QCOMPARE(read.At(), atRead);
+}
+
+void TestBindings::scheduleIsTheBindings()
+{
+    // Two schedule objects of one binding are the same settings, and the
+    // binding's copies share them.
+    events::Binding b = source(kInbox).Bindings().Item(1);
+    events::Binding copy = b;
+    b.Schedule().setInterval(30);
+    QCOMPARE(int(copy.Schedule().interval()), 30);
+    // Another binding's are apart.
+    QCOMPARE(int(source(kInbox).Bindings().Item(2).Schedule().interval()), 0);
+}
+
+void TestBindings::refusedWrite_data()
+{
+    QTest::addColumn<QString>("what");
+    for (const char *w : {"save existing", "save new", "prepare custom changes", "save custom changes",
+                          "remove", "source save"})
+        QTest::newRow(w) << QString::fromLatin1(w);
+}
+
+void TestBindings::refusedWrite()
+{
+    QFETCH(QString, what);
+    StoreKit &kit = *m_kit; // Tess Tester, no author on H2
+    const QStringList before = storeRows(kit);
+    QCOMPARE(errorOf([&] { write(kit, what); }), com::err::PermissionDenied);
+    QCOMPARE(storeRows(kit), before);
+}
+
+void TestBindings::authorWrites()
+{
+    QFETCH(QString, what);
+    StoreKit kit(kFixture, QStringLiteral("Someone Else"));
+    QCOMPARE(errorOf([&] { write(kit, what); }), 0);
+}
+
+void TestBindings::unknownHostTakesEveryone()
+{
+    QVERIFY(events::isAuthor(m_kit->session.MAPIOBJECT(), QStringLiteral("H9")));
+    QVERIFY(!events::isAuthor(m_kit->session.MAPIOBJECT(), QStringLiteral("H2")));
 }
 
 QTEST_GUILESS_MAIN(TestBindings)

@@ -1,4 +1,3 @@
-#include "platform/com/escapes.h"
 #include "platform/os/applog.h"
 #include "tests/support/testenv.h"
 
@@ -10,14 +9,11 @@ class TestAppLog : public QObject {
 private Q_SLOTS:
     void init();
     void cleanup();
-    void escapes_data();
-    void escapes();
     void oneLineAnEvent_data();
     void oneLineAnEvent();
     void eventsKeepTheirOrder();
     void linesThatAreNoEvents();
     void lineFormat();
-    void folderOfTheLog_data();
     void folderOfTheLog();
     void unwritableLog();
 
@@ -35,27 +31,6 @@ void TestAppLog::cleanup()
     m_home.reset();
 }
 
-void TestAppLog::escapes_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("line");
-    QTest::newRow("plain") << "plain"
-                           << "plain";
-    QTest::newRow("line breaks") << "a\r\nb"
-                                 << "a\\r\\nb";
-    QTest::newRow("backslash before n") << "C:\\new"
-                                        << "C:\\\\new";
-    QTest::newRow("tab and NUL") << QStringLiteral("a\tb") + QChar(u'\0') << "a\\tb\\0";
-}
-
-void TestAppLog::escapes()
-{
-    QFETCH(QString, text);
-    QFETCH(QString, line);
-    QCOMPARE(com::escapeLine(text), line);
-    QCOMPARE(com::unescapeLine(line), text);
-}
-
 void TestAppLog::oneLineAnEvent_data()
 {
     QTest::addColumn<QString>("text");
@@ -65,6 +40,8 @@ void TestAppLog::oneLineAnEvent_data()
     QTest::newRow("error with carriage returns")
         << "Could not install\rError# 70\rPermission denied" << 1 << "Sorrelin";
     QTest::newRow("beyond ASCII") << QStringLiteral("M\u00fcller \u65e5\u672c") << 4 << "Sorrelin";
+    QTest::newRow("backslashes, a tab and a NUL")
+        << QStringLiteral("C:\\new\\r\ta") + QChar(u'\0') << 2 << "Source\\with\nbreak";
 }
 
 void TestAppLog::oneLineAnEvent()
@@ -134,23 +111,10 @@ void TestAppLog::lineFormat()
     QCOMPARE(os::formatLogLine(r), QStringLiteral("2024-03-01 09:05:07\t4\tSorrelin\ttwo\\rlines"));
 }
 
-void TestAppLog::folderOfTheLog_data()
-{
-    QTest::addColumn<bool>("stateHomeSet");
-    QTest::addColumn<QString>("below");
-    QTest::newRow("XDG_STATE_HOME") << true << "state/sorrelin/application.log";
-}
-
 void TestAppLog::folderOfTheLog()
 {
-    QFETCH(bool, stateHomeSet);
-    QFETCH(QString, below);
-    const QByteArray saved = qgetenv("XDG_STATE_HOME");
-    if (!stateHomeSet)
-        qunsetenv("XDG_STATE_HOME");
     const QString path = os::ApplicationLog::defaultPath();
-    qputenv("XDG_STATE_HOME", saved);
-    QCOMPARE(path, m_home->path() + QLatin1Char('/') + below);
+    QCOMPARE(path, m_home->path() + QStringLiteral("/state/sorrelin/application.log"));
     // The folder is made with the first event.
     os::ApplicationLog log(path);
     QVERIFY(log.LogEvent(QStringLiteral("made"), os::kLogInformation));

@@ -5,7 +5,6 @@
 #include "platform/store/generate.h"
 #include "tests/support/testenv.h"
 
-#include <QJsonDocument>
 #include <QtTest>
 
 #include <memory>
@@ -16,10 +15,8 @@ class TestGenerate : public QObject {
 private Q_SLOTS:
     void init() { m_home = std::make_unique<testsupport::TestHome>(); }
     void cleanup() { m_home.reset(); }
-    void sameSeedSameStore();
     void sizes_data();
     void sizes();
-    void plausibleTree();
     void agentsAreWhole();
 
 private:
@@ -29,7 +26,6 @@ private:
         store::generateStore(o, path);
         return path;
     }
-    QJsonObject dump(const QString &path) const { return store::dumpStore(*store::Database::open(path)); }
 
     static store::GenerateOptions small(unsigned seed)
     {
@@ -45,13 +41,6 @@ private:
 
     std::unique_ptr<testsupport::TestHome> m_home;
 };
-
-void TestGenerate::sameSeedSameStore()
-{
-    const QJsonObject a = dump(generate(small(7), QStringLiteral("a.db")));
-    const QJsonObject b = dump(generate(small(7), QStringLiteral("b.db")));
-    QCOMPARE(QJsonDocument(a).toJson(), QJsonDocument(b).toJson());
-}
 
 void TestGenerate::sizes_data()
 {
@@ -87,36 +76,6 @@ void TestGenerate::sizes()
     // Every agent has two hidden messages; the rest are the other hidden ones.
     QCOMPARE(db->scalar(QStringLiteral("SELECT COUNT(*) FROM messages WHERE hidden = 1")).toInt(),
              2 * agents + hidden);
-}
-
-void TestGenerate::plausibleTree()
-{
-    store::GenerateOptions o;
-    o.stores = 2;
-    o.folders = 4000;
-    o.agents = 0;
-    o.messages = 0;
-    const auto db = store::Database::open(generate(o, QStringLiteral("t.db")));
-    // Depths below the store's root, from a walk down the tree.
-    QSqlQuery q = db->run(
-        QStringLiteral("WITH RECURSIVE d(id, depth) AS (SELECT id, 0 FROM folders WHERE parent IS NULL"
-                       " UNION ALL SELECT f.id, d.depth + 1 FROM folders f JOIN d ON f.parent = d.id)"
-                       " SELECT depth, COUNT(*) FROM d GROUP BY depth ORDER BY depth"));
-    QMap<int, int> byDepth;
-    while (q.next())
-        byDepth.insert(q.value(0).toInt(), q.value(1).toInt());
-    QCOMPARE(byDepth.value(0), 2);
-    QVERIFY2(byDepth.lastKey() >= 3 && byDepth.lastKey() <= 6, "a tree a few levels deep");
-    int reached = 0;
-    for (int n : byDepth)
-        reached += n;
-    QCOMPARE(reached, 4002); // every folder hangs below a root
-    // Siblings are numbered from 0 under each parent.
-    QCOMPARE(
-        db->scalar(QStringLiteral("SELECT COUNT(*) FROM (SELECT parent, MAX(seq) + 1 AS n, COUNT(*) AS c"
-                                  " FROM folders WHERE parent IS NOT NULL GROUP BY parent) WHERE n <> c"))
-            .toInt(),
-        0);
 }
 
 void TestGenerate::agentsAreWhole()
