@@ -26,21 +26,11 @@ constexpr quint32 kKillWindowUs = 12000;
 const QString kFolders = QStringLiteral("\\Mailbox - Tess Tester\\Empty | \\Mailbox - Tess "
                                         "Tester\\Parent\\Child | \\Mailbox - Tess Tester\\Inbox");
 
-QStringList install(int round)
-{
-    return testsupport::installLines(QStringLiteral("Killed %1").arg(round), kFolders);
-}
-
 QStringList remove(const QString &agent)
 {
     QStringList lines = testsupport::removeLines(agent);
     lines.insert(2, QStringLiteral("answer OK"));
     return lines;
-}
-
-QStringList rename(const QString &agent, int round)
-{
-    return testsupport::renameLines(agent, QStringLiteral("Renamed %1").arg(round));
 }
 
 } // namespace
@@ -89,10 +79,12 @@ int main(int argc, char *argv[])
         for (const auto node : driver.send(QStringLiteral("state")).value(QStringLiteral("tree")).toArray())
             if (node.toObject().value(QStringLiteral("image")).toInt() >= 19)
                 agents << node.toObject().value(QStringLiteral("path")).toString();
-        QStringList lines;
         const int what = agents.isEmpty() ? 0 : static_cast<int>(random.bounded(3));
         const QString agent = agents.isEmpty() ? QString() : agents.at(random.bounded(agents.size()));
-        lines = what == 0 ? install(round) : what == 1 ? remove(agent) : rename(agent, round);
+        const QStringList lines =
+            what == 0   ? testsupport::installLines(QStringLiteral("Killed %1").arg(round), kFolders)
+            : what == 1 ? remove(agent)
+                        : testsupport::renameLines(agent, QStringLiteral("Renamed %1").arg(round));
         // Everything up to the command that writes runs to its end; the kill
         // comes while that command runs, or just after.
         for (const QString &line : lines.mid(0, lines.size() - 1)) {

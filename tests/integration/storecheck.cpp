@@ -1,5 +1,7 @@
 #include "storecheck.h"
 
+#include "platform/store/database.h"
+
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -10,15 +12,36 @@ namespace testsupport {
 
 namespace {
 
-void collect(QSqlDatabase &db, const QString &what, const QString &sql, QSet<QString> &into)
+const std::pair<const char *, const char *> kHalfAgentQueries[] = {
+    {"binding without its binding message",
+     "SELECT b.name FROM bindings b LEFT JOIN messages m ON m.entry_id = b.message"
+     " AND m.class = 'IPC.Microsoft.EventBinding' WHERE m.id IS NULL"},
+    {"binding without its state message",
+     "SELECT b.name FROM bindings b LEFT JOIN messages m ON m.entry_id = b.state_message"
+     " AND m.class = 'IPC.Microsoft.ICS.EventBinding' WHERE m.id IS NULL"},
+    {"binding without a script", "SELECT b.name FROM bindings b JOIN messages m ON m.entry_id = b.message"
+                                 " LEFT JOIN fields f ON f.message = m.id AND f.tag = '0x7102001E'"
+                                 " WHERE f.message IS NULL"},
+    {"binding message without a binding",
+     "SELECT m.subject FROM messages m WHERE m.class = 'IPC.Microsoft.EventBinding'"
+     " AND NOT EXISTS (SELECT 1 FROM bindings b WHERE b.message = m.entry_id)"},
+    {"state message without a binding",
+     "SELECT m.subject FROM messages m WHERE m.class = 'IPC.Microsoft.ICS.EventBinding'"
+     " AND NOT EXISTS (SELECT 1 FROM bindings b WHERE b.state_message = m.entry_id)"},
+};
+
+/// Every query above through `run`, which gives the query it ran.
+template <class Run> QSet<QString> findHalfAgents(Run run)
 {
-    QSqlQuery q(db);
-    if (!q.exec(sql)) {
-        into << what + QStringLiteral(": ") + q.lastError().text();
-        return;
+    QSet<QString> found;
+    for (const auto &[what, sql] : kHalfAgentQueries) {
+        QSqlQuery q = run(QString::fromLatin1(sql));
+        if (!q.isActive())
+            found << QString::fromLatin1(what) + QStringLiteral(": ") + q.lastError().text();
+        while (q.next())
+            found << QString::fromLatin1(what) + QStringLiteral(": ") + q.value(0).toString();
     }
-    while (q.next())
-        into << what + QStringLiteral(": ") + q.value(0).toString();
+    return found;
 }
 
 } // namespace
@@ -40,36 +63,21 @@ StoreCheck StoreCheck::of(const QString &path)
                                   ? q.value(0).toString()
                                   : q.lastError().text();
             q.finish();
-            collect(
-                db, QStringLiteral("binding without its binding message"),
-                QStringLiteral("SELECT b.name FROM bindings b LEFT JOIN messages m ON m.entry_id = b.message"
-                               " AND m.class = 'IPC.Microsoft.EventBinding' WHERE m.id IS NULL"),
-                check.halfAgents);
-            collect(db, QStringLiteral("binding without its state message"),
-                    QStringLiteral("SELECT b.name FROM bindings b LEFT JOIN messages m ON m.entry_id ="
-                                   " b.state_message AND m.class = 'IPC.Microsoft.ICS.EventBinding'"
-                                   " WHERE m.id IS NULL"),
-                    check.halfAgents);
-            collect(db, QStringLiteral("binding without a script"),
-                    QStringLiteral("SELECT b.name FROM bindings b JOIN messages m ON m.entry_id = b.message"
-                                   " LEFT JOIN fields f ON f.message = m.id AND f.tag = '0x7102001E'"
-                                   " WHERE f.message IS NULL"),
-                    check.halfAgents);
-            collect(
-                db, QStringLiteral("binding message without a binding"),
-                QStringLiteral("SELECT m.subject FROM messages m WHERE m.class = 'IPC.Microsoft.EventBinding'"
-                               " AND NOT EXISTS (SELECT 1 FROM bindings b WHERE b.message = m.entry_id)"),
-                check.halfAgents);
-            collect(db, QStringLiteral("state message without a binding"),
-                    QStringLiteral("SELECT m.subject FROM messages m WHERE m.class = "
-                                   "'IPC.Microsoft.ICS.EventBinding' AND NOT EXISTS (SELECT 1 FROM bindings b"
-                                   " WHERE b.state_message = m.entry_id)"),
-                    check.halfAgents);
+            check.halfAgents = findHalfAgents([&](const QString &sql) {
+                QSqlQuery query(db);
+                query.exec(sql);
+                return query;
+            });
         }
         db.close();
     }
     QSqlDatabase::removeDatabase(name);
     return check;
+}
+
+QSet<QString> StoreCheck::halfAgentsIn(const store::Database &db)
+{
+    return findHalfAgents([&](const QString &sql) { return db.run(sql); });
 }
 
 } // namespace testsupport

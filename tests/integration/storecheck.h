@@ -3,6 +3,10 @@
 #include <QSet>
 #include <QString>
 
+namespace store {
+class Database;
+}
+
 namespace testsupport {
 
 /// What an independent reader finds in a store file: SQLite's own
@@ -14,6 +18,8 @@ struct StoreCheck {
     QSet<QString> halfAgents;
 
     static StoreCheck of(const QString &path);
+    /// The agents that are not whole in a store of either engine.
+    static QSet<QString> halfAgentsIn(const store::Database &db);
 };
 
 } // namespace testsupport

@@ -149,16 +149,11 @@ void TestLargeStores::program()
     QFETCH(QString, store);
     QFETCH(int, folders);
     QFETCH(QString, status);
-    const QString profiles =
-        QStringLiteral("\"HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion\\"
-                       "Windows Messaging Subsystem\\Profiles");
-    const QString input = profiles + QStringLiteral("\\Big\" User Alice Admin\n") + profiles +
-                          QStringLiteral("\\Big\" Store ") + m_home.file(store + QStringLiteral(".db")) +
-                          '\n' + profiles + QStringLiteral("\" DefaultProfile Big\n");
-    QByteArray commands;
-    for (const QString &line : input.split('\n', Qt::SkipEmptyParts))
-        commands += "reg " + line.toUtf8() + '\n';
-    commands += "start\nstate\nquit\n";
+    const QByteArray profiles = "reg \"HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion\\"
+                                "Windows Messaging Subsystem\\Profiles";
+    const QByteArray commands = profiles + "\\Big\" User Alice Admin\n" + profiles + "\\Big\" Store " +
+                                m_home.file(store + QStringLiteral(".db")).toUtf8() + '\n' + profiles +
+                                "\" DefaultProfile Big\nstart\nstate\nquit\n";
     const Result r = run(QStringLiteral(SORRELIN_DRIVER), {}, commands);
     QCOMPARE(r.code, 0);
     const QList<QByteArray> answers = r.out.trimmed().split('\n');

@@ -58,7 +58,6 @@ class TestIcons : public QObject {
 private Q_SLOTS:
     void everyIconIsPainted_data();
     void everyIconIsPainted();
-    void unknownImagesAreNull();
     void distinctKeysDiffer();
     void sheet();
 };
@@ -85,13 +84,6 @@ void TestIcons::everyIconIsPainted()
                  qPrintable(QStringLiteral("%1 px: %2 inked").arg(size).arg(inked)));
         QVERIFY2(inked < size * size, qPrintable(QStringLiteral("%1 px: fully opaque").arg(size)));
     }
-}
-
-void TestIcons::unknownImagesAreNull()
-{
-    QVERIFY(app::icons::treeImage(0).isNull());
-    QVERIFY(app::icons::treeImage(22).isNull());
-    QVERIFY(app::icons::toolbarImage(QStringLiteral("save")).isNull());
 }
 
 void TestIcons::distinctKeysDiffer()

@@ -17,24 +17,13 @@ const QByteArray kFixture = R"({
   "stores": [ { "name": "Mailbox - Tess Tester", "host": "H1", "folders": [
     { "name": "Plain" },
     { "name": "With Agents", "agents": [ { "name": "A" } ] },
-    { "name": "State Only", "hidden": [ { "subject": "leftover", "class": "IPC.Microsoft.ICS.EventBinding" } ] },
     { "name": "Other Hidden", "hidden": [ { "subject": "Routing Map Message", "class": "IPM.Note" } ] },
     { "name": "Lost Binding", "agents": [ { "name": "B", "binding": false, "stateMessage": false } ] },
     { "name": "Only Messages", "messages": [ { "subject": "EventBinding", "class": "IPC.Microsoft.EventBinding" } ] },
     { "name": "Access 62", "access": 62, "agents": [ { "name": "C" } ] },
-    { "name": "Access 0", "access": 0 },
     { "name": "No Source", "eventSource": false, "agents": [ { "name": "D" } ] },
-    { "name": "No Source Empty", "eventSource": false },
     { "name": "Above 63", "agents": [ { "name": "E" } ] },
-    { "name": "Lowered For Me", "agents": [ { "name": "F" } ] },
-    { "name": "Handlers", "agents": [
-        { "name": "Script", "handler": "{69E54151-B371-11D0-BCD9-00AA00C1AB1C}" },
-        { "name": "Routing", "handler": "{69E64151-B371-11D0-BCD9-00AA00C1AB1C}" },
-        { "name": "Other", "handler": "{8B1C2D3E-4F50-4A6B-9C7D-8E9F0A1B2C3D}" } ],
-      "hidden": [
-        { "subject": "Lower", "class": "IPC.Microsoft.EventBinding",
-          "fields": { "0x7804001E": "5141e56971b3d011bcd900aa00c1ab1c" } },
-        { "subject": "No Field", "class": "IPC.Microsoft.EventBinding" } ] } ] } ] })";
+    { "name": "Lowered For Me", "agents": [ { "name": "F" } ] } ] } ] })";
 
 const QString kMailbox = QStringLiteral("\\Mailbox - Tess Tester\\");
 
@@ -51,8 +40,6 @@ private Q_SLOTS:
     void unreadableRightsAreNoRights();
     void handlerField_data();
     void handlerField();
-    void bindingMessage_data();
-    void bindingMessage();
 
 private:
     std::unique_ptr<StoreKit> m_kit;
@@ -118,30 +105,6 @@ void TestFolderClass::handlerField()
     QFETCH(QByteArray, field);
     QFETCH(int, image);
     QCOMPARE(navigation::classifyHandlerField(field), image);
-}
-
-void TestFolderClass::bindingMessage_data()
-{
-    QTest::addColumn<QString>("subject");
-    QTest::addColumn<int>("image");
-    QTest::newRow("script agent") << "Script" << 19;
-    QTest::newRow("routing agent") << "Routing" << 20;
-    QTest::newRow("agent of another handler") << "Other" << 21;
-}
-
-void TestFolderClass::bindingMessage()
-{
-    QFETCH(QString, subject);
-    QFETCH(int, image);
-    // As the tree reads it: the handler field of each binding message.
-    const mapi::FolderScan scan(m_kit->session.MAPIOBJECT());
-    QStringList seen;
-    for (const mapi::BindingRow &row : scan.bindings(m_kit->folder(kMailbox + QStringLiteral("Handlers")))) {
-        seen << row.subject;
-        if (row.subject == subject)
-            QCOMPARE(navigation::classifyHandlerField(row.handler), image);
-    }
-    QVERIFY(seen.contains(subject));
 }
 
 QTEST_GUILESS_MAIN(TestFolderClass)

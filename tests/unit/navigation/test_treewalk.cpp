@@ -40,13 +40,9 @@ QString line(const navigation::DisplayNode &n)
 }
 
 /// The nodes of a session in the order the tree shows them.
-QVector<TreeNode> shown(StoreKit &kit, bool withAgents)
+QVector<navigation::DisplayNode> shown(StoreKit &kit)
 {
-    QVector<TreeNode> nodes;
-    for (const navigation::DisplayNode &n :
-         navigation::displayOrder(navigation::walkTree(kit.session, kit.events, withAgents).nodes))
-        nodes << n.node;
-    return nodes;
+    return navigation::displayOrder(navigation::walkTree(kit.session, kit.events, true).nodes);
 }
 
 } // namespace
@@ -57,9 +53,7 @@ class TestTreeWalk : public QObject {
 private Q_SLOTS:
     void initTestCase() { m_kit = std::make_unique<StoreKit>(kFixture); }
     void cleanupTestCase() { m_kit.reset(); }
-    void nodesInDisplayOrder_data();
     void nodesInDisplayOrder();
-    void nodeRecords();
     void equalTextsKeepTheirOrder();
     void noServerStoreLeavesTheRoot();
     void displayOrderOfAnyInput();
@@ -68,10 +62,9 @@ private:
     std::unique_ptr<StoreKit> m_kit;
 };
 
-void TestTreeWalk::nodesInDisplayOrder_data()
+void TestTreeWalk::nodesInDisplayOrder()
 {
-    QTest::addColumn<bool>("withAgents");
-    QTest::addColumn<QStringList>("lines"); // path|image|depth
+    // path|image|depth
     const QStringList top{"|2|0",
                           "\\Mailbox - Alice Admin|1|1",
                           "\\Mailbox - Alice Admin\\Archive|6|2",
@@ -89,41 +82,10 @@ void TestTreeWalk::nodesInDisplayOrder_data()
     const QStringList rest{"\\Mailbox - Alice Admin\\Locked|18|2", "\\Public Folders|1|1",
                            "\\Public Folders\\All Public Folders|6|2",
                            "\\Public Folders\\All Public Folders\\Shared|6|3", "\\Public Folders\\Extra|6|2"};
-    QTest::newRow("with agents") << true << top + agents + rest;
-}
-
-void TestTreeWalk::nodesInDisplayOrder()
-{
-    QFETCH(bool, withAgents);
-    QFETCH(QStringList, lines);
     QStringList seen;
-    for (const navigation::DisplayNode &n :
-         navigation::displayOrder(navigation::walkTree(m_kit->session, m_kit->events, withAgents).nodes))
+    for (const navigation::DisplayNode &n : shown(*m_kit))
         seen << line(n);
-    QCOMPARE(seen, lines);
-}
-
-void TestTreeWalk::nodeRecords()
-{
-    const QVector<TreeNode> nodes = shown(*m_kit, true);
-    const mapi::InfoStore mailbox = m_kit->session.InfoStores().at(2);
-    const TreeNode &store = nodes.at(1);
-    QCOMPARE(store.key, mailbox.Name());
-    QCOMPARE(store.tag, mailbox.RootFolder().StoreID());
-    QCOMPARE(store.parentKey, QStringLiteral("root"));
-
-    const mapi::Folder inbox = m_kit->folder(QStringLiteral("\\Mailbox - Alice Admin\\inbox"));
-    const TreeNode &folder = nodes.at(7);
-    QCOMPARE(folder.key, inbox.ID());
-    QCOMPARE(folder.tag, inbox.StoreID());
-    QCOMPARE(folder.parentKey, mailbox.Name());
-
-    const mapi::Message alpha =
-        m_kit->hidden(QStringLiteral("\\Mailbox - Alice Admin\\inbox"), QStringLiteral("Alpha agent"));
-    const TreeNode &agent = nodes.at(8);
-    QCOMPARE(agent.key, alpha.ID());
-    QCOMPARE(agent.tag, alpha.StoreID());
-    QCOMPARE(agent.parentKey, inbox.ID());
+    QCOMPARE(seen, top + agents + rest);
 }
 
 void TestTreeWalk::equalTextsKeepTheirOrder()
@@ -136,9 +98,9 @@ void TestTreeWalk::equalTextsKeepTheirOrder()
         if (m.Subject() == QLatin1String("Twin"))
             twins << m.ID();
     QStringList walked;
-    for (const TreeNode &n : shown(*m_kit, true))
-        if (n.text == QLatin1String("Twin"))
-            walked << n.key;
+    for (const navigation::DisplayNode &n : shown(*m_kit))
+        if (n.node.text == QLatin1String("Twin"))
+            walked << n.node.key;
     QCOMPARE(walked, twins);
 }
 

@@ -8,8 +8,6 @@ class TestEditors : public QObject {
 private Q_SLOTS:
     void editorCommand_data();
     void editorCommand();
-    void viewerCommand_data();
-    void viewerCommand();
     void editorForSize_data();
     void editorForSize();
 };
@@ -34,54 +32,46 @@ const QString kNone = QStringLiteral("<none>");
 
 void TestEditors::editorCommand_data()
 {
+    QTest::addColumn<bool>("viewer");
     QTest::addColumn<QString>("editor");
     QTest::addColumn<QString>("otherPath");
     QTest::addColumn<bool>("isNT");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("Notepad: cut at %1, quote kept") << "Notepad"
+    QTest::newRow("Notepad: cut at %1, quote kept") << false << "Notepad"
                                                     << "" << false << "\"/usr/bin/mousepad\" ";
-    QTest::newRow("Notepad on NT") << "Notepad"
+    QTest::newRow("Notepad on NT") << false << "Notepad"
                                    << "" << true << "notepad ";
-    QTest::newRow("Wordpad: closing quote dropped") << "Wordpad"
+    QTest::newRow("Wordpad: closing quote dropped") << false << "Wordpad"
                                                     << "" << false << "\"/usr/bin/kate\" --block ";
-    QTest::newRow("no %1: whole") << "Visual Basic"
+    QTest::newRow("no %1: whole") << false << "Visual Basic"
                                   << "" << false << "/usr/bin/codium --wait";
-    QTest::newRow("missing key") << "Visual InterDev"
+    QTest::newRow("missing key") << false << "Visual InterDev"
                                  << "" << false << "";
-    QTest::newRow("Other trimmed, one blank") << "Other"
+    QTest::newRow("Other trimmed, one blank") << false << "Other"
                                               << "  /opt/ed -w  " << false << "/opt/ed -w ";
-    QTest::newRow("Other n/a") << "Other"
+    QTest::newRow("Other n/a") << false << "Other"
                                << "n/a" << false << "";
-    QTest::newRow("unknown name") << "Emacs"
+    QTest::newRow("unknown name") << false << "Emacs"
                                   << "" << false << kNone;
+    QTest::newRow("viewer Notepad") << true << "Notepad"
+                                    << "" << false << "\"/usr/bin/mousepad\" ";
+    QTest::newRow("viewer Wordpad") << true << "Wordpad"
+                                    << "" << false << "\"/usr/bin/kate\" --block ";
+    QTest::newRow("Visual Basic: no viewer") << true << "Visual Basic"
+                                             << "" << false << kNone;
 }
 
 void TestEditors::editorCommand()
 {
+    QFETCH(bool, viewer);
     QFETCH(QString, editor);
     QFETCH(QString, otherPath);
     QFETCH(bool, isNT);
     QFETCH(QString, expected);
-    const std::optional<QString> command = scripts::editorCommand(editor, otherPath, isNT, classCommand);
+    const std::optional<QString> command =
+        viewer ? scripts::viewerCommand(editor, isNT, classCommand)
+               : scripts::editorCommand(editor, otherPath, isNT, classCommand);
     QCOMPARE(command.value_or(kNone), expected);
-}
-
-void TestEditors::viewerCommand_data()
-{
-    QTest::addColumn<QString>("viewer");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("Notepad") << "Notepad"
-                             << "\"/usr/bin/mousepad\" ";
-    QTest::newRow("Wordpad") << "Wordpad"
-                             << "\"/usr/bin/kate\" --block ";
-    QTest::newRow("Visual Basic: no viewer") << "Visual Basic" << kNone;
-}
-
-void TestEditors::viewerCommand()
-{
-    QFETCH(QString, viewer);
-    QFETCH(QString, expected);
-    QCOMPARE(scripts::viewerCommand(viewer, false, classCommand).value_or(kNone), expected);
 }
 
 void TestEditors::editorForSize_data()

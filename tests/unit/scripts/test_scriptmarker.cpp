@@ -8,7 +8,6 @@ class TestScriptMarker : public QObject {
 private Q_SLOTS:
     void marker_data();
     void marker();
-    void eightBitRoundTrip();
 };
 
 void TestScriptMarker::marker_data()
@@ -28,14 +27,6 @@ void TestScriptMarker::marker()
     QFETCH(QString, text);
     QFETCH(bool, valid);
     QCOMPARE(scripts::hasScriptMarker(text), valid);
-}
-
-void TestScriptMarker::eightBitRoundTrip()
-{
-    QByteArray all;
-    for (int b = 0; b < 256; ++b)
-        all.append(static_cast<char>(b));
-    QCOMPARE(scripts::paneToScript(scripts::scriptToPane(all)), all);
 }
 
 QTEST_GUILESS_MAIN(TestScriptMarker)
