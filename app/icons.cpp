@@ -973,6 +973,14 @@ QVector<QIcon> treeImageList()
     return list;
 }
 
+QStringList toolbarKeys()
+{
+    QStringList keys;
+    for (const ToolbarPicture &picture : kToolbar)
+        keys << QString::fromLatin1(picture.key);
+    return keys;
+}
+
 QIcon toolbarImage(const QString &key)
 {
     static QHash<QString, QIcon> cache;

@@ -16,6 +16,8 @@ QVector<QIcon> treeImageList();
 /// A toolbar picture by its image key ("New", "Save", ...); a null icon for
 /// a key it does not know. Keys are case-sensitive.
 QIcon toolbarImage(const QString &key);
+/// The keys `toolbarImage` knows, in the order of its pictures.
+QStringList toolbarKeys();
 /// The product's picture for the splash and about windows: 96 by 96, with
 /// 48 and 192 px versions.
 QIcon splashPicture();

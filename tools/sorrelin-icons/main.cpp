@@ -2,7 +2,9 @@
 // drawing, as the PNG files of the hicolor icon theme.
 //
 //   sorrelin-icons OUTDIR SIZE...   writes OUTDIR/hicolor/SIZExSIZE/apps/sorrelin.png
+//   sorrelin-icons --sheet FILE     every picture at each size on one PNG sheet
 #include "app/icons.h"
+#include "tools/sorrelin-icons/sheet.h"
 
 #include <QDir>
 #include <QGuiApplication>
@@ -14,8 +16,15 @@ int main(int argc, char *argv[])
 {
     QGuiApplication app(argc, argv);
     const QStringList args = QCoreApplication::arguments().mid(1);
+    if (args.size() == 2 && args.at(0) == QLatin1String("--sheet")) {
+        if (writeSheet(args.at(1)))
+            return 0;
+        std::fprintf(stderr, "sorrelin-icons: the sheet could not be written to %s\n",
+                     qPrintable(args.at(1)));
+        return 1;
+    }
     if (args.size() < 2) {
-        std::fputs("usage: sorrelin-icons OUTDIR SIZE...\n", stderr);
+        std::fputs("usage: sorrelin-icons OUTDIR SIZE... | --sheet FILE\n", stderr);
         return 2;
     }
     const QIcon icon = app::icons::appIcon();
