@@ -25,9 +25,9 @@ ProfileDialog::ProfileDialog(const ProfileChoice &choice, Prompter &prompter, QW
     m_list->setObjectName(QStringLiteral("profiles"));
     layout->addWidget(m_list);
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    auto *add = buttons->addButton(QStringLiteral("New..."), QDialogButtonBox::ActionRole);
+    auto *add = buttons->addButton(QStringLiteral("&New..."), QDialogButtonBox::ActionRole);
     add->setObjectName(QStringLiteral("cmdNew"));
-    m_properties = buttons->addButton(QStringLiteral("Properties..."), QDialogButtonBox::ActionRole);
+    m_properties = buttons->addButton(QStringLiteral("&Properties..."), QDialogButtonBox::ActionRole);
     m_properties->setObjectName(QStringLiteral("cmdProperties"));
     m_ok = buttons->button(QDialogButtonBox::Ok);
     layout->addWidget(buttons);

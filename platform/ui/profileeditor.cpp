@@ -42,10 +42,10 @@ ProfileEditor::ProfileEditor(Prompter &prompter, const QString &editing, QWidget
     setModal(true);
     txtName = named(new QLineEdit(this), "txtName");
     txtUser = named(new QLineEdit(this), "txtUser");
-    optFile = named(new QRadioButton(QStringLiteral("Store file"), this), "optFile");
-    optServer = named(new QRadioButton(QStringLiteral("PostgreSQL server"), this), "optServer");
+    optFile = named(new QRadioButton(QStringLiteral("&Store file"), this), "optFile");
+    optServer = named(new QRadioButton(QStringLiteral("&PostgreSQL server"), this), "optServer");
     txtStore = named(new QLineEdit(this), "txtStore");
-    cmdBrowse = button("cmdBrowse", QStringLiteral("Browse..."), this);
+    cmdBrowse = button("cmdBrowse", QStringLiteral("&Browse..."), this);
     txtHost = named(new QLineEdit(this), "txtHost");
     txtPort = named(new QLineEdit(this), "txtPort");
     txtDatabase = named(new QLineEdit(this), "txtDatabase");
@@ -59,35 +59,34 @@ ProfileEditor::ProfileEditor(Prompter &prompter, const QString &editing, QWidget
     cmdOK->setDefault(true);
     cmdCancel = button("cmdCancel", QStringLiteral("Cancel"), this);
 
-    auto *names = new QFormLayout;
-    names->addRow(QStringLiteral("Name:"), txtName);
-    names->addRow(QStringLiteral("User:"), txtUser);
+    // One form, so that the labels of every group line up.
+    auto *form = new QFormLayout;
+    form->addRow(QStringLiteral("&Name:"), txtName);
+    form->addRow(QStringLiteral("&User:"), txtUser);
+    form->addRow(optFile);
     auto *file = new QHBoxLayout;
     file->addWidget(txtStore, 1);
     file->addWidget(cmdBrowse);
-    auto *fileRows = new QFormLayout;
-    fileRows->addRow(QStringLiteral("File:"), file);
-    auto *serverRows = new QFormLayout;
-    serverRows->addRow(QStringLiteral("Host:"), txtHost);
-    serverRows->addRow(QStringLiteral("Port:"), txtPort);
-    serverRows->addRow(QStringLiteral("Database:"), txtDatabase);
-    serverRows->addRow(QStringLiteral("Login:"), txtLogin);
-    serverRows->addRow(lblPassword);
+    auto *fileLabel = new QLabel(QStringLiteral("F&ile:"), this);
+    fileLabel->setBuddy(txtStore);
+    form->addRow(fileLabel, file);
+    form->addRow(optServer);
+    form->addRow(QStringLiteral("&Host:"), txtHost);
+    form->addRow(QStringLiteral("P&ort:"), txtPort);
+    form->addRow(QStringLiteral("&Database:"), txtDatabase);
+    form->addRow(QStringLiteral("&Login:"), txtLogin);
+    form->addRow(lblPassword);
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(cmdOK);
     buttons->addWidget(cmdCancel);
     auto *layout = new QVBoxLayout(this);
-    layout->addLayout(names);
-    layout->addWidget(optFile);
-    layout->addLayout(fileRows);
-    layout->addWidget(optServer);
-    layout->addLayout(serverRows);
+    layout->addLayout(form);
     layout->addLayout(buttons);
-    m_fileFields = {txtStore, cmdBrowse, fileRows->labelForField(file)};
+    m_fileFields = {txtStore, cmdBrowse, form->labelForField(file)};
     m_serverFields = {txtHost, txtPort, txtDatabase, txtLogin, lblPassword};
     for (QLineEdit *field : {txtHost, txtPort, txtDatabase, txtLogin})
-        m_serverFields << serverRows->labelForField(field);
+        m_serverFields << form->labelForField(field);
     txtStore->setMinimumWidth(txtStore->fontMetrics().averageCharWidth() * 40);
 
     const mapi::ProfileDraft draft = editing.isEmpty() ? mapi::ProfileDraft{} : mapi::profileDraft(editing);
