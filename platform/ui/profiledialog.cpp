@@ -42,8 +42,7 @@ ProfileDialog::ProfileDialog(const ProfileChoice &choice, Prompter &prompter, QW
 void ProfileDialog::fill(const ProfileChoice &choice, const QString &selected)
 {
     m_list->clear();
-    m_demo = choice.offerDemo;
-    if (m_demo) {
+    if (choice.offerDemo) {
         m_label->setText(
             QStringLiteral("There is no mail profile yet. Sorrelin can make the profile \"%1\" on a "
                            "demonstration store with mailboxes, public folders and agents to try "
@@ -59,7 +58,7 @@ void ProfileDialog::fill(const ProfileChoice &choice, const QString &selected)
     }
     m_ok->setEnabled(m_list->count() > 0);
     // The demo profile is only offered: there is nothing yet to edit.
-    m_properties->setEnabled(!m_demo && m_list->count() > 0);
+    m_properties->setEnabled(!choice.offerDemo && m_list->count() > 0);
 }
 
 void ProfileDialog::edit(const QString &editing)

@@ -31,7 +31,6 @@ private:
     QListWidget *m_list = nullptr;
     QPushButton *m_ok = nullptr;
     QPushButton *m_properties = nullptr;
-    bool m_demo = false;
 };
 
 } // namespace ui
