@@ -11,6 +11,8 @@
 // be chosen by a member's value: tree[path=\Mailbox - Alice Admin\Inbox].image,
 // and a member whose name holds dots or blanks is quoted:
 // forms.frmMain.controls."tbToolBar.Agent Properties".enabled
+// A check of several members alike names them in braces, and stands for one
+// check a member: = forms.frmMain.controls.{mnuFileOpen,"tbToolBar.Open"}.enabled true
 // A command answered with "ok":false fails the scenario unless a check line
 // after it tests "ok" (= ok false): a refusal is only right where expected.
 #include <QCoreApplication>
@@ -120,14 +122,40 @@ std::pair<QString, QString> pathAndValue(const QString &rest)
             quoted = !quoted;
         else if (quoted)
             continue;
-        else if (c == QLatin1Char('['))
+        else if (c == QLatin1Char('[') || c == QLatin1Char('{'))
             ++depth;
-        else if (c == QLatin1Char(']'))
+        else if (c == QLatin1Char(']') || c == QLatin1Char('}'))
             --depth;
         else if (c == QLatin1Char(' ') && depth == 0)
             return {rest.left(i), rest.mid(i + 1)};
     }
     return {rest, QString()};
+}
+
+/// A check line whose path names members in braces, as one check line a
+/// member: "= a.{b,"c d"}.e 1" is "= a.b.e 1" and "= a."c d".e 1".
+QStringList expandMembers(const QString &line)
+{
+    const auto [path, value] = pathAndValue(line.mid(2));
+    const qsizetype open = path.indexOf(QLatin1Char('{'));
+    const qsizetype close = path.indexOf(QLatin1Char('}'), open);
+    if (open < 0 || close < 0)
+        return {line};
+    QStringList members{QString()};
+    bool quoted = false;
+    for (const QChar c : path.mid(open + 1, close - open - 1)) {
+        if (c == QLatin1Char('"'))
+            quoted = !quoted;
+        if (c == QLatin1Char(',') && !quoted)
+            members << QString();
+        else
+            members.last() += c;
+    }
+    QStringList lines;
+    for (const QString &member : members)
+        lines << expandMembers(line.left(2) + path.left(open) + member.trimmed() + path.mid(close + 1) +
+                               QLatin1Char(' ') + value);
+    return lines;
 }
 
 /// A line to run and where it stands in the file ("file:12: ").
@@ -169,9 +197,13 @@ bool expandSets(const QString &scenario, const QString &content, QList<Line> &li
                 err << where << "a set holds check lines only\n";
                 return false;
             }
-            sets[defining] << Line{where, text};
-        } else {
+            for (const QString &check : expandMembers(text))
+                sets[defining] << Line{where, check};
+        } else if (text.startsWith(QLatin1String("> "))) {
             lines << Line{where, text};
+        } else {
+            for (const QString &check : expandMembers(text))
+                lines << Line{where, check};
         }
     }
     if (!defining.isEmpty()) {
