@@ -15,6 +15,8 @@
 
 #include <sys/resource.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr rlim_t kAddressSpace = rlim_t(3) << 30; // what a child may map
@@ -50,14 +52,9 @@ long childrenPeakMB()
     return usage.ru_maxrss / 1024;
 }
 
-int folderNodes(const QJsonArray &tree)
+bool isFolderImage(int image)
 {
-    int n = 0;
-    for (const QJsonValue &node : tree) {
-        const int image = node[QStringLiteral("image")].toInt();
-        n += image == 6 || image == 7 || image == 18;
-    }
-    return n;
+    return image == 6 || image == 7 || image == 18;
 }
 
 } // namespace
@@ -66,106 +63,93 @@ class TestLargeStores : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void storeTool_data();
-    void storeTool();
-    void program_data();
-    void program();
+    void initTestCase()
+    {
+        for (const auto &[name, folders, shape] : {std::tuple{"deep", 20000, store::FolderShape::Deep},
+                                                   std::tuple{"wide", 100000, store::FolderShape::Wide}}) {
+            store::generateStore(
+                {.stores = 1, .folders = folders, .agents = folders / 100, .messages = 0, .shape = shape},
+                m_home.file(QString::fromLatin1(name) + u".db"_s));
+        }
+    }
+
+    void storeTool_data()
+    {
+        QTest::addColumn<QString>("store");
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<int>("folders"); // -1: refused
+        QTest::addColumn<QString>("err");
+        const QString deeper = u"sorrelin-store tree: "_s + store::folderLevelsText() + '\n';
+        const QString noDump = u"holds folders more than %1 levels deep; a dump holds at most %1.\n"_s.arg(
+            store::kMaxFolderLevels);
+        QTest::newRow("deep tree") << "deep"
+                                   << "tree" << 0 << store::kMaxFolderLevels << deeper;
+        QTest::newRow("deep dump") << "deep"
+                                   << "dump" << 1 << -1 << noDump;
+        QTest::newRow("wide tree") << "wide"
+                                   << "tree" << 0 << 100000 << QString();
+        QTest::newRow("wide dump") << "wide"
+                                   << "dump" << 0 << 100000 << QString();
+    }
+    void storeTool()
+    {
+        QFETCH(QString, store);
+        QFETCH(QString, command);
+        QFETCH(int, code);
+        QFETCH(int, folders);
+        QFETCH(QString, err);
+        const Result r = run(QStringLiteral(SORRELIN_STORE_TOOL), {command, m_home.file(store + u".db"_s)});
+        QCOMPARE(r.code, code);
+        QVERIFY2(QString::fromUtf8(r.err).endsWith(err), r.err.constData());
+        if (command == "tree"_L1 && folders >= 0) {
+            int shown = 0;
+            for (const QString &line : QString::fromUtf8(r.out).split(u'\n'))
+                shown += isFolderImage(line.section(u"[image "_s, 1).section(u']', 0, 0).toInt());
+            QCOMPARE(shown, folders);
+        } else if (folders >= 0) {
+            QCOMPARE(QJsonDocument::fromJson(r.out)[u"stores"_s][0][u"folders"_s].toArray().size(), folders);
+        }
+        QVERIFY2(childrenPeakMB() <= kPeakMB, QByteArray::number(childrenPeakMB()).constData());
+    }
+
+    void program_data()
+    {
+        QTest::addColumn<QString>("store");
+        QTest::addColumn<int>("folders");
+        QTest::addColumn<QString>("status");
+        QTest::newRow("deep") << "deep" << store::kMaxFolderLevels << store::folderLevelsText();
+        QTest::newRow("wide") << "wide" << 100000 << u"Ready"_s;
+    }
+    void program()
+    {
+        QFETCH(QString, store);
+        QFETCH(int, folders);
+        QFETCH(QString, status);
+        const QByteArray profiles =
+            "reg \"HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion\\"
+            "Windows Messaging Subsystem\\Profiles";
+        const QByteArray commands = profiles + "\\Big\" User Alice Admin\n" + profiles + "\\Big\" Store " +
+                                    m_home.file(store + u".db"_s).toUtf8() + '\n' + profiles +
+                                    "\" DefaultProfile Big\nstart\nstate\nquit\n";
+        const Result r = run(QStringLiteral(SORRELIN_DRIVER), {}, commands);
+        QCOMPARE(r.code, 0);
+        const QList<QByteArray> answers = r.out.trimmed().split('\n');
+        QCOMPARE(answers.size(), 6);
+        for (const QByteArray &answer : answers)
+            QVERIFY2(QJsonDocument::fromJson(answer)[u"ok"_s].toBool(), answer.left(300).constData());
+        const QJsonDocument state = QJsonDocument::fromJson(answers.at(4));
+        QCOMPARE(state[u"status"_s].toString(), status);
+        int shown = 0;
+        for (const QJsonValue &node : state[u"tree"_s].toArray())
+            shown += isFolderImage(node[u"image"_s].toInt());
+        QCOMPARE(shown, folders);
+        QVERIFY2(childrenPeakMB() <= kPeakMB, QByteArray::number(childrenPeakMB()).constData());
+    }
 
 private:
     testsupport::TestHome m_home;
 };
-
-void TestLargeStores::initTestCase()
-{
-    for (const auto &[name, folders, shape] : {std::tuple{"deep", 20000, store::FolderShape::Deep},
-                                               std::tuple{"wide", 100000, store::FolderShape::Wide}}) {
-        store::GenerateOptions o;
-        o.stores = 1;
-        o.folders = folders;
-        o.agents = folders / 100;
-        o.messages = 0;
-        o.shape = shape;
-        store::generateStore(o, m_home.file(QString::fromLatin1(name) + QStringLiteral(".db")));
-    }
-}
-
-void TestLargeStores::storeTool_data()
-{
-    QTest::addColumn<QString>("store");
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<int>("folders"); // -1: refused
-    QTest::addColumn<QString>("err");
-    const QString deeper = QStringLiteral("sorrelin-store tree: ") + store::folderLevelsText() + '\n';
-    const QString noDump =
-        QStringLiteral("holds folders more than %1 levels deep; a dump holds at most %1.\n")
-            .arg(store::kMaxFolderLevels);
-    QTest::newRow("deep tree") << "deep"
-                               << "tree" << 0 << store::kMaxFolderLevels << deeper;
-    QTest::newRow("deep dump") << "deep"
-                               << "dump" << 1 << -1 << noDump;
-    QTest::newRow("wide tree") << "wide"
-                               << "tree" << 0 << 100000 << QString();
-    QTest::newRow("wide dump") << "wide"
-                               << "dump" << 0 << 100000 << QString();
-}
-
-void TestLargeStores::storeTool()
-{
-    QFETCH(QString, store);
-    QFETCH(QString, command);
-    QFETCH(int, code);
-    QFETCH(int, folders);
-    QFETCH(QString, err);
-    const QString path = m_home.file(store + QStringLiteral(".db"));
-    const Result r = run(QStringLiteral(SORRELIN_STORE_TOOL), {command, path});
-    QCOMPARE(r.code, code);
-    QVERIFY2(QString::fromUtf8(r.err).endsWith(err), r.err.constData());
-    if (command == QLatin1String("tree") && folders >= 0) {
-        int shown = 0;
-        for (const QByteArray &line : r.out.split('\n'))
-            shown += line.contains("[image 6]") || line.contains("[image 7]") || line.contains("[image 18]");
-        QCOMPARE(shown, folders);
-    } else if (folders >= 0) {
-        const QJsonArray top =
-            QJsonDocument::fromJson(r.out)[QStringLiteral("stores")][0][QStringLiteral("folders")].toArray();
-        QCOMPARE(top.size(), folders);
-    }
-    QVERIFY2(childrenPeakMB() <= kPeakMB, QByteArray::number(childrenPeakMB()).constData());
-}
-
-void TestLargeStores::program_data()
-{
-    QTest::addColumn<QString>("store");
-    QTest::addColumn<int>("folders");
-    QTest::addColumn<QString>("status");
-    QTest::newRow("deep") << "deep" << store::kMaxFolderLevels << store::folderLevelsText();
-    QTest::newRow("wide") << "wide" << 100000 << QStringLiteral("Ready");
-}
-
-void TestLargeStores::program()
-{
-    QFETCH(QString, store);
-    QFETCH(int, folders);
-    QFETCH(QString, status);
-    const QByteArray profiles = "reg \"HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion\\"
-                                "Windows Messaging Subsystem\\Profiles";
-    const QByteArray commands = profiles + "\\Big\" User Alice Admin\n" + profiles + "\\Big\" Store " +
-                                m_home.file(store + QStringLiteral(".db")).toUtf8() + '\n' + profiles +
-                                "\" DefaultProfile Big\nstart\nstate\nquit\n";
-    const Result r = run(QStringLiteral(SORRELIN_DRIVER), {}, commands);
-    QCOMPARE(r.code, 0);
-    const QList<QByteArray> answers = r.out.trimmed().split('\n');
-    QCOMPARE(answers.size(), 6);
-    for (const QByteArray &answer : answers)
-        QVERIFY2(QJsonDocument::fromJson(answer)[QStringLiteral("ok")].toBool(),
-                 answer.left(300).constData());
-    const QJsonDocument state = QJsonDocument::fromJson(answers.at(4));
-    QCOMPARE(state[QStringLiteral("status")].toString(), status);
-    QCOMPARE(folderNodes(state[QStringLiteral("tree")].toArray()), folders);
-    QVERIFY2(childrenPeakMB() <= kPeakMB, QByteArray::number(childrenPeakMB()).constData());
-}
 
 QTEST_GUILESS_MAIN(TestLargeStores)
 #include "test_largestores.moc"

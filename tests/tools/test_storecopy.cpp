@@ -12,6 +12,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 class TestStoreCopy : public QObject {
     Q_OBJECT
 
@@ -25,12 +27,12 @@ private:
         QProcess p;
         // The tool's profiles go where this test reads them.
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("XDG_CONFIG_HOME"),
+        env.insert(u"XDG_CONFIG_HOME"_s,
                    QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
         p.setProcessEnvironment(env);
         p.start(QStringLiteral(SORRELIN_STORE_TOOL), args);
         if (!p.waitForFinished(120000) || p.exitStatus() != QProcess::NormalExit || p.exitCode() != 0)
-            qWarning("sorrelin-store %s: %s", qPrintable(args.join(QLatin1Char(' '))),
+            qWarning("sorrelin-store %s: %s", qPrintable(args.join(u' ')),
                      p.readAllStandardError().constData());
         return p.exitCode() == 0 ? p.readAllStandardOutput() : QByteArray("failed");
     }
@@ -45,44 +47,44 @@ private Q_SLOTS:
     void copiedThereAndBackIsTheSame_data()
     {
         QTest::addColumn<QString>("fixture");
-        QTest::newRow("demo") << testsupport::sourceDir() + QStringLiteral("/share/demo.json");
-        QTest::newRow("agents") << testsupport::fixture(QStringLiteral("agents.json"));
-        QTest::newRow("routing") << testsupport::fixture(QStringLiteral("routing.json"));
+        QTest::newRow("demo") << testsupport::sourceDir() + u"/share/demo.json"_s;
+        QTest::newRow("agents") << testsupport::fixture(u"agents.json"_s);
+        QTest::newRow("routing") << testsupport::fixture(u"routing.json"_s);
     }
     void copiedThereAndBackIsTheSame()
     {
         QFETCH(QString, fixture);
         const QString tag = QString::fromLatin1(QTest::currentDataTag());
-        const QString original = m_home.file(tag + QStringLiteral("-original.db"));
-        const QString back = m_home.file(tag + QStringLiteral("-back.db"));
+        const QString original = m_home.file(tag + u"-original.db"_s);
+        const QString back = m_home.file(tag + u"-back.db"_s);
         const QString server = m_server->createDatabase(tag);
-        QVERIFY(!tool({QStringLiteral("load"), fixture, original}).startsWith("failed"));
-        QVERIFY(!tool({QStringLiteral("copy"), original, server}).startsWith("failed"));
-        QVERIFY(!tool({QStringLiteral("copy"), server, back}).startsWith("failed"));
-        const QByteArray dump = tool({QStringLiteral("dump"), original});
+        const QString loaded = m_server->createDatabase(tag + u"_loaded"_s);
+        QVERIFY(!tool({u"load"_s, fixture, original}).startsWith("failed"));
+        QVERIFY(!tool({u"copy"_s, original, server}).startsWith("failed"));
+        QVERIFY(!tool({u"copy"_s, server, back}).startsWith("failed"));
+        QVERIFY(!tool({u"load"_s, fixture, loaded}).startsWith("failed"));
+        const QByteArray dump = tool({u"dump"_s, original});
         QVERIFY(dump.contains("\"agents\""));
-        QCOMPARE(tool({QStringLiteral("dump"), server}), dump);
-        QCOMPARE(tool({QStringLiteral("dump"), back}), dump);
-        const QByteArray tree = tool({QStringLiteral("tree"), original});
+        QCOMPARE(tool({u"dump"_s, server}), dump);
+        QCOMPARE(tool({u"dump"_s, back}), dump);
+        // Loaded straight onto the server, the fixture gives the same store too;
+        // where it leaves times out, a load takes its own time for them.
+        if (tag == "demo"_L1)
+            QCOMPARE(tool({u"dump"_s, loaded}), dump);
+        const QByteArray tree = tool({u"tree"_s, original});
         QVERIFY(tree.contains("[image"));
-        QCOMPARE(tool({QStringLiteral("tree"), server}), tree);
+        QCOMPARE(tool({u"tree"_s, server}), tree);
     }
 
     void profileIsRecordedOnAStoreOnly()
     {
-        const QString empty = m_server->createDatabase(QStringLiteral("nostore"));
-        QCOMPARE(
-            tool({QStringLiteral("profile"), QStringLiteral("Empty"), QStringLiteral("Tess Tester"), empty}),
-            QByteArray("failed"));
-        QVERIFY_THROWS_EXCEPTION(com::ComError, mapi::readProfile(QStringLiteral("Empty")));
-
-        const QString team = m_server->createDatabase(QStringLiteral("team"));
-        QVERIFY(!tool({QStringLiteral("load"), testsupport::fixture(QStringLiteral("agents.json")), team})
-                     .startsWith("failed"));
-        QVERIFY(
-            !tool({QStringLiteral("profile"), QStringLiteral("Team"), QStringLiteral("Tess Tester"), team})
-                 .startsWith("failed"));
-        QCOMPARE(mapi::readProfile(QStringLiteral("Team")).store, team);
+        const QString empty = m_server->createDatabase(u"nostore"_s);
+        QCOMPARE(tool({u"profile"_s, u"Empty"_s, u"Tess Tester"_s, empty}), QByteArray("failed"));
+        QVERIFY_THROWS_EXCEPTION(com::ComError, mapi::readProfile(u"Empty"_s));
+        const QString team = m_server->createDatabase(u"team"_s);
+        QVERIFY(!tool({u"load"_s, testsupport::fixture(u"agents.json"_s), team}).startsWith("failed"));
+        QVERIFY(!tool({u"profile"_s, u"Team"_s, u"Tess Tester"_s, team}).startsWith("failed"));
+        QCOMPARE(mapi::readProfile(u"Team"_s).store, team);
     }
 };
 

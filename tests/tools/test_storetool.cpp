@@ -14,6 +14,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct Result {
@@ -22,31 +24,13 @@ struct Result {
     QString err;
 };
 
-const QString kUsage = QStringLiteral("Usage: sorrelin-store");
+const QString kUsage = u"Usage: sorrelin-store"_s;
+const QString kExpenses = u"\\Public Folders\\All Public Folders\\Expense Approvals\\"_s;
 
-/// The agents of a dumped folder, found by its names from the store down.
-QJsonObject dumpedFolder(const QJsonObject &dump, const QStringList &path)
+/// The object of `list` whose `member` is `name`.
+QJsonObject named(const QJsonValue &list, const QString &member, const QString &name)
 {
-    for (const QJsonValue &s : dump.value(QStringLiteral("stores")).toArray()) {
-        if (s[QStringLiteral("name")].toString() != path.first())
-            continue;
-        QJsonArray level = s[QStringLiteral("folders")].toArray();
-        QJsonObject found;
-        for (int i = 1; i < path.size(); ++i) {
-            found = {};
-            for (const QJsonValue &f : level)
-                if (f[QStringLiteral("name")].toString() == path.at(i))
-                    found = f.toObject();
-            level = found.value(QStringLiteral("folders")).toArray();
-        }
-        return found;
-    }
-    return {};
-}
-
-QJsonObject named(const QJsonArray &list, const QString &member, const QString &name)
-{
-    for (const QJsonValue &v : list)
+    for (const QJsonValue &v : list.toArray())
         if (v[member].toString() == name)
             return v.toObject();
     return {};
@@ -61,17 +45,147 @@ private Q_SLOTS:
     void init() { m_home = std::make_unique<testsupport::TestHome>(); }
     void cleanup() { m_home.reset(); }
 
-    void misuse_data();
-    void misuse();
-    void badFixture();
-    void loadThenDumpGivesTheStore();
-    void treeShowsEveryKindOfNode();
-    void setLog_data();
-    void setLog();
-    void refusedWriteChangesNothing_data();
-    void refusedWriteChangesNothing();
-    void routingWrites();
-    void logPrintsTheApplicationLog();
+    void misuse_data()
+    {
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<QString>("says");
+        QTest::newRow("nothing") << QStringList{} << kUsage;
+        QTest::newRow("unknown command") << QStringList{u"frobnicate"_s} << u"frobnicate"_s;
+        QTest::newRow("generate, word for a number")
+            << QStringList{u"generate"_s, u"g.db"_s, u"--folders"_s, u"many"_s} << u"many"_s;
+        QTest::newRow("generate, unknown option")
+            << QStringList{u"generate"_s, u"g.db"_s, u"--colour"_s, u"3"_s} << u"--colour"_s;
+    }
+    void misuse()
+    {
+        QFETCH(QStringList, args);
+        QFETCH(QString, says);
+        const Result r = tool(args);
+        QCOMPARE(r.code, 2);
+        QVERIFY2(r.err.contains(says), qPrintable(r.err));
+        QVERIFY2(r.err.contains(kUsage), qPrintable(r.err));
+        QCOMPARE(r.out, QString());
+        // A misused command touches nothing.
+        QCOMPARE(files(), QStringList());
+    }
+
+    void badFixture()
+    {
+        // The message names the file and the member; the rules are the fixture's.
+        const QString fixture =
+            write(u"bad.json"_s, R"({"user": "U", "stores": [{"name": "S", "colour": 1}]})");
+        const Result r = tool({u"load"_s, fixture, u"bad.db"_s});
+        QCOMPARE(r.code, 1);
+        QCOMPARE(r.out, QString());
+        QCOMPARE(r.err, u"sorrelin-store: %1: stores[0].colour: unknown member\n"_s.arg(fixture));
+        // No store, and nothing half-written beside where it would have been.
+        QCOMPARE(files(), QStringList{u"bad.json"_s});
+    }
+
+    void loadThenDumpGivesTheStore()
+    {
+        const Result loaded = tool({u"load"_s, testsupport::fixture(u"agents.json"_s), u"made.db"_s});
+        QCOMPARE(loaded.code, 0);
+        QCOMPARE(loaded.err, QString());
+        QCOMPARE(files(), QStringList{u"made.db"_s});
+        const Result dumped = tool({u"dump"_s, u"made.db"_s});
+        QCOMPARE(dumped.code, 0);
+        QCOMPARE(QJsonDocument::fromJson(dumped.out.toUtf8()).object(), dump(m_home->file(u"made.db"_s)));
+    }
+
+    void treeShowsEveryKindOfNode()
+    {
+        const Result r = tool({u"tree"_s, demoStore()});
+        QCOMPARE(r.code, 0);
+        QCOMPARE(r.err, QString());
+        QVERIFY2(r.out.startsWith(u"Current User: Alice Admin  [image 2]  "_s), qPrintable(r.out.left(200)));
+        // Each kind of node of the demo profile, with its picture; the depth is
+        // the indentation.
+        for (const QString &node :
+             {u"\n  Mailbox - Alice Admin  [image 1]  "_s, u"\n      Auto Reply  [image 19]  "_s,
+              u"\n        Expense Route  [image 20]  "_s, u"\n        Escalation Clip  [image 21]  "_s})
+            QVERIFY2(r.out.contains(node), qPrintable(node));
+        // No store of another provider reaches the tree.
+        QVERIFY(!r.out.contains(u"Personal Folders"_s));
+    }
+
+    void setLog()
+    {
+        const QString path = demoStore();
+        // Every 8-bit byte but NUL, as the service would write them.
+        QByteArray log("2026-11-23 07:00:00 Ran\r\n");
+        for (int b = 0x80; b <= 0xFF; ++b)
+            log += static_cast<char>(b);
+        const Result r =
+            tool({u"set-log"_s, path, u"\\Mailbox - Alice Admin\\Inbox\\Auto Reply"_s, u"-"_s}, log);
+        QCOMPARE(r.code, 0);
+        QCOMPARE(r.err, QString());
+        const QJsonValue inbox =
+            named(named(dump(path)[u"stores"_s], u"name"_s, u"Mailbox - Alice Admin"_s)[u"folders"_s],
+                  u"name"_s, u"Inbox"_s)[u"agents"_s];
+        QCOMPARE(named(inbox, u"name"_s, u"Auto Reply"_s)[u"log"_s].toString().toLatin1(), log);
+    }
+
+    void refusedWriteChangesNothing_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<QByteArray>("input");
+        QTest::addColumn<QString>("says");
+        const QString nobody = u"\\Mailbox - Alice Admin\\Inbox\\Nobody"_s;
+        QTest::newRow("set-log, no such agent") << "set-log" << nobody << QByteArray("text") << nobody;
+        QTest::newRow("add-map, not a list") << "add-map" << kExpenses + u"Trip to Lyon"_s
+                                             << QByteArray("{\"not\": \"a list\"}") << "expected a JSON list";
+    }
+    void refusedWriteChangesNothing()
+    {
+        QFETCH(QString, command);
+        QFETCH(QString, target);
+        QFETCH(QByteArray, input);
+        QFETCH(QString, says);
+        const QString path = demoStore();
+        const QJsonObject before = dump(path);
+        const Result r = tool({command, path, target, write(u"input"_s, input)});
+        QCOMPARE(r.code, 1);
+        QVERIFY2(r.err.startsWith(u"sorrelin-store: "_s) && r.err.contains(says), qPrintable(r.err));
+        QCOMPARE(dump(path), before);
+    }
+
+    void routingWrites()
+    {
+        const QString path = demoStore();
+        const QString message = kExpenses + u"Team lunch receipts"_s;
+        const QByteArray rows =
+            R"([{"activity": "10", "action": "Send", "flags": "0", "args": ["Manager"]}])";
+        const QByteArray votes =
+            R"([{"name": "Gina Grant", "status": "Reject", "at": "2026-11-23 09:00:00"}])";
+        QCOMPARE(tool({u"add-map"_s, path, message, write(u"map.json"_s, rows)}).code, 0);
+        QCOMPARE(tool({u"add-instance"_s, path, message, u"4711"_s, u"Waiting"_s, u"1"_s}).code, 0);
+        QCOMPARE(tool({u"add-votes"_s, path, message, u"-"_s}, votes).code, 0);
+        QJsonValue folder = named(dump(path)[u"stores"_s], u"name"_s, u"Public Folders"_s);
+        for (const QString &name : {u"All Public Folders"_s, u"Expense Approvals"_s})
+            folder = named(folder[u"folders"_s], u"name"_s, name);
+        const QJsonObject m = named(folder[u"messages"_s], u"subject"_s, u"Team lunch receipts"_s);
+        QCOMPARE(m[u"map"_s].toArray(), QJsonDocument::fromJson(rows).array());
+        QCOMPARE(m[u"instance"_s].toObject(),
+                 (QJsonObject{{u"rui"_s, 4711}, {u"status"_s, u"Waiting"_s}, {u"row"_s, 1}}));
+        QCOMPARE(m[u"votes"_s].toArray(), QJsonDocument::fromJson(votes).array());
+    }
+
+    void logPrintsTheApplicationLog()
+    {
+        os::ApplicationLog log;
+        QVERIFY(
+            log.LogEvent(u"Installed Auto Reply in \\Mailbox - Alice Admin\\Inbox"_s, os::kLogInformation));
+        QVERIFY(log.LogEvent(u"Could not install in \\Public Folders\\Favorites"_s, os::kLogError));
+        const Result r = tool({u"log"_s});
+        QCOMPARE(r.code, 0);
+        QStringList expected;
+        for (const os::LogRecord &record : log.read())
+            expected << os::formatLogLine(record);
+        QCOMPARE(expected.size(), 2);
+        QCOMPARE(r.out.split(u'\n', Qt::SkipEmptyParts), expected);
+    }
 
 private:
     Result tool(const QStringList &args, const QByteArray &input = {}) const
@@ -99,8 +213,8 @@ private:
     /// A store made from the demo profile's fixture.
     QString demoStore() const
     {
-        const QString path = m_home->file(QStringLiteral("demo.db"));
-        store::loadFixture(testsupport::sourceDir() + QStringLiteral("/share/demo.json"), path);
+        const QString path = m_home->file(u"demo.db"_s);
+        store::loadFixture(testsupport::sourceDir() + u"/share/demo.json"_s, path);
         return path;
     }
 
@@ -111,209 +225,6 @@ private:
 
     std::unique_ptr<testsupport::TestHome> m_home;
 };
-
-void TestStoreTool::misuse_data()
-{
-    QTest::addColumn<QStringList>("args");
-    QTest::addColumn<QString>("says");
-    QTest::newRow("nothing") << QStringList{} << kUsage;
-    QTest::newRow("unknown command") << QStringList{QStringLiteral("frobnicate")}
-                                     << QStringLiteral("frobnicate");
-    QTest::newRow("generate, word for a number")
-        << QStringList{QStringLiteral("generate"), QStringLiteral("g.db"), QStringLiteral("--folders"),
-                       QStringLiteral("many")}
-        << QStringLiteral("many");
-    QTest::newRow("generate, unknown option")
-        << QStringList{QStringLiteral("generate"), QStringLiteral("g.db"), QStringLiteral("--colour"),
-                       QStringLiteral("3")}
-        << QStringLiteral("--colour");
-}
-
-void TestStoreTool::misuse()
-{
-    QFETCH(QStringList, args);
-    QFETCH(QString, says);
-    const Result r = tool(args);
-    QCOMPARE(r.code, 2);
-    QVERIFY2(r.err.contains(says), qPrintable(r.err));
-    QVERIFY2(r.err.contains(kUsage), qPrintable(r.err));
-    QCOMPARE(r.out, QString());
-    // A misused command touches nothing.
-    QCOMPARE(files(), QStringList());
-}
-
-void TestStoreTool::badFixture()
-{
-    // The message names the file and the member; the rules are the fixture's.
-    const QString fixture =
-        write(QStringLiteral("bad.json"), R"({"user": "U", "stores": [{"name": "S", "colour": 1}]})");
-    const QStringList before = files();
-    const Result r = tool({QStringLiteral("load"), fixture, QStringLiteral("bad.db")});
-    QCOMPARE(r.code, 1);
-    QCOMPARE(r.out, QString());
-    QCOMPARE(r.err, QStringLiteral("sorrelin-store: %1: stores[0].colour: unknown member\n").arg(fixture));
-    // No store, and nothing half-written beside where it would have been.
-    QCOMPARE(files(), before);
-}
-
-void TestStoreTool::loadThenDumpGivesTheStore()
-{
-    const QString fixture = testsupport::fixture(QStringLiteral("agents.json"));
-    const Result loaded = tool({QStringLiteral("load"), fixture, QStringLiteral("made.db")});
-    QCOMPARE(loaded.code, 0);
-    QCOMPARE(loaded.err, QString());
-    QCOMPARE(files(), QStringList{QStringLiteral("made.db")});
-
-    const Result dumped = tool({QStringLiteral("dump"), QStringLiteral("made.db")});
-    QCOMPARE(dumped.code, 0);
-    QJsonParseError error;
-    const QJsonDocument doc = QJsonDocument::fromJson(dumped.out.toUtf8(), &error);
-    QCOMPARE(error.error, QJsonParseError::NoError);
-    QCOMPARE(doc.object(), dump(m_home->file(QStringLiteral("made.db"))));
-}
-
-void TestStoreTool::treeShowsEveryKindOfNode()
-{
-    const QString path = demoStore();
-    const Result r = tool({QStringLiteral("tree"), path});
-    QCOMPARE(r.code, 0);
-    QCOMPARE(r.err, QString());
-    const QStringList lines = r.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    QVERIFY(!lines.isEmpty());
-    QVERIFY2(lines.first().startsWith(QStringLiteral("Current User: Alice Admin")),
-             qPrintable(lines.first()));
-    QVERIFY(lines.first().contains(QStringLiteral("[image 2]")));
-    // Each kind of node of the demo profile, with its picture; the depth is
-    // the indentation.
-    const QList<std::tuple<QString, int, int>> expected = {
-        {QStringLiteral("Mailbox - Alice Admin"), 1, 1},
-        {QStringLiteral("Auto Reply"), 3, 19},
-        {QStringLiteral("Expense Route"), 4, 20},
-        {QStringLiteral("Escalation Clip"), 4, 21},
-    };
-    for (const auto &[text, depth, image] : expected) {
-        bool found = false;
-        for (const QString &line : lines) {
-            const QString indent(depth * 2, QLatin1Char(' '));
-            if (line.startsWith(indent + text + QLatin1Char(' ')) &&
-                line.contains(QStringLiteral("[image %1]").arg(image)))
-                found = true;
-        }
-        QVERIFY2(found, qPrintable(text));
-    }
-    // No store of another provider reaches the tree.
-    QVERIFY(!r.out.contains(QStringLiteral("Personal Folders")));
-}
-
-void TestStoreTool::setLog_data()
-{
-    QTest::addColumn<bool>("byPath");
-    QTest::addColumn<bool>("fromStdin");
-    QTest::newRow("by entry id, from a file") << false << false;
-    QTest::newRow("by path, from standard input") << true << true;
-}
-
-void TestStoreTool::setLog()
-{
-    QFETCH(bool, byPath);
-    QFETCH(bool, fromStdin);
-    const QString path = demoStore();
-    QString agent = QStringLiteral("\\Mailbox - Alice Admin\\Inbox\\Auto Reply");
-    if (!byPath) {
-        auto db = store::Database::open(path);
-        agent = db->scalar(QStringLiteral(
-                               "SELECT entry_id FROM messages WHERE class = 'IPC.Microsoft.EventBinding'"
-                               " AND subject = 'Auto Reply'"))
-                    .toString();
-        QVERIFY(!agent.isEmpty());
-    }
-    // Every 8-bit byte but NUL, as the service would write them.
-    QByteArray log("2026-11-23 07:00:00 Ran\r\n");
-    for (int b = 0x80; b <= 0xFF; ++b)
-        log += static_cast<char>(b);
-    const QString source = fromStdin ? QStringLiteral("-") : write(QStringLiteral("log.txt"), log);
-    const Result r = tool({QStringLiteral("set-log"), path, agent, source}, fromStdin ? log : QByteArray());
-    QCOMPARE(r.code, 0);
-    QCOMPARE(r.err, QString());
-    const QJsonObject inbox =
-        dumpedFolder(dump(path), {QStringLiteral("Mailbox - Alice Admin"), QStringLiteral("Inbox")});
-    const QJsonObject autoReply = named(inbox[QStringLiteral("agents")].toArray(), QStringLiteral("name"),
-                                        QStringLiteral("Auto Reply"));
-    QCOMPARE(autoReply[QStringLiteral("log")].toString().toLatin1(), log);
-}
-
-void TestStoreTool::refusedWriteChangesNothing_data()
-{
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("target");
-    QTest::addColumn<QByteArray>("input");
-    QTest::addColumn<QString>("says");
-    const QString lyon =
-        QStringLiteral("\\Public Folders\\All Public Folders\\Expense Approvals\\Trip to Lyon");
-    const QString nobody = QStringLiteral("\\Mailbox - Alice Admin\\Inbox\\Nobody");
-    QTest::newRow("set-log, no such agent") << "set-log" << nobody << QByteArray("text") << nobody;
-    QTest::newRow("add-map, not a list")
-        << "add-map" << lyon << QByteArray("{\"not\": \"a list\"}") << "expected a JSON list";
-    QTest::newRow("add-map, cut short")
-        << "add-map" << lyon << QByteArray("[{\"activity\": \"10\",") << "expected a JSON list";
-}
-
-void TestStoreTool::refusedWriteChangesNothing()
-{
-    QFETCH(QString, command);
-    QFETCH(QString, target);
-    QFETCH(QByteArray, input);
-    QFETCH(QString, says);
-    const QString path = demoStore();
-    const QJsonObject before = dump(path);
-    const Result r = tool({command, path, target, write(QStringLiteral("input"), input)});
-    QCOMPARE(r.code, 1);
-    QVERIFY2(r.err.startsWith(QStringLiteral("sorrelin-store: ")) && r.err.contains(says), qPrintable(r.err));
-    QCOMPARE(dump(path), before);
-}
-
-void TestStoreTool::routingWrites()
-{
-    const QString path = demoStore();
-    const QString message =
-        QStringLiteral("\\Public Folders\\All Public Folders\\Expense Approvals\\Team lunch receipts");
-    const QByteArray rows = R"([{"activity": "10", "action": "Send", "flags": "0", "args": ["Manager"]}])";
-    const QByteArray votes = R"([{"name": "Gina Grant", "status": "Reject", "at": "2026-11-23 09:00:00"}])";
-    QCOMPARE(tool({QStringLiteral("add-map"), path, message, write(QStringLiteral("map.json"), rows)}).code,
-             0);
-    QCOMPARE(tool({QStringLiteral("add-instance"), path, message, QStringLiteral("4711"),
-                   QStringLiteral("Waiting"), QStringLiteral("1")})
-                 .code,
-             0);
-    QCOMPARE(tool({QStringLiteral("add-votes"), path, message, QStringLiteral("-")}, votes).code, 0);
-
-    const QJsonObject folder =
-        dumpedFolder(dump(path), {QStringLiteral("Public Folders"), QStringLiteral("All Public Folders"),
-                                  QStringLiteral("Expense Approvals")});
-    const QJsonObject m = named(folder[QStringLiteral("messages")].toArray(), QStringLiteral("subject"),
-                                QStringLiteral("Team lunch receipts"));
-    QCOMPARE(m[QStringLiteral("map")].toArray(), QJsonDocument::fromJson(rows).array());
-    QCOMPARE(m[QStringLiteral("instance")].toObject(),
-             (QJsonObject{{QStringLiteral("rui"), 4711},
-                          {QStringLiteral("status"), QStringLiteral("Waiting")},
-                          {QStringLiteral("row"), 1}}));
-    QCOMPARE(m[QStringLiteral("votes")].toArray(), QJsonDocument::fromJson(votes).array());
-}
-
-void TestStoreTool::logPrintsTheApplicationLog()
-{
-    os::ApplicationLog log;
-    QVERIFY(log.LogEvent(QStringLiteral("Installed Auto Reply in \\Mailbox - Alice Admin\\Inbox"),
-                         os::kLogInformation));
-    QVERIFY(log.LogEvent(QStringLiteral("Could not install in \\Public Folders\\Favorites"), os::kLogError));
-    const Result r = tool({QStringLiteral("log")});
-    QCOMPARE(r.code, 0);
-    QStringList expected;
-    for (const os::LogRecord &record : log.read())
-        expected << os::formatLogLine(record);
-    QCOMPARE(expected.size(), 2);
-    QCOMPARE(r.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts), expected);
-}
 
 QTEST_GUILESS_MAIN(TestStoreTool)
 #include "test_storetool.moc"
