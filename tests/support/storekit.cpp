@@ -5,13 +5,15 @@
 #include <QJsonDocument>
 #include <QJsonParseError>
 
+using namespace Qt::StringLiterals;
+
 namespace testkit {
 
 namespace {
 
 com::ComError setupError(const QString &text)
 {
-    return com::ComError(com::err::InvalidParameter, QStringLiteral("StoreKit"), text);
+    return com::ComError(com::err::InvalidParameter, u"StoreKit"_s, text);
 }
 
 mapi::Message find(mapi::MessageList list, const QString &subject, const QString &where)
@@ -19,7 +21,7 @@ mapi::Message find(mapi::MessageList list, const QString &subject, const QString
     for (const mapi::Message &m : list)
         if (m.Subject() == subject)
             return m;
-    throw setupError(QStringLiteral("no message \"%1\" in %2").arg(subject, where));
+    throw setupError(u"no message \"%1\" in %2"_s.arg(subject, where));
 }
 
 } // namespace
@@ -29,9 +31,8 @@ StoreKit::StoreKit(const QByteArray &fixtureJson, const QString &user)
     QJsonParseError error;
     const QJsonDocument doc = QJsonDocument::fromJson(fixtureJson, &error);
     if (error.error != QJsonParseError::NoError)
-        throw setupError(
-            QStringLiteral("the test's fixture: %1 at %2").arg(error.errorString()).arg(error.offset));
-    storePath = home.file(QStringLiteral("store.db"));
+        throw setupError(u"the test's fixture: %1 at %2"_s.arg(error.errorString()).arg(error.offset));
+    storePath = home.file(u"store.db"_s);
     store::loadFixture(doc.object(), storePath);
     session.LogonStore(storePath, user);
     events.SetSession(session.MAPIOBJECT());
@@ -53,11 +54,11 @@ mapi::Folder StoreKit::folder(const QString &path)
                     break;
                 }
             if (!found)
-                throw setupError(QStringLiteral("no folder %1").arg(path));
+                throw setupError(u"no folder %1"_s.arg(path));
         }
         return current;
     }
-    throw setupError(QStringLiteral("no store for %1").arg(path));
+    throw setupError(u"no store for %1"_s.arg(path));
 }
 
 mapi::Message StoreKit::hidden(const QString &folderPath, const QString &subject, const QString &cls)

@@ -7,6 +7,8 @@
 #include <QSqlQuery>
 #include <QStandardPaths>
 
+using namespace Qt::StringLiterals;
+
 namespace testsupport {
 
 TestHome::TestHome()
@@ -25,17 +27,17 @@ QString sourceDir()
 
 QString fixture(const QString &name)
 {
-    return sourceDir() + QStringLiteral("/tests/fixtures/") + name;
+    return sourceDir() + u"/tests/fixtures/"_s + name;
 }
 
 bool makeForeignDatabase(const QString &path)
 {
-    const QString name = QStringLiteral("foreign-database");
+    const QString name = u"foreign-database"_s;
     bool made = false;
     {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        QSqlDatabase db = QSqlDatabase::addDatabase(u"QSQLITE"_s, name);
         db.setDatabaseName(path);
-        made = db.open() && QSqlQuery(db).exec(QStringLiteral("CREATE TABLE recipes(name TEXT)"));
+        made = db.open() && QSqlQuery(db).exec(u"CREATE TABLE recipes(name TEXT)"_s);
         db.close();
     }
     QSqlDatabase::removeDatabase(name);
