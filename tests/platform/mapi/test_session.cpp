@@ -1,16 +1,13 @@
-// The session: logon through the profile dialog, the demo profile, the
-// error numbers of logon and look-up, and profiles of a store on a server,
-// kept without a password.
+// The session: logon through the profile dialog on a first start, the demo
+// profile, and profiles of a store on a server, kept without a password.
 #include "platform/mapi/profiles.h"
 #include "platform/mapi/session.h"
-#include "platform/store/fixture.h"
 #include "platform/ui/scriptedprompter.h"
 #include "tests/support/storekit.h"
 #include "tests/support/testenv.h"
 
 #include <QDirIterator>
 #include <QFile>
-#include <QJsonDocument>
 #include <QStandardPaths>
 #include <QtTest>
 
@@ -18,16 +15,6 @@ using namespace Qt::StringLiterals;
 using testkit::errorOf;
 
 namespace {
-
-const QByteArray kFixture =
-    R"({"user": "Tess Tester", "profile": "Work", "hosts": [{"name": "H1", "handlers": []}],
-"stores": [{"name": "Mailbox - Tess Tester", "host": "H1", "folders": [
-{"name": "Inbox", "agents": [{"name": "Auto Reply"}],
-  "messages": [{"subject": "Hello", "received": "2026-02-03 04:05:06"}]}, {"name": "Sent Items"}]},
-{"name": "Public Folders", "host": "H1", "folders": [{"name": "Shared"}]},
-{"name": "Personal", "provider": "Personal Folders", "folders": [{"name": "Archive"}]}]})";
-
-constexpr int32_t kNotFound = static_cast<int32_t>(0x8004010F);
 
 /// Whether any file below `home` holds `bytes`.
 bool homeHolds(const testsupport::TestHome &home, const QByteArray &bytes)
@@ -54,16 +41,9 @@ class TestSession : public QObject {
     Q_OBJECT
 
     testsupport::TestHome m_home;
-    QString m_store;
     ui::ScriptedPrompter m_prompter;
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        m_store = m_home.file(u"work.db"_s);
-        store::loadFixture(QJsonDocument::fromJson(kFixture).object(), m_store);
-    }
-
     void cleanup() { m_prompter.takePrompts(); }
 
     void cancelledLogonRaises()
@@ -89,23 +69,6 @@ private Q_SLOTS:
         QCOMPARE(demo.store, demoStore());
         QCOMPARE(demo.user, u"Alice Admin"_s);
         QCOMPARE(mapi::profileChoice().defaultProfile, u"Demo"_s);
-    }
-
-    void nullStoreLooksEverywhere()
-    {
-        mapi::Session session(m_prompter);
-        session.LogonStore(m_store);
-        const mapi::Folder inbox = session.InfoStores().at(0).RootFolder().Folders().Item(1);
-        const mapi::Message hello = inbox.Messages().Item(1);
-        const mapi::Message found = session.GetMessage(hello.ID(), QString());
-        QCOMPARE(found.Subject(), u"Hello"_s);
-        QCOMPARE(found.StoreID(), inbox.StoreID());
-        QCOMPARE(found.FolderID(), inbox.ID());
-        QCOMPARE(session.GetFolder(inbox.ID(), QString()).Name(), u"Inbox"_s);
-        QCOMPARE(session.GetFolder(found.FolderID(), found.StoreID()).Name(), u"Inbox"_s);
-        // An id of one kind names nothing of the other.
-        QCOMPARE(errorOf([&] { session.GetFolder(hello.ID(), hello.StoreID()); }), kNotFound);
-        QCOMPARE(errorOf([&] { session.GetMessage(inbox.ID(), inbox.StoreID()); }), kNotFound);
     }
 
     void serverProfileKeepsNoPassword()
