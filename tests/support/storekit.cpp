@@ -5,15 +5,13 @@
 #include <QJsonDocument>
 #include <QJsonParseError>
 
-using namespace Qt::StringLiterals;
-
 namespace testkit {
 
 namespace {
 
 com::ComError setupError(const QString &text)
 {
-    return com::ComError(com::err::InvalidParameter, u"StoreKit"_s, text);
+    return com::ComError(com::err::InvalidParameter, QStringLiteral("StoreKit"), text);
 }
 
 mapi::Message find(mapi::MessageList list, const QString &subject, const QString &where)
@@ -21,7 +19,7 @@ mapi::Message find(mapi::MessageList list, const QString &subject, const QString
     for (const mapi::Message &m : list)
         if (m.Subject() == subject)
             return m;
-    throw setupError(u"no message \"%1\" in %2"_s.arg(subject, where));
+    throw setupError(QStringLiteral("no message \"%1\" in %2").arg(subject, where));
 }
 
 } // namespace
@@ -31,8 +29,9 @@ StoreKit::StoreKit(const QByteArray &fixtureJson, const QString &user)
     QJsonParseError error;
     const QJsonDocument doc = QJsonDocument::fromJson(fixtureJson, &error);
     if (error.error != QJsonParseError::NoError)
-        throw setupError(u"the test's fixture: %1 at %2"_s.arg(error.errorString()).arg(error.offset));
-    storePath = home.file(u"store.db"_s);
+        throw setupError(
+            QStringLiteral("the test's fixture: %1 at %2").arg(error.errorString()).arg(error.offset));
+    storePath = home.file(QStringLiteral("store.db"));
     store::loadFixture(doc.object(), storePath);
     session.LogonStore(storePath, user);
     events.SetSession(session.MAPIOBJECT());
@@ -54,11 +53,11 @@ mapi::Folder StoreKit::folder(const QString &path)
                     break;
                 }
             if (!found)
-                throw setupError(u"no folder %1"_s.arg(path));
+                throw setupError(QStringLiteral("no folder %1").arg(path));
         }
         return current;
     }
-    throw setupError(u"no store for %1"_s.arg(path));
+    throw setupError(QStringLiteral("no store for %1").arg(path));
 }
 
 mapi::Message StoreKit::hidden(const QString &folderPath, const QString &subject, const QString &cls)

@@ -7,8 +7,6 @@
 #include <QSqlQuery>
 #include <QStandardPaths>
 
-using namespace Qt::StringLiterals;
-
 namespace testsupport {
 
 TestHome::TestHome()
@@ -27,17 +25,17 @@ QString sourceDir()
 
 QString fixture(const QString &name)
 {
-    return sourceDir() + u"/tests/fixtures/"_s + name;
+    return sourceDir() + QStringLiteral("/tests/fixtures/") + name;
 }
 
 bool makeForeignDatabase(const QString &path)
 {
-    const QString name = u"foreign-database"_s;
+    const QString name = QStringLiteral("foreign-database");
     bool made = false;
     {
-        QSqlDatabase db = QSqlDatabase::addDatabase(u"QSQLITE"_s, name);
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
         db.setDatabaseName(path);
-        made = db.open() && QSqlQuery(db).exec(u"CREATE TABLE recipes(name TEXT)"_s);
+        made = db.open() && QSqlQuery(db).exec(QStringLiteral("CREATE TABLE recipes(name TEXT)"));
         db.close();
     }
     QSqlDatabase::removeDatabase(name);

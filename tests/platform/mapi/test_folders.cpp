@@ -78,23 +78,6 @@ private Q_SLOTS:
         for (const mapi::Folder &f : inbox)
             QCOMPARE(f.StoreID(), top.StoreID());
     }
-
-    void newCollectionsSeeNewMessages()
-    {
-        const mapi::Folder calendar = m_kit->folder(kMailbox + u"Calendar"_s);
-        mapi::MessageList before = calendar.HiddenMessages();
-        QCOMPARE(before.Count(), 0);
-        m_kit->db().run(
-            u"INSERT INTO messages(folder, hidden, class, subject, created, "
-            u"modified) VALUES(?, 1,"
-            " 'IPC.Microsoft.EventBinding', 'Late', '2026-01-01 00:00:00', '2026-01-01 00:00:00')"_s,
-            {calendar.row().row});
-        mapi::MessageList after = calendar.HiddenMessages();
-        QCOMPARE(after.Count(), 1);
-        after.Filter().setType(mapi::kBindingClass);
-        QCOMPARE(after.Count(), 1);
-        QCOMPARE(after.Item(1).Subject(), u"Late"_s);
-    }
 };
 
 QTEST_GUILESS_MAIN(TestFolders)
