@@ -1,5 +1,6 @@
-// Messages and their collections: items, fields as bytes and numbers, and
-// Update and Delete of a message another session has deleted or changed.
+// Messages and their collections: items, fields as bytes and numbers, the
+// changes Update writes, and Update and Delete of a message another session
+// has deleted or changed.
 #include "platform/mapi/session.h"
 #include "tests/support/storekit.h"
 
@@ -14,7 +15,8 @@ namespace {
 const QByteArray kFixture =
     R"({"user": "Tess Tester", "hosts": [{"name": "H1", "handlers": []}],
 "stores": [{"name": "Mailbox - Tess Tester", "host": "H1", "folders": [{"name": "Inbox",
-"agents": [{"name": "First"}, {"name": "Second"}],
+"agents": [{"name": "First", "created": "2020-01-01 00:00:00", "modified": "2020-01-02 00:00:00",
+  "createdBy": "Old Admin", "modifiedBy": "Old Admin"}, {"name": "Second"}],
 "hidden": [{"subject": "Routing Map Message", "class": "IPM.Note"},
   {"subject": "Views", "class": "IPC.Microsoft.Views"}],
 "messages": [{"subject": "Middle", "from": "Bob", "received": "2026-06-01 12:00:00"},
@@ -98,6 +100,26 @@ private Q_SLOTS:
             QCOMPARE(read(m).typeId(), value.typeId());
             QCOMPARE(read(m), value);
         }
+    }
+
+    void changesWaitForUpdate()
+    {
+        mapi::Message m = m_kit->hidden(kInbox, u"First"_s);
+        m.setSubject(u"Renamed"_s);
+        m.Fields(mapi::PR_SCRIPT).setValue(QByteArray("new script"));
+        QCOMPARE(m.Subject(), u"Renamed"_s);
+        const mapi::Message other = m_kit->session.GetMessage(m.ID(), m.StoreID());
+        QCOMPARE(other.Subject(), u"First"_s);
+
+        const QDateTime start = QDateTime::currentDateTime().addSecs(-1);
+        m.Update();
+        const mapi::Message after = m_kit->session.GetMessage(m.ID(), QString());
+        QCOMPARE(after.Subject(), u"Renamed"_s);
+        QCOMPARE(after.Fields(mapi::PR_SCRIPT).Value().toByteArray(), QByteArray("new script"));
+        QCOMPARE(after.Fields(mapi::PR_LAST_MODIFIER_NAME).Value().toByteArray(), QByteArray("Tess Tester"));
+        QCOMPARE(after.Fields(mapi::PR_CREATOR_NAME).Value().toByteArray(), QByteArray("Old Admin"));
+        QVERIFY(after.TimeLastModified() >= start);
+        QCOMPARE(after.TimeCreated(), QDateTime(QDate(2020, 1, 1), QTime(0, 0))); // created stays
     }
 
     void goneMessageRaises_data()
