@@ -6,6 +6,10 @@
 
 namespace testsupport {
 
+/// The key of the profile "Test", quoted for the driver's "reg" command.
+inline const QString kTestProfileKey = QStringLiteral(
+    "\"HKCU\\Software\\Microsoft\\Windows NT\\CurrentVersion\\Windows Messaging Subsystem\\Profiles\\Test\"");
+
 /// The driver's lines that install the test script as `name` into `folders`
 /// ("\Store\A | \Store\B"), answering the questions; the install goes last,
 /// so that a caller may send it without waiting.

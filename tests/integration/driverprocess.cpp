@@ -2,21 +2,23 @@
 
 #include <QJsonDocument>
 
+using namespace Qt::StringLiterals;
+
 namespace testsupport {
 
 QStringList asUserCommand(const QString &program, int asUser)
 {
     if (asUser < 0)
         return {program};
-    return {QStringLiteral("setpriv"), QStringLiteral("--reuid=%1").arg(asUser),
-            QStringLiteral("--regid=%1").arg(asUser), QStringLiteral("--clear-groups"), program};
+    return {u"setpriv"_s, u"--reuid=%1"_s.arg(asUser), u"--regid=%1"_s.arg(asUser), u"--clear-groups"_s,
+            program};
 }
 
 DriverProcess::DriverProcess(const QString &home, int asUser)
 {
     const QStringList command = asUserCommand(QStringLiteral(SORRELIN_DRIVER), asUser);
     m_process.setProcessChannelMode(QProcess::SeparateChannels);
-    m_process.start(command.first(), command.mid(1) + QStringList{QStringLiteral("--keep"), home});
+    m_process.start(command.first(), command.mid(1) + QStringList{u"--keep"_s, home});
     m_process.waitForStarted();
 }
 
@@ -31,8 +33,7 @@ QJsonObject DriverProcess::send(const QString &line, int timeoutMs)
     m_process.write(line.toUtf8() + '\n');
     while (!m_process.canReadLine())
         if (!m_process.waitForReadyRead(timeoutMs))
-            return QJsonObject{{QStringLiteral("ok"), false},
-                               {QStringLiteral("error"), QStringLiteral("no answer to: ") + line}};
+            return QJsonObject{{u"ok"_s, false}, {u"error"_s, u"no answer to: "_s + line}};
     return QJsonDocument::fromJson(m_process.readLine()).object();
 }
 
@@ -48,6 +49,12 @@ bool DriverProcess::finish(int timeoutMs)
 {
     m_process.closeWriteChannel();
     return m_process.waitForFinished(timeoutMs);
+}
+
+bool DriverProcess::quit()
+{
+    send(u"quit"_s);
+    return finish();
 }
 
 void DriverProcess::kill()

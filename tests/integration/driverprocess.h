@@ -18,10 +18,14 @@ public:
 
     /// Sends one command and waits for its answer.
     QJsonObject send(const QString &line, int timeoutMs = 60000);
+    /// Sends one command; whether the driver answered that it went well.
+    bool ok(const QString &line) { return send(line).value(QLatin1String("ok")).toBool(); }
     /// Sends commands without waiting for their answers.
     void post(const QStringList &lines);
     /// Ends the input and waits for the driver's end.
     bool finish(int timeoutMs = 60000);
+    /// Quits the program and waits for the driver's end.
+    bool quit();
     /// Kills the driver at once, as a crash or a power switch would.
     void kill();
 

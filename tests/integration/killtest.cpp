@@ -16,6 +16,8 @@
 #include <QTextStream>
 #include <QThread>
 
+using namespace Qt::StringLiterals;
+
 using testsupport::DriverProcess;
 
 namespace {
@@ -23,13 +25,13 @@ namespace {
 /// The writes of one command take a few milliseconds; kills fall in this window.
 constexpr quint32 kKillWindowUs = 12000;
 
-const QString kFolders = QStringLiteral("\\Mailbox - Tess Tester\\Empty | \\Mailbox - Tess "
-                                        "Tester\\Parent\\Child | \\Mailbox - Tess Tester\\Inbox");
+const QString kFolders =
+    u"\\Mailbox - Tess Tester\\Empty | \\Mailbox - Tess Tester\\Parent\\Child | \\Mailbox - Tess Tester\\Inbox"_s;
 
 QStringList remove(const QString &agent)
 {
     QStringList lines = testsupport::removeLines(agent);
-    lines.insert(2, QStringLiteral("answer OK"));
+    lines.insert(2, u"answer OK"_s);
     return lines;
 }
 
@@ -42,24 +44,23 @@ int main(int argc, char *argv[])
     quint32 seed = QRandomGenerator::global()->generate();
     const QStringList args = app.arguments();
     for (int i = 1; i + 1 < args.size(); ++i) {
-        if (args.at(i) == QLatin1String("--kills"))
+        if (args.at(i) == "--kills"_L1)
             kills = args.at(i + 1).toInt();
-        else if (args.at(i) == QLatin1String("--seed"))
+        else if (args.at(i) == "--seed"_L1)
             seed = args.at(i + 1).toUInt();
     }
     QTextStream out(stdout);
     out << "seed " << seed << Qt::endl;
     QRandomGenerator random(seed);
     const testsupport::TestHome home;
-    const QString driverHome = home.file(QStringLiteral("driver"));
+    const QString driverHome = home.file(u"driver"_s);
 
     QString store;
     QSet<QString> known;
     {
         DriverProcess first(driverHome);
-        store = first.send(QStringLiteral("fixture ") + testsupport::fixture(QStringLiteral("agents.json")))
-                    .value(QStringLiteral("store"))
-                    .toString();
+        store =
+            first.send(u"fixture "_s + testsupport::fixture(u"agents.json"_s)).value(u"store"_s).toString();
         first.finish();
         known = testsupport::StoreCheck::of(store).halfAgents;
     }
@@ -68,37 +69,36 @@ int main(int argc, char *argv[])
     int failedStarts = 0;
     for (int round = 1; round <= kills; ++round) {
         DriverProcess driver(driverHome);
-        driver.send(QStringLiteral("answer Test"));
-        if (!driver.send(QStringLiteral("start")).value(QStringLiteral("ok")).toBool()) {
+        driver.send(u"answer Test"_s);
+        if (!driver.ok(u"start"_s)) {
             ++failedStarts;
             out << "round " << round << ": the program did not start on the store" << Qt::endl;
             continue;
         }
         // The agents of the tree now, for a deletion or a rename.
         QStringList agents;
-        for (const auto node : driver.send(QStringLiteral("state")).value(QStringLiteral("tree")).toArray())
-            if (node.toObject().value(QStringLiteral("image")).toInt() >= 19)
-                agents << node.toObject().value(QStringLiteral("path")).toString();
+        for (const auto node : driver.send(u"state"_s).value(u"tree"_s).toArray())
+            if (node.toObject().value(u"image"_s).toInt() >= 19)
+                agents << node.toObject().value(u"path"_s).toString();
         const int what = agents.isEmpty() ? 0 : static_cast<int>(random.bounded(3));
         const QString agent = agents.isEmpty() ? QString() : agents.at(random.bounded(agents.size()));
-        const QStringList lines =
-            what == 0   ? testsupport::installLines(QStringLiteral("Killed %1").arg(round), kFolders)
-            : what == 1 ? remove(agent)
-                        : testsupport::renameLines(agent, QStringLiteral("Renamed %1").arg(round));
+        const QStringList lines = what == 0   ? testsupport::installLines(u"Killed %1"_s.arg(round), kFolders)
+                                  : what == 1 ? remove(agent)
+                                              : testsupport::renameLines(agent, u"Renamed %1"_s.arg(round));
         // Everything up to the command that writes runs to its end; the kill
         // comes while that command runs, or just after.
         for (const QString &line : lines.mid(0, lines.size() - 1)) {
             const QJsonObject answer = driver.send(line);
-            if (!answer.value(QStringLiteral("ok")).toBool())
-                out << "round " << round << ": " << line << ": "
-                    << answer.value(QStringLiteral("error")).toString() << Qt::endl;
+            if (!answer.value(u"ok"_s).toBool())
+                out << "round " << round << ": " << line << ": " << answer.value(u"error"_s).toString()
+                    << Qt::endl;
         }
         driver.post({lines.last()});
         QThread::usleep(random.bounded(kKillWindowUs));
         driver.kill();
 
         const testsupport::StoreCheck check = testsupport::StoreCheck::of(store);
-        if (check.integrity != QLatin1String("ok")) {
+        if (check.integrity != "ok"_L1) {
             ++broken;
             out << "round " << round << ": integrity " << check.integrity << Qt::endl;
         }

@@ -1,12 +1,11 @@
 #include "storecheck.h"
 
+#include "platform/com/comerror.h"
 #include "platform/store/database.h"
 
-#include <QSqlDatabase>
-#include <QSqlError>
 #include <QSqlQuery>
 
-#include <atomic>
+using namespace Qt::StringLiterals;
 
 namespace testsupport {
 
@@ -30,54 +29,32 @@ const std::pair<const char *, const char *> kHalfAgentQueries[] = {
      " AND NOT EXISTS (SELECT 1 FROM bindings b WHERE b.state_message = m.entry_id)"},
 };
 
-/// Every query above through `run`, which gives the query it ran.
-template <class Run> QSet<QString> findHalfAgents(Run run)
-{
-    QSet<QString> found;
-    for (const auto &[what, sql] : kHalfAgentQueries) {
-        QSqlQuery q = run(QString::fromLatin1(sql));
-        if (!q.isActive())
-            found << QString::fromLatin1(what) + QStringLiteral(": ") + q.lastError().text();
-        while (q.next())
-            found << QString::fromLatin1(what) + QStringLiteral(": ") + q.value(0).toString();
-    }
-    return found;
-}
-
 } // namespace
 
 StoreCheck StoreCheck::of(const QString &path)
 {
-    static std::atomic<int> counter{0};
-    const QString name = QStringLiteral("storecheck-%1").arg(counter++);
     StoreCheck check;
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
-        db.setDatabaseName(path);
-        db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=30000"));
-        if (!db.open()) {
-            check.integrity = db.lastError().text();
-        } else {
-            QSqlQuery q(db);
-            check.integrity = q.exec(QStringLiteral("PRAGMA integrity_check")) && q.next()
-                                  ? q.value(0).toString()
-                                  : q.lastError().text();
-            q.finish();
-            check.halfAgents = findHalfAgents([&](const QString &sql) {
-                QSqlQuery query(db);
-                query.exec(sql);
-                return query;
-            });
-        }
-        db.close();
+    try {
+        const auto db = store::Database::open(path);
+        QSqlQuery q = db->run(u"PRAGMA integrity_check"_s);
+        check.integrity = q.next() ? q.value(0).toString() : u"no answer to the integrity check"_s;
+        q.finish();
+        check.halfAgents = halfAgentsIn(*db);
+    } catch (const com::ComError &e) {
+        check.integrity = e.description();
     }
-    QSqlDatabase::removeDatabase(name);
     return check;
 }
 
 QSet<QString> StoreCheck::halfAgentsIn(const store::Database &db)
 {
-    return findHalfAgents([&](const QString &sql) { return db.run(sql); });
+    QSet<QString> found;
+    for (const auto &[what, sql] : kHalfAgentQueries) {
+        QSqlQuery q = db.run(QString::fromLatin1(sql));
+        while (q.next())
+            found << QString::fromLatin1(what) + u": "_s + q.value(0).toString();
+    }
+    return found;
 }
 
 } // namespace testsupport

@@ -9,10 +9,11 @@ class Database;
 
 namespace testsupport {
 
-/// What an independent reader finds in a store file: SQLite's own
-/// integrity check, and every agent that is not whole (a binding without
-/// its binding message, script or state message; a binding or state
-/// message without its binding), each as a line of words.
+/// What another process finds in a store file after the program: SQLite's
+/// own integrity check (or why the store can't be opened), and every agent
+/// that is not whole (a binding without its binding message, script or state
+/// message; a binding or state message without its binding), each as a line
+/// of words.
 struct StoreCheck {
     QString integrity;
     QSet<QString> halfAgents;

@@ -17,14 +17,16 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int kFolders = 200;
-const QString kMailbox = QStringLiteral("Mailbox - Tess Tester");
+const QString kMailbox = u"Mailbox - Tess Tester"_s;
 
 QString folderName(int i)
 {
-    return QStringLiteral("F%1").arg(i, 3, 10, QLatin1Char('0'));
+    return u"F%1"_s.arg(i, 3, 10, QLatin1Char('0'));
 }
 
 /// A store of 200 folders with the agent "Old" in each.
@@ -53,54 +55,50 @@ private Q_SLOTS:
         testsupport::PgServer server;
         SORRELIN_REQUIRE_PGSERVER(server);
         testsupport::TestHome home;
-        const QString fixturePath = home.file(QStringLiteral("many.json"));
+        const QString fixturePath = home.file(u"many.json"_s);
         QFile f(fixturePath);
         QVERIFY(f.open(QIODevice::WriteOnly));
         f.write(fixture());
         f.close();
 
-        qputenv("SORRELIN_DRIVER_STORE_SERVER", server.location(QStringLiteral("postgres")).toUtf8());
-        testsupport::DriverProcess installer(home.file(QStringLiteral("a")));
-        const QJsonObject made = installer.send(QStringLiteral("fixture ") + fixturePath);
+        qputenv("SORRELIN_DRIVER_STORE_SERVER", server.location(u"postgres"_s).toUtf8());
+        testsupport::DriverProcess installer(home.file(u"a"_s));
+        const QJsonObject made = installer.send(u"fixture "_s + fixturePath);
         qunsetenv("SORRELIN_DRIVER_STORE_SERVER");
-        const QString location = made.value(QStringLiteral("store")).toString();
-        QVERIFY2(location.startsWith(QLatin1String("postgresql://")),
-                 QJsonDocument(made).toJson().constData());
+        const QString location = made.value(u"store"_s).toString();
+        QVERIFY2(location.startsWith("postgresql://"_L1), QJsonDocument(made).toJson().constData());
         const store::Location where = store::Location::parse(location);
 
-        testsupport::DriverProcess other(home.file(QStringLiteral("b")));
-        const QString key = QStringLiteral("\"HKCU\\Software\\Microsoft\\Windows NT\\CurrentVersion\\Windows "
-                                           "Messaging Subsystem\\Profiles\\Test\"");
+        testsupport::DriverProcess other(home.file(u"b"_s));
         for (const auto &[name, value] :
-             {std::pair{QStringLiteral("User"), QStringLiteral("\"Tess Tester\"")},
-              std::pair{QStringLiteral("Server"), where.host},
-              std::pair{QStringLiteral("Port"), QString::number(where.port)},
-              std::pair{QStringLiteral("Database"), where.database},
-              std::pair{QStringLiteral("Login"), where.user}})
-            QVERIFY(other.send(QStringLiteral("reg %1 %2 %3").arg(key, name, value)).value("ok").toBool());
-        other.send(QStringLiteral("answer Test"));
-        QVERIFY(other.send(QStringLiteral("start")).value("ok").toBool());
-        QVERIFY(installer.send(QStringLiteral("start")).value("ok").toBool());
+             {std::pair{u"User"_s, u"\"Tess Tester\""_s}, std::pair{u"Server"_s, where.host},
+              std::pair{u"Port"_s, QString::number(where.port)}, std::pair{u"Database"_s, where.database},
+              std::pair{u"Login"_s, where.user}})
+            QVERIFY(other.send(u"reg %1 %2 %3"_s.arg(testsupport::kTestProfileKey, name, value))
+                        .value("ok")
+                        .toBool());
+        other.send(u"answer Test"_s);
+        QVERIFY(other.ok(u"start"_s));
+        QVERIFY(installer.ok(u"start"_s));
 
         // The installer's whole install goes at once, and the other program
         // works on the same folders meanwhile.
         QStringList targets;
         for (int i = 0; i < kFolders; ++i)
-            targets << QStringLiteral("\\%1\\%2").arg(kMailbox, folderName(i));
-        const QStringList install =
-            testsupport::installLines(QStringLiteral("Greeter"), targets.join(QStringLiteral(" | ")));
+            targets << u"\\%1\\%2"_s.arg(kMailbox, folderName(i));
+        const QStringList install = testsupport::installLines(u"Greeter"_s, targets.join(u" | "_s));
         for (const QString &line : install.mid(0, install.size() - 1))
             QVERIFY2(installer.send(line).value("ok").toBool(), qPrintable(line));
         installer.post({install.last()});
         // What the other program did without a word of failure must be in the store.
         QList<bool> done;
         for (int i = 0; i < kFolders; ++i) {
-            const QString agent = QStringLiteral("\\%1\\%2\\Old").arg(kMailbox, folderName(i));
+            const QString agent = u"\\%1\\%2\\Old"_s.arg(kMailbox, folderName(i));
             bool ok = true;
-            for (const QString &line : i % 2 ? testsupport::removeLines(agent)
-                                             : testsupport::renameLines(agent, QStringLiteral("Renamed")))
+            for (const QString &line :
+                 i % 2 ? testsupport::removeLines(agent) : testsupport::renameLines(agent, u"Renamed"_s))
                 ok = other.send(line).value("ok").toBool() && ok;
-            const QJsonArray prompts = other.send(QStringLiteral("state")).value("prompts").toArray();
+            const QJsonArray prompts = other.send(u"state"_s).value("prompts").toArray();
             done << (ok && prompts.size() <= 1);
         }
         // The answer to the install comes when it is over.
@@ -109,15 +107,13 @@ private Q_SLOTS:
             QVERIFY(installing.waitForReadyRead(300000));
         const QByteArray answer = installing.readLine();
         QVERIFY2(QJsonDocument::fromJson(answer).object().value("ok").toBool(), answer.constData());
-        const QJsonObject installed = installer.send(QStringLiteral("log"));
-        other.send(QStringLiteral("quit"));
-        installer.send(QStringLiteral("quit"));
-        QVERIFY(other.finish());
-        QVERIFY(installer.finish());
+        const QJsonObject installed = installer.send(u"log"_s);
+        QVERIFY(other.quit());
+        QVERIFY(installer.quit());
 
         int logged = 0;
-        for (const QJsonValue &line : installed.value(QStringLiteral("lines")).toArray())
-            logged += line[QStringLiteral("text")].toString().contains(QLatin1String("Greeter installed in"));
+        for (const QJsonValue &line : installed.value(u"lines"_s).toArray())
+            logged += line[u"text"_s].toString().contains("Greeter installed in"_L1);
 
         const std::unique_ptr<store::Database> db = store::Database::open(location);
         const auto count = [&](const QString &sql, const QVariantList &values = {}) {
@@ -125,18 +121,17 @@ private Q_SLOTS:
         };
         QCOMPARE(testsupport::StoreCheck::halfAgentsIn(*db), QSet<QString>());
         qInfo("installed: %d; renamed: %d; old left: %d", logged,
-              count(QStringLiteral("SELECT count(*) FROM bindings WHERE name = 'Renamed'")),
-              count(QStringLiteral("SELECT count(*) FROM bindings WHERE name = 'Old'")));
+              count(u"SELECT count(*) FROM bindings WHERE name = 'Renamed'"_s),
+              count(u"SELECT count(*) FROM bindings WHERE name = 'Old'"_s));
         QVERIFY(logged > 0);
         const QString inFolder =
-            QStringLiteral("SELECT count(*) FROM bindings b JOIN folders f ON f.id = b.folder"
-                           " WHERE f.name = ? AND b.name = ?");
+            u"SELECT count(*) FROM bindings b JOIN folders f ON f.id = b.folder WHERE f.name = ? AND b.name = ?"_s;
         for (int i = 0; i < kFolders; ++i)
             if (done.at(i))
-                QVERIFY2(count(inFolder, {folderName(i), QStringLiteral("Old")}) == 0 &&
-                             count(inFolder, {folderName(i), QStringLiteral("Renamed")}) == (i % 2 ? 0 : 1),
+                QVERIFY2(count(inFolder, {folderName(i), u"Old"_s}) == 0 &&
+                             count(inFolder, {folderName(i), u"Renamed"_s}) == (i % 2 ? 0 : 1),
                          qPrintable(folderName(i)));
-        QCOMPARE(count(QStringLiteral("SELECT count(*) FROM bindings WHERE name = 'Greeter'")), logged);
+        QCOMPARE(count(u"SELECT count(*) FROM bindings WHERE name = 'Greeter'"_s), logged);
         QVERIFY(done.count(true) > kFolders / 2);
     }
 };

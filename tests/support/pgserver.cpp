@@ -13,11 +13,13 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace testsupport {
 
 namespace {
 
-const QString kBin = QStringLiteral("/usr/lib/postgresql/15/bin/");
+const QString kBin = u"/usr/lib/postgresql/15/bin/"_s;
 constexpr uid_t kNobody = 65534;
 
 /// A loopback port that nothing listens on just now.
@@ -41,27 +43,24 @@ int freePort()
 
 PgServer::PgServer()
 {
-    if (!QFileInfo(kBin + QStringLiteral("initdb")).isExecutable()) {
-        m_unavailable =
-            QStringLiteral("no PostgreSQL server programs in %1 (Debian package postgresql)").arg(kBin);
+    if (!QFileInfo(kBin + u"initdb"_s).isExecutable()) {
+        m_unavailable = u"no PostgreSQL server programs in %1 (Debian package postgresql)"_s.arg(kBin);
         return;
     }
-    if (!QSqlDatabase::isDriverAvailable(QStringLiteral("QPSQL"))) {
-        m_unavailable = QStringLiteral("no PostgreSQL driver for Qt (Debian package libqt6sql6-psql)");
+    if (!QSqlDatabase::isDriverAvailable(u"QPSQL"_s)) {
+        m_unavailable = u"no PostgreSQL driver for Qt (Debian package libqt6sql6-psql)"_s;
         return;
     }
     if (!m_dir.isValid() ||
         (::geteuid() == 0 && ::chown(QFile::encodeName(m_dir.path()).constData(), kNobody, kNobody) != 0)) {
-        m_failure = QStringLiteral("the server's folder could not be made");
+        m_failure = u"the server's folder could not be made"_s;
         return;
     }
-    const QString data = m_dir.filePath(QStringLiteral("data"));
-    if (!run(QStringLiteral("initdb"),
-             {QStringLiteral("-D"), data, QStringLiteral("-U"), QStringLiteral("sorrelin"),
-              QStringLiteral("-A"), QStringLiteral("trust"), QStringLiteral("-E"), QStringLiteral("UTF8"),
+    const QString data = m_dir.filePath(u"data"_s);
+    if (!run(u"initdb"_s,
+             {u"-D"_s, data, u"-U"_s, u"sorrelin"_s, u"-A"_s, u"trust"_s, u"-E"_s, u"UTF8"_s,
               // A server whose own order isn't the bytes' order, as most are.
-              QStringLiteral("--locale=C.UTF-8"), QStringLiteral("--locale-provider=icu"),
-              QStringLiteral("--icu-locale=en-US"), QStringLiteral("--no-sync")}))
+              u"--locale=C.UTF-8"_s, u"--locale-provider=icu"_s, u"--icu-locale=en-US"_s, u"--no-sync"_s}))
         return;
     // Another test may take the port between the probe and the start.
     for (int attempt = 0; attempt < 5 && !m_started; ++attempt) {
@@ -76,20 +75,16 @@ bool PgServer::start(const QString &data)
     // The server is this program's child and gets a signal when the program
     // ends, however it ends: a crashed test leaves no server behind.
     m_postgres.setProcessChannelMode(QProcess::MergedChannels);
-    m_postgres.setStandardOutputFile(m_dir.filePath(QStringLiteral("log")), QIODevice::Append);
+    m_postgres.setStandardOutputFile(m_dir.filePath(u"log"_s), QIODevice::Append);
     m_postgres.setWorkingDirectory(m_dir.path());
-    m_postgres.start(QStringLiteral("setpriv"),
-                     asServerUser() + QStringList{QStringLiteral("--pdeathsig=TERM"),
-                                                  kBin + QStringLiteral("postgres"), QStringLiteral("-D"),
-                                                  data, QStringLiteral("-p"), QString::number(m_port),
-                                                  QStringLiteral("-k"), m_dir.path(), QStringLiteral("-c"),
-                                                  QStringLiteral("listen_addresses=127.0.0.1"),
-                                                  QStringLiteral("-c"), QStringLiteral("fsync=off")});
+    m_postgres.start(u"setpriv"_s,
+                     asServerUser() + QStringList{u"--pdeathsig=TERM"_s, kBin + u"postgres"_s, u"-D"_s, data,
+                                                  u"-p"_s, QString::number(m_port), u"-k"_s, m_dir.path(),
+                                                  u"-c"_s, u"listen_addresses=127.0.0.1"_s, u"-c"_s,
+                                                  u"fsync=off"_s});
     m_postgres.waitForStarted();
     for (int wait = 0; wait < 300 && m_postgres.state() == QProcess::Running; ++wait) {
-        if (run(QStringLiteral("pg_isready"),
-                {QStringLiteral("-q"), QStringLiteral("-h"), QStringLiteral("127.0.0.1"),
-                 QStringLiteral("-p"), QString::number(m_port)})) {
+        if (run(u"pg_isready"_s, {u"-q"_s, u"-h"_s, u"127.0.0.1"_s, u"-p"_s, QString::number(m_port)})) {
             m_failure.clear();
             return true;
         }
@@ -97,9 +92,9 @@ bool PgServer::start(const QString &data)
     }
     m_postgres.kill();
     m_postgres.waitForFinished();
-    QFile log(m_dir.filePath(QStringLiteral("log")));
+    QFile log(m_dir.filePath(u"log"_s));
     log.open(QIODevice::ReadOnly);
-    m_failure = QStringLiteral("the server did not start: ") + QString::fromLocal8Bit(log.readAll());
+    m_failure = u"the server did not start: "_s + QString::fromLocal8Bit(log.readAll());
     return false;
 }
 
@@ -118,8 +113,7 @@ QStringList PgServer::asServerUser()
 {
     if (::geteuid() != 0)
         return {};
-    return {QStringLiteral("--reuid=%1").arg(kNobody), QStringLiteral("--regid=%1").arg(kNobody),
-            QStringLiteral("--clear-groups")};
+    return {u"--reuid=%1"_s.arg(kNobody), u"--regid=%1"_s.arg(kNobody), u"--clear-groups"_s};
 }
 
 bool PgServer::run(const QString &program, const QStringList &arguments)
@@ -127,28 +121,27 @@ bool PgServer::run(const QString &program, const QStringList &arguments)
     QProcess p;
     p.setProcessChannelMode(QProcess::MergedChannels);
     p.setWorkingDirectory(m_dir.path());
-    p.start(QStringLiteral("setpriv"), asServerUser() + QStringList{kBin + program} + arguments);
+    p.start(u"setpriv"_s, asServerUser() + QStringList{kBin + program} + arguments);
     if (p.waitForFinished(120000) && p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0)
         return true;
-    QFile log(m_dir.filePath(QStringLiteral("log")));
+    QFile log(m_dir.filePath(u"log"_s));
     log.open(QIODevice::ReadOnly);
-    m_failure = QStringLiteral("%1 failed: %2 %3")
-                    .arg(program, QString::fromLocal8Bit(p.readAll()), QString::fromLocal8Bit(log.readAll()));
+    m_failure = u"%1 failed: %2 %3"_s.arg(program, QString::fromLocal8Bit(p.readAll()),
+                                          QString::fromLocal8Bit(log.readAll()));
     return false;
 }
 
 QString PgServer::createDatabase(const QString &name)
 {
-    if (!run(QStringLiteral("createdb"),
-             {QStringLiteral("-h"), QStringLiteral("127.0.0.1"), QStringLiteral("-p"),
-              QString::number(m_port), QStringLiteral("-U"), QStringLiteral("sorrelin"), name}))
+    if (!run(u"createdb"_s,
+             {u"-h"_s, u"127.0.0.1"_s, u"-p"_s, QString::number(m_port), u"-U"_s, u"sorrelin"_s, name}))
         return QString();
     return location(name);
 }
 
 QString PgServer::location(const QString &database, const QString &user) const
 {
-    return store::Location::server(QStringLiteral("127.0.0.1"), m_port, database, user).text();
+    return store::Location::server(u"127.0.0.1"_s, m_port, database, user).text();
 }
 
 } // namespace testsupport
