@@ -3,108 +3,60 @@
 
 #include <QtTest>
 
+using namespace Qt::StringLiterals;
+
 class TestCatalogue : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void rowPrint_data();
-    void rowPrint();
-    void flags_data();
-    void flags();
+    void initTestCase() { QLocale::setDefault(QLocale::c()); }
+
+    void rowPrint_data()
+    {
+        QTest::addColumn<QString>("folder");
+        QTest::addColumn<QString>("printed");
+        QTest::newRow("every backslash from the third")
+            << "\\Mailbox - A\\Inbox\\Sub" << u"\\Mailbox - A \\Inbox \\Sub"_s;
+        QTest::newRow("two leading kept together") << "\\\\Server\\Share" << u"\\\\Server \\Share"_s;
+        // The end is measured once: insertions push the last backslash past it.
+        QTest::newRow("end measured once") << "\\a\\b\\c\\" << u"\\a \\b \\c\\"_s;
+    }
+
+    void rowPrint()
+    {
+        QFETCH(QString, folder);
+        QFETCH(QString, printed);
+        QStringList cells{u"Name"_s, folder,  QString(), QString(), QString(), QString(), QString(),
+                          QString(), u"-1"_s, u"0"_s,    u"-1"_s,   u"0"_s,    u"ID"_s};
+        catalogue::SSDBGrid1_RowPrint(cells);
+        QCOMPARE(cells.at(1), printed);
+        QCOMPARE(cells.mid(8, 4), (QStringList{u"X"_s, QString(), u"X"_s, QString()}));
+        QCOMPARE(cells.at(12), u"ID"_s);
+    }
+
+    void quotesGoOutAsTheyAre()
+    {
+        catalogue::AgentFacts a;
+        a.name = u"Auto \"Reply\""_s;
+        a.folder = u"\\Mailbox\\Inbox"_s;
+        a.server = u"EXCH01"_s;
+        a.handler = u"Script Handler"_s;
+        a.created = QDateTime(QDate(2026, 1, 2), QTime(3, 4, 5));
+        a.createdBy = u"Alice"_s;
+        a.modified = QDateTime(QDate(2026, 3, 4), QTime(5, 6, 7));
+        a.modifiedBy = u"Bob"_s;
+        a.mask = 9;
+        a.entryId = u"ABC"_s;
+        QCOMPARE(catalogue::listRow(a),
+                 u"Auto \"Reply\"\t\\Mailbox\\Inbox\tEXCH01\tScript Handler\t2 Jan 2026 03:04:05"
+                 "\tAlice\t4 Mar 2026 05:06:07\tBob\t0\t0\t-1\t-1\tABC"_s);
+        // Quotes inside a text go out as they are; "Server" twice; no entry id.
+        QCOMPARE(catalogue::exportLine(a),
+                 u"\"Auto \"Reply\"\",\"\\Mailbox\\Inbox\",\"EXCH01\",\"2 Jan 2026 03:04:05\","
+                 "\"Alice\",\"4 Mar 2026 05:06:07\",\"Bob\",\"EXCH01\",\"Script Handler\","
+                 "0,0,-1,-1\r\n"_s);
+    }
 };
-
-namespace {
-
-catalogue::AgentFacts agent(int16_t mask)
-{
-    catalogue::AgentFacts a;
-    a.name = QStringLiteral("Auto \"Reply\"");
-    a.folder = QStringLiteral("\\Mailbox\\Inbox");
-    a.server = QStringLiteral("EXCH01");
-    a.handler = QStringLiteral("Script Handler");
-    a.created = QDateTime(QDate(2026, 1, 2), QTime(3, 4, 5));
-    a.createdBy = QStringLiteral("Alice");
-    a.modified = QDateTime(QDate(2026, 3, 4), QTime(5, 6, 7));
-    a.modifiedBy = QStringLiteral("Bob");
-    a.mask = mask;
-    a.entryId = QStringLiteral("ABC");
-    return a;
-}
-
-} // namespace
-
-void TestCatalogue::initTestCase()
-{
-    QLocale::setDefault(QLocale::c());
-}
-
-void TestCatalogue::rowPrint_data()
-{
-    QTest::addColumn<QString>("folder");
-    QTest::addColumn<QString>("printed");
-    QTest::newRow("every backslash from the third") << "\\Mailbox - A\\Inbox\\Sub"
-                                                    << "\\Mailbox - A \\Inbox \\Sub";
-    QTest::newRow("two leading kept together") << "\\\\Server\\Share"
-                                               << "\\\\Server \\Share";
-    // The end is measured once: insertions push the last backslash past it.
-    QTest::newRow("end measured once") << "\\a\\b\\c\\"
-                                       << "\\a \\b \\c\\";
-}
-
-void TestCatalogue::rowPrint()
-{
-    QFETCH(QString, folder);
-    QFETCH(QString, printed);
-    QStringList cells{QStringLiteral("Name"),
-                      folder,
-                      QString(),
-                      QString(),
-                      QString(),
-                      QString(),
-                      QString(),
-                      QString(),
-                      QStringLiteral("-1"),
-                      QStringLiteral("0"),
-                      QStringLiteral("-1"),
-                      QStringLiteral("0"),
-                      QStringLiteral("ID")};
-    catalogue::SSDBGrid1_RowPrint(cells);
-    QCOMPARE(cells.at(1), printed);
-    QCOMPARE(cells.mid(8, 4), (QStringList{QStringLiteral("X"), QString(), QStringLiteral("X"), QString()}));
-    QCOMPARE(cells.at(12), QStringLiteral("ID"));
-}
-
-void TestCatalogue::flags_data()
-{
-    QTest::addColumn<int>("mask");
-    QTest::addColumn<QString>("listFlags"); // New, Update, Delete, Scheduled
-    QTest::addColumn<QString>("exportFlags");
-    QTest::newRow("2 new") << 2 << "-1\t0\t0\t0"
-                           << "-1,0,0,0";
-    QTest::newRow("9 delete and scheduled") << 9 << "0\t0\t-1\t-1"
-                                            << "0,0,-1,-1";
-}
-
-void TestCatalogue::flags()
-{
-    QFETCH(int, mask);
-    QFETCH(QString, listFlags);
-    QFETCH(QString, exportFlags);
-    const catalogue::AgentFacts a = agent(static_cast<int16_t>(mask));
-    const QString created = QStringLiteral("2 Jan 2026 03:04:05");
-    const QString modified = QStringLiteral("4 Mar 2026 05:06:07");
-    QCOMPARE(catalogue::listRow(a),
-             QStringLiteral("Auto \"Reply\"\t\\Mailbox\\Inbox\tEXCH01\tScript Handler\t") + created +
-                 QStringLiteral("\tAlice\t") + modified + QStringLiteral("\tBob\t") + listFlags +
-                 QStringLiteral("\tABC"));
-    // Quotes inside a text go out as they are; "Server" twice; no entry id.
-    QCOMPARE(catalogue::exportLine(a),
-             QStringLiteral("\"Auto \"Reply\"\",\"\\Mailbox\\Inbox\",\"EXCH01\",\"") + created +
-                 QStringLiteral("\",\"Alice\",\"") + modified +
-                 QStringLiteral("\",\"Bob\",\"EXCH01\",\"Script Handler\",") + exportFlags +
-                 QStringLiteral("\r\n"));
-}
 
 QTEST_GUILESS_MAIN(TestCatalogue)
 #include "test_catalogue.moc"

@@ -10,11 +10,13 @@
 #include <QSet>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString helpDir()
 {
-    return testsupport::sourceDir() + QStringLiteral("/share/help");
+    return testsupport::sourceDir() + u"/share/help"_s;
 }
 
 QString readPage(const QString &name)
@@ -26,7 +28,7 @@ QString readPage(const QString &name)
 /// The targets of a page's links and pictures, without outside addresses.
 QStringList targets(const QString &page)
 {
-    static const QRegularExpression ref(QStringLiteral("(?:href|src)=\"([^\"]*)\""));
+    static const QRegularExpression ref(u"(?:href|src)=\"([^\"]*)\""_s);
     QStringList out;
     for (auto it = ref.globalMatch(page); it.hasNext();) {
         const QString target = it.next().captured(1);
@@ -38,7 +40,7 @@ QStringList targets(const QString &page)
 
 QStringList pages()
 {
-    return QDir(helpDir()).entryList({QStringLiteral("*.html")}, QDir::Files, QDir::Name);
+    return QDir(helpDir()).entryList({u"*.html"_s}, QDir::Files, QDir::Name);
 }
 
 } // namespace
@@ -59,23 +61,23 @@ private Q_SLOTS:
         QFETCH(QString, page);
         const QString text = readPage(page);
         QVERIFY(!text.isEmpty());
-        QVERIFY2(text.contains(QLatin1String("<title>")), "every page has a title");
+        QVERIFY2(text.contains("<title>"_L1), "every page has a title");
         for (const QString &target : targets(text)) {
             const QString file = target.section(QLatin1Char('#'), 0, 0);
             const QString anchor = target.section(QLatin1Char('#'), 1);
             const QString path = file.isEmpty() ? page : file;
             QVERIFY2(QFileInfo(helpDir() + QLatin1Char('/') + path).isFile(),
-                     qPrintable(page + QStringLiteral(": no file ") + target));
+                     qPrintable(page + u": no file "_s + target));
             if (!anchor.isEmpty())
-                QVERIFY2(readPage(path).contains(QStringLiteral("id=\"%1\"").arg(anchor)),
-                         qPrintable(page + QStringLiteral(": no anchor ") + target));
+                QVERIFY2(readPage(path).contains(u"id=\"%1\""_s.arg(anchor)),
+                         qPrintable(page + u": no anchor "_s + target));
         }
     }
 
     void contentsReachEveryPage()
     {
         QSet<QString> seen;
-        QStringList queue{QStringLiteral("contents.html")};
+        QStringList queue{u"contents.html"_s};
         while (!queue.isEmpty()) {
             const QString page = queue.takeFirst();
             if (seen.contains(page))
@@ -83,17 +85,16 @@ private Q_SLOTS:
             seen.insert(page);
             for (const QString &target : targets(readPage(page))) {
                 const QString file = target.section(QLatin1Char('#'), 0, 0);
-                if (file.endsWith(QLatin1String(".html")))
+                if (file.endsWith(".html"_L1))
                     queue.append(file);
             }
         }
         for (const QString &page : pages())
-            QVERIFY2(seen.contains(page),
-                     qPrintable(page + QStringLiteral(" can't be reached from the contents")));
+            QVERIFY2(seen.contains(page), qPrintable(page + u" can't be reached from the contents"_s));
         for (int context : {3, 1005, 1014, 1016, 1020, 1026, 1030})
-            QVERIFY2(seen.contains(QStringLiteral("topic-%1.html").arg(context)),
-                     qPrintable(QStringLiteral("no topic for help context %1").arg(context)));
-        QVERIFY(seen.contains(QStringLiteral("index.html")));
+            QVERIFY2(seen.contains(u"topic-%1.html"_s.arg(context)),
+                     qPrintable(u"no topic for help context %1"_s.arg(context)));
+        QVERIFY(seen.contains(u"index.html"_s));
     }
 };
 

@@ -3,6 +3,8 @@
 #include <QImage>
 #include <QtTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const char *const kToolbarKeys[] = {
@@ -20,10 +22,10 @@ QVector<Named> everyIcon()
 {
     QVector<Named> all;
     for (int i = 1; i <= 21; ++i)
-        all.append({QStringLiteral("tree %1").arg(i), app::icons::treeImage(i)});
+        all.append({u"tree %1"_s.arg(i), app::icons::treeImage(i)});
     for (const char *key : kToolbarKeys)
         all.append({QString::fromLatin1(key), app::icons::toolbarImage(QString::fromLatin1(key))});
-    all.append({QStringLiteral("appIcon"), app::icons::appIcon()});
+    all.append({u"appIcon"_s, app::icons::appIcon()});
     return all;
 }
 
@@ -48,50 +50,44 @@ class TestIcons : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyIconIsPainted_data();
-    void everyIconIsPainted();
-    void distinctKeysDiffer();
+    void everyIconIsPainted_data()
+    {
+        QTest::addColumn<QIcon>("icon");
+        for (const Named &n : everyIcon())
+            QTest::newRow(qPrintable(n.name)) << n.icon;
+    }
+
+    void everyIconIsPainted()
+    {
+        QFETCH(QIcon, icon);
+        QVERIFY(!icon.isNull());
+        for (int size : {16, 24, 32}) {
+            QVERIFY2(icon.availableSizes().contains(QSize(size, size)), qPrintable(QString::number(size)));
+            const QPixmap pixmap = icon.pixmap(QSize(size, size));
+            QVERIFY(!pixmap.isNull());
+            QCOMPARE(pixmap.size(), QSize(size, size));
+            // Neither blank nor a solid square.
+            const int inked = inkedPixels(pixmap.toImage());
+            QVERIFY2(inked >= size * size / 8, qPrintable(u"%1 px: %2 inked"_s.arg(size).arg(inked)));
+            QVERIFY2(inked < size * size, qPrintable(u"%1 px: fully opaque"_s.arg(size)));
+        }
+    }
+
+    void distinctKeysDiffer()
+    {
+        const QVector<Named> all = everyIcon();
+        for (int size : {16, 32}) {
+            QVector<QImage> images;
+            for (const Named &n : all)
+                images.append(image(n.icon, size));
+            for (int a = 0; a < all.size(); ++a)
+                for (int b = a + 1; b < all.size(); ++b)
+                    QVERIFY2(images.at(a) != images.at(b), qPrintable(u"%1 and %2 look the same at %3 px"_s
+                                                                          .arg(all.at(a).name, all.at(b).name)
+                                                                          .arg(size)));
+        }
+    }
 };
-
-void TestIcons::everyIconIsPainted_data()
-{
-    QTest::addColumn<QIcon>("icon");
-    for (const Named &n : everyIcon())
-        QTest::newRow(qPrintable(n.name)) << n.icon;
-}
-
-void TestIcons::everyIconIsPainted()
-{
-    QFETCH(QIcon, icon);
-    QVERIFY(!icon.isNull());
-    for (int size : {16, 24, 32}) {
-        QVERIFY2(icon.availableSizes().contains(QSize(size, size)), qPrintable(QString::number(size)));
-        const QPixmap pixmap = icon.pixmap(QSize(size, size));
-        QVERIFY(!pixmap.isNull());
-        QCOMPARE(pixmap.size(), QSize(size, size));
-        // Neither blank nor a solid square.
-        const int inked = inkedPixels(pixmap.toImage());
-        QVERIFY2(inked >= size * size / 8,
-                 qPrintable(QStringLiteral("%1 px: %2 inked").arg(size).arg(inked)));
-        QVERIFY2(inked < size * size, qPrintable(QStringLiteral("%1 px: fully opaque").arg(size)));
-    }
-}
-
-void TestIcons::distinctKeysDiffer()
-{
-    const QVector<Named> all = everyIcon();
-    for (int size : {16, 32}) {
-        QVector<QImage> images;
-        for (const Named &n : all)
-            images.append(image(n.icon, size));
-        for (int a = 0; a < all.size(); ++a)
-            for (int b = a + 1; b < all.size(); ++b)
-                QVERIFY2(images.at(a) != images.at(b),
-                         qPrintable(QStringLiteral("%1 and %2 look the same at %3 px")
-                                        .arg(all.at(a).name, all.at(b).name)
-                                        .arg(size)));
-    }
-}
 
 QTEST_MAIN(TestIcons)
 #include "test_icons.moc"

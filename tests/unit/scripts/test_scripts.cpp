@@ -1,0 +1,234 @@
+// The script helpers: editor commands, file names, the pane's font sizes,
+// the script marker, and the pane that gives back every byte of a script.
+#include "scripts/editors.h"
+#include "scripts/filenames.h"
+#include "scripts/fontladder.h"
+#include "scripts/scriptmarker.h"
+#include "scripts/scriptpane.h"
+
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Class keys as a registry might hold them.
+QString classCommand(const QString &key)
+{
+    if (key == "txtFile\\shell\\open\\command"_L1)
+        return u"\"/usr/bin/mousepad\" %1"_s;
+    if (key == "Wordpad.Document.1\\shell\\open\\command"_L1)
+        return u"\"/usr/bin/kate\" --block \"%1\""_s;
+    if (key == "VisualBasic.Module\\shell\\open\\command"_L1)
+        return u"/usr/bin/codium --wait"_s; // no "%1"
+    return QString();
+}
+
+const QString kNone = u"<none>"_s;
+
+/// Every byte but the line-end bytes, in lines of 16, ended by `end`.
+QByteArray everyByte(const QByteArray &end)
+{
+    QByteArray script;
+    for (int b = 0; b < 256; ++b) {
+        if (b != '\r' && b != '\n')
+            script.append(static_cast<char>(b));
+        if (b % 16 == 15)
+            script.append(end);
+    }
+    return script;
+}
+
+} // namespace
+
+class TestScripts : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void editorCommand_data()
+    {
+        QTest::addColumn<bool>("viewer");
+        QTest::addColumn<QString>("editor");
+        QTest::addColumn<QString>("otherPath");
+        QTest::addColumn<bool>("isNT");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("Notepad: cut at %1, quote kept")
+            << false << "Notepad" << u""_s << false << "\"/usr/bin/mousepad\" ";
+        QTest::newRow("Notepad on NT") << false << "Notepad" << u""_s << true << "notepad ";
+        QTest::newRow("Wordpad: closing quote dropped")
+            << false << "Wordpad" << u""_s << false << "\"/usr/bin/kate\" --block ";
+        QTest::newRow("no %1: whole")
+            << false << "Visual Basic" << u""_s << false << "/usr/bin/codium --wait";
+        QTest::newRow("missing key") << false << "Visual InterDev" << u""_s << false << "";
+        QTest::newRow("Other trimmed, one blank")
+            << false << "Other" << u"  /opt/ed -w  "_s << false << "/opt/ed -w ";
+        QTest::newRow("Other n/a") << false << "Other" << u"n/a"_s << false << "";
+        QTest::newRow("unknown name") << false << "Emacs" << u""_s << false << kNone;
+        QTest::newRow("viewer Notepad") << true << "Notepad" << u""_s << false << "\"/usr/bin/mousepad\" ";
+        QTest::newRow("viewer Wordpad")
+            << true << "Wordpad" << u""_s << false << "\"/usr/bin/kate\" --block ";
+        QTest::newRow("Visual Basic: no viewer") << true << "Visual Basic" << u""_s << false << kNone;
+    }
+
+    void editorCommand()
+    {
+        QFETCH(bool, viewer);
+        QFETCH(QString, editor);
+        QFETCH(QString, otherPath);
+        QFETCH(bool, isNT);
+        QFETCH(QString, expected);
+        const std::optional<QString> command =
+            viewer ? scripts::viewerCommand(editor, isNT, classCommand)
+                   : scripts::editorCommand(editor, otherPath, isNT, classCommand);
+        QCOMPARE(command.value_or(kNone), expected);
+    }
+
+    void editorForSize_data()
+    {
+        QTest::addColumn<QString>("editor");
+        QTest::addColumn<qint64>("size");
+        QTest::addColumn<bool>("isNT");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("64000 stays") << "Notepad" << qint64(64000) << false << "Notepad";
+        QTest::newRow("64001 swaps") << "Notepad" << qint64(64001) << false << "Wordpad";
+        QTest::newRow("not on NT") << "Notepad" << qint64(64001) << true << "Notepad";
+    }
+
+    void editorForSize()
+    {
+        QFETCH(QString, editor);
+        QFETCH(qint64, size);
+        QFETCH(bool, isNT);
+        QFETCH(QString, expected);
+        QCOMPARE(scripts::editorForSize(editor, size, isNT), expected);
+    }
+
+    void cleanFileName_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("slash and colon") << "Reply: a/b" << u"Reply  a b"_s;
+        QTest::newRow("neighbours not merged") << "a:/b" << u"a  b"_s;
+        QTest::newRow("all six") << ":/\\|><" << u"      "_s;
+        QTest::newRow("others kept") << "What? *\"now\"" << u"What? *\"now\""_s;
+        QTest::newRow("no trimming") << " x: " << u" x  "_s;
+    }
+
+    void cleanFileName()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, expected);
+        QString argument = name;
+        const QString result = scripts::CleanFileName(argument);
+        QCOMPARE(result, expected);
+        QCOMPARE(argument, expected); // the argument becomes the result too
+        QCOMPARE(result.size(), name.size());
+    }
+
+    void fontSteps_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<double>("size");
+        QTest::addColumn<bool>("paneShown");
+        QTest::addColumn<double>("expected");
+        QTest::newRow("menu decrease from 10") << "menuDecrease" << 10.0 << true << 8.0;
+        QTest::newRow("menu decrease stops at 8") << "menuDecrease" << 8.0 << true << 8.0;
+        QTest::newRow("menu decrease with pane hidden") << "menuDecrease" << 12.0 << false << 12.0;
+        QTest::newRow("menu increase from 22") << "menuIncrease" << 22.0 << true << 24.0;
+        QTest::newRow("menu increase stops at 24") << "menuIncrease" << 24.0 << true << 24.0;
+        QTest::newRow("key decrease from 10") << "keyDecrease" << 10.0 << true << 9.0;
+        QTest::newRow("key decrease from 9") << "keyDecrease" << 9.0 << true << 8.0;
+        QTest::newRow("key decrease stops at 8") << "keyDecrease" << 8.0 << true << 8.0;
+        QTest::newRow("key decrease from 9.5 by two") << "keyDecrease" << 9.5 << true << 7.5;
+        QTest::newRow("key decrease with pane hidden") << "keyDecrease" << 12.0 << false << 12.0;
+        QTest::newRow("key increase from 8") << "keyIncrease" << 8.0 << true << 9.0;
+        QTest::newRow("key increase from 24") << "keyIncrease" << 24.0 << true << 26.0;
+        QTest::newRow("key increase stops above 24") << "keyIncrease" << 26.0 << true << 26.0;
+        QTest::newRow("key increase with pane hidden") << "keyIncrease" << 12.0 << false << 12.0;
+    }
+
+    void fontSteps()
+    {
+        QFETCH(QString, command);
+        QFETCH(double, size);
+        QFETCH(bool, paneShown);
+        QFETCH(double, expected);
+        double result = 0;
+        if (command == "menuDecrease"_L1)
+            result = scripts::menuDecrease(size, paneShown);
+        else if (command == "menuIncrease"_L1)
+            result = scripts::menuIncrease(size);
+        else if (command == "keyDecrease"_L1)
+            result = scripts::keyDecrease(size, paneShown);
+        else
+            result = scripts::keyIncrease(size, paneShown);
+        QCOMPARE(result, expected);
+    }
+
+    void scriptMarker_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("valid");
+        QTest::newRow("as written") << "<SCRIPT RunAt=Server Language=VBScript>" << true;
+        QTest::newRow("lower case, later in the text")
+            << "' note\r\n<script runat=server language=JScript>" << true;
+        QTest::newRow("no language attribute") << "<SCRIPT RunAt=Server>" << false;
+        QTest::newRow("two blanks") << "<SCRIPT  RunAt=Server Language=VBScript>" << false;
+        QTest::newRow("marker alone") << "<SCRIPT RunAt=Server Language=" << true;
+    }
+
+    void scriptMarker()
+    {
+        QFETCH(QString, text);
+        QFETCH(bool, valid);
+        QCOMPARE(scripts::hasScriptMarker(text), valid);
+    }
+
+    // The pane gives back every byte of a script and its line ends, after
+    // the user has typed in it.
+    void everyByteAndLineEndSurvivesAnEdit_data()
+    {
+        QTest::addColumn<QByteArray>("script");
+        QTest::newRow("CR LF") << everyByte("\r\n");
+        QTest::newRow("LF") << everyByte("\n");
+        QTest::newRow("CR") << everyByte("\r");
+        QTest::newRow("mixed, no end on the last line") << QByteArray("a\rb\r\nc\nd\xA0");
+    }
+
+    void everyByteAndLineEndSurvivesAnEdit()
+    {
+        QFETCH(QByteArray, script);
+        scripts::ScriptPane pane;
+        pane.setText(scripts::scriptToPane(script));
+        QCOMPARE(scripts::paneToScript(pane.text()), script);
+        // The user types a letter at the very start and another at the end.
+        QTextCursor cursor = pane.textCursor();
+        cursor.movePosition(QTextCursor::Start);
+        pane.setTextCursor(cursor);
+        QTest::keyClick(&pane, Qt::Key_X);
+        cursor.movePosition(QTextCursor::End);
+        pane.setTextCursor(cursor);
+        QTest::keyClick(&pane, Qt::Key_Y);
+        QCOMPARE(scripts::paneToScript(pane.text()), "x" + script + "y");
+    }
+
+    void newLinesTakeTheUsualEnd()
+    {
+        scripts::ScriptPane pane;
+        pane.setText(u"one\ntwo\nthree\r\n"_s);
+        QCOMPARE(pane.lineCount(), 4);
+        QTextCursor cursor = pane.textCursor();
+        cursor.movePosition(QTextCursor::Start);
+        cursor.movePosition(QTextCursor::EndOfLine);
+        pane.setTextCursor(cursor);
+        QTest::keyClick(&pane, Qt::Key_Return);
+        QCOMPARE(pane.text(), u"one\n\ntwo\nthree\r\n"_s);
+        // A new text without line ends gets the program's own.
+        pane.setText(u"single"_s);
+        QTest::keyClick(&pane, Qt::Key_Return);
+        QVERIFY(pane.text().contains("\r\n"_L1));
+    }
+};
+
+QTEST_MAIN(TestScripts)
+#include "test_scripts.moc"
