@@ -67,6 +67,13 @@ QStringList splitPath(const QString &path)
     return parts;
 }
 
+QString show(const QJsonValue &v)
+{
+    if (v.isUndefined())
+        return QStringLiteral("(nothing)");
+    return QString::fromUtf8(QJsonDocument(QJsonArray{v}).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
+}
+
 QJsonValue lookup(const QJsonValue &root, const QString &path)
 {
     QJsonValue v = root;
@@ -79,13 +86,7 @@ QJsonValue lookup(const QJsonValue &root, const QString &path)
             QJsonValue found = QJsonValue::Undefined;
             for (const QJsonValue &item : v.toArray()) {
                 const QJsonValue m = item.toObject().value(member);
-                const QString text =
-                    m.isString()
-                        ? m.toString()
-                        : QString::fromUtf8(QJsonDocument(QJsonArray{m}).toJson(QJsonDocument::Compact))
-                              .mid(1)
-                              .chopped(1);
-                if (text == wanted) {
+                if ((m.isString() ? m.toString() : show(m)) == wanted) {
                     found = item;
                     break;
                 }
@@ -104,12 +105,6 @@ QJsonValue lookup(const QJsonValue &root, const QString &path)
     return v;
 }
 
-QString show(const QJsonValue &v)
-{
-    if (v.isUndefined())
-        return QStringLiteral("(nothing)");
-    return QString::fromUtf8(QJsonDocument(QJsonArray{v}).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
-}
 
 /// PATH and the rest of a check line.
 std::pair<QString, QString> pathAndValue(const QString &rest)

@@ -81,6 +81,9 @@ private Q_SLOTS:
         const mapi::Folder lowered = m_folders->folder(kMailbox + u"Lowered For Me"_s);
         m_folders->db().run(u"INSERT INTO folder_access(folder, user, access) VALUES(?, 'Tess Tester', 62)"_s,
                             {lowered.row().row});
+        // Another user's row is no concern of the walk's user.
+        m_tree->db().run(u"INSERT INTO folder_access(folder, user, access) VALUES(?, 'Someone Else', 0)"_s,
+                         {m_tree->folder(u"\\Mailbox - Alice Admin\\inbox"_s).row().row});
     }
 
     void folderImage_data()
