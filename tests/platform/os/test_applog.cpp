@@ -11,13 +11,10 @@ class TestAppLog : public QObject {
 private Q_SLOTS:
     void init() { m_home = std::make_unique<testsupport::TestHome>(); }
 
-    void cleanup() { m_home.reset(); }
-
     void oneLineAnEvent_data()
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<int>("type");
-        QTest::newRow("information") << "Greeter installed in \\Mailbox\\Inbox" << 4;
         QTest::newRow("error with carriage returns")
             << "Could not install\rError# 70\rPermission denied" << 1;
         QTest::newRow("beyond ASCII") << u"M\u00fcller \u65e5\u672c"_s << 4;

@@ -69,8 +69,13 @@ private Q_SLOTS:
         QFETCH(bool, quoteProgram);
         // An editor as the editor rules call one: program, then the quoted
         // file. It writes only after a pause: ExecCmd waits for its end.
-        const QString path =
-            script(program, "sleep 0.3\nfor a in \"$@\"; do echo \"[$a]\"; done > \"$HOME/args\"");
+        const QString path = m_home.file(program);
+        QDir().mkpath(QFileInfo(path).absolutePath());
+        QFile script(path);
+        QVERIFY(script.open(QIODevice::WriteOnly));
+        script.write("#!/bin/sh\nsleep 0.3\nfor a in \"$@\"; do echo \"[$a]\"; done > \"$HOME/args\"\n");
+        script.close();
+        script.setPermissions(script.permissions() | QFile::ExeOwner);
         const QString file = m_home.file(u"Auto Reply.txt"_s);
         const QString prefix = quoteProgram ? QLatin1Char('"') + path + u"\" "_s : path + QLatin1Char(' ');
         QCOMPARE(os::ExecCmd(prefix + u"--wait \""_s + file + QLatin1Char('"')), 0);
@@ -100,24 +105,8 @@ private Q_SLOTS:
     }
 
 private:
-    /// An executable shell script in the test's home.
-    QString script(const QString &name, const QByteArray &body);
-
     testsupport::TestHome m_home;
 };
-
-QString TestProcess::script(const QString &name, const QByteArray &body)
-{
-    const QString path = m_home.file(name);
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return QString();
-    file.write("#!/bin/sh\n" + body + '\n');
-    file.close();
-    file.setPermissions(file.permissions() | QFile::ExeOwner);
-    return path;
-}
 
 QTEST_GUILESS_MAIN(TestProcess)
 #include "test_process.moc"

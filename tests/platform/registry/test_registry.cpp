@@ -1,3 +1,8 @@
+// The registry: as the platform keeps it, as the program reads and writes its
+// settings, and as the About box reads it to find the system information
+// program.
+#include "app/basregistry.h"
+#include "dialogs/sysinfo.h"
 #include "platform/registry/defaults.h"
 #include "platform/registry/registry.h"
 #include "tests/support/testenv.h"
@@ -6,10 +11,15 @@
 #include <QSqlQuery>
 #include <QtTest>
 
+#include <latch>
+#include <thread>
+
 using namespace registry;
 using namespace Qt::StringLiterals;
 
 namespace {
+
+const QString kGeneral = u"Software\\Kelverd\\Sorrelin\\5.5\\General"_s;
 
 /// Every subkey name of a key, in the order the registry gives them.
 QStringList subkeys(Registry &reg, HKEY key)
@@ -42,14 +52,11 @@ class TestRegistry : public QObject {
 private Q_SLOTS:
     void init()
     {
-        m_home = std::make_unique<testsupport::TestHome>();
-        m_reg = std::make_unique<Registry>(m_home->file(u"registry.db"_s));
-    }
-
-    void cleanup()
-    {
+        // The last test's registry closed and its home gone before the next.
         m_reg.reset();
         m_home.reset();
+        m_home = std::make_unique<testsupport::TestHome>();
+        m_reg = std::make_unique<Registry>(m_home->file(u"registry.db"_s));
     }
 
     void keyTree()
@@ -104,18 +111,16 @@ private Q_SLOTS:
             db.setDatabaseName(path);
             QVERIFY(db.open());
             QSqlQuery q(db);
-            QVERIFY(q.exec(QStringLiteral("CREATE TABLE keys(id INTEGER PRIMARY KEY, root INTEGER NOT NULL,"
-                                          " path TEXT NOT NULL, UNIQUE(root, path COLLATE NOCASE))")));
-            QVERIFY(q.exec(QStringLiteral("CREATE TABLE \"values\"(key INTEGER NOT NULL REFERENCES keys(id)"
-                                          " ON DELETE CASCADE, name TEXT NOT NULL, type INTEGER NOT NULL,"
-                                          " data BLOB NOT NULL, PRIMARY KEY(key, name COLLATE NOCASE))")));
-            QVERIFY(q.exec(
-                QStringLiteral("INSERT INTO keys VALUES(7, %1, 'Software'), (3, %1, 'Software\\Kelverd'),"
-                               " (9, %1, 'Software\\Kelverd\\Sorrelin')")
-                    .arg(HKEY_CURRENT_USER)));
-            QVERIFY(q.exec(
-                QStringLiteral("INSERT INTO \"values\" VALUES(9, 'FontName', 1, CAST('Courier' AS BLOB)),"
-                               " (9, '', 1, CAST('default' AS BLOB))")));
+            QVERIFY(q.exec(u"CREATE TABLE keys(id INTEGER PRIMARY KEY, root INTEGER NOT NULL,"
+                           " path TEXT NOT NULL, UNIQUE(root, path COLLATE NOCASE))"_s));
+            QVERIFY(
+                q.exec(u"CREATE TABLE \"values\"(key INTEGER NOT NULL REFERENCES keys(id) ON DELETE CASCADE,"
+                       " name TEXT NOT NULL, type INTEGER NOT NULL, data BLOB NOT NULL,"
+                       " PRIMARY KEY(key, name COLLATE NOCASE))"_s));
+            QVERIFY(q.exec(u"INSERT INTO keys VALUES(7, %1, 'Software'), (3, %1, 'Software\\Kelverd'),"
+                           " (9, %1, 'Software\\Kelverd\\Sorrelin')"_s.arg(HKEY_CURRENT_USER)));
+            QVERIFY(q.exec(u"INSERT INTO \"values\" VALUES(9, 'FontName', 1, CAST('Courier' AS BLOB)),"
+                           " (9, '', 1, CAST('default' AS BLOB))"_s));
         }
         QSqlDatabase::removeDatabase(u"first"_s);
         Registry converted(path);
@@ -180,6 +185,148 @@ private Q_SLOTS:
         QCOMPARE(text(*m_reg, HKEY_CLASSES_ROOT, u"VBSFile\\shell\\edit\\command"_s, QString()),
                  plain ? QString(notepad).replace(" %1"_L1, " \"%1\""_L1) : QString());
         QVERIFY(text(*m_reg, HKEY_CLASSES_ROOT, u"VBSFile\\shell\\open\\command"_s, QString()).isNull());
+    }
+
+    void settings_data()
+    {
+        QTest::addColumn<QVariant>("written"); // none: the bytes are stored as they are
+        QTest::addColumn<uint>("type");
+        QTest::addColumn<QByteArray>("bytes"); // as the registry holds them
+        QTest::addColumn<QVariant>("read");    // none: nothing, which reads as the empty text
+        const uint sz = REG_SZ;
+        const uint dword = REG_DWORD;
+        const QString nul(QChar(u'\0'));
+        QTest::newRow("text: its own length, no NUL")
+            << QVariant(u"Courier"_s) << sz << QByteArray("Courier") << QVariant(u"Courier"_s);
+        QTest::newRow("empty text") << QVariant(QString()) << sz << QByteArray() << QVariant(QString());
+        const QString text = u"\u00c5ngstr\u00f6m \u65e5\u672c\rtwo\r\nthree"_s;
+        QTest::newRow("text beyond Latin-1, line breaks")
+            << QVariant(text) << sz << text.toUtf8() << QVariant(text);
+        QTest::newRow("number: 4 bytes")
+            << QVariant(258) << dword << QByteArray("\x02\x01\0\0", 4) << QVariant(258);
+        QTest::newRow("minus one") << QVariant(-1) << dword << QByteArray(4, '\xff') << QVariant(-1);
+        QTest::newRow("the sign bit, unsigned")
+            << QVariant(0x80000000u) << dword << QByteArray("\0\0\0\x80", 4) << QVariant(INT_MIN);
+        QTest::newRow("one trailing NUL taken off")
+            << QVariant() << sz << QByteArray("yes\0", 4) << QVariant("yes");
+        QTest::newRow("only one NUL taken off")
+            << QVariant() << sz << QByteArray("yes\0\0", 5) << QVariant("yes" + nul);
+        QTest::newRow("a NUL inside stays")
+            << QVariant() << sz << QByteArray("a\0b", 3) << QVariant("a" + nul + "b");
+        QTest::newRow("bytes") << QVariant() << uint(REG_BINARY) << QByteArray("ab") << QVariant();
+        QTest::newRow("a number too short") << QVariant() << dword << QByteArray("ab") << QVariant();
+    }
+
+    void settings()
+    {
+        QFETCH(QVariant, written);
+        QFETCH(uint, type);
+        QFETCH(QByteArray, bytes);
+        QFETCH(QVariant, read);
+        HKEY key = 0;
+        if (written.isValid()) {
+            QVERIFY(basRegistry::SetKeyValue(*m_reg, HKEY_CURRENT_USER, kGeneral, u"V"_s, written, type));
+            QCOMPARE(m_reg->RegOpenKeyEx(HKEY_CURRENT_USER, kGeneral, &key), ERROR_SUCCESS);
+            uint32_t storedType = 0;
+            QByteArray stored;
+            QCOMPARE(m_reg->RegQueryValueEx(key, u"V"_s, &storedType, &stored, nullptr), ERROR_SUCCESS);
+            QCOMPARE(storedType, uint32_t(type));
+            QCOMPARE(stored, bytes);
+        } else {
+            QCOMPARE(m_reg->RegCreateKeyEx(HKEY_CURRENT_USER, kGeneral, &key), ERROR_SUCCESS);
+            QCOMPARE(m_reg->RegSetValueEx(key, u"V"_s, type, bytes), ERROR_SUCCESS);
+        }
+        m_reg->RegCloseKey(key);
+        const QVariant v = basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, kGeneral, u"V"_s);
+        QCOMPARE(v.typeId(), read.typeId());
+        QCOMPARE(v, read);
+        // Another value, key or root is none.
+        QVERIFY(!basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, kGeneral, u"W"_s).isValid());
+        QVERIFY(!basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, kGeneral + u"\\V"_s, u"V"_s).isValid());
+        QVERIFY(!basRegistry::QueryValue(*m_reg, HKEY_LOCAL_MACHINE, kGeneral, u"V"_s).isValid());
+    }
+
+    void refusedWriteStillGivesTrue()
+    {
+        // A registry that can't be written: every call is refused, and only a
+        // raised error would give false.
+        Registry refusing(m_home->file(u"no/such/folder/registry.db"_s));
+        QVERIFY(basRegistry::SetKeyValue(refusing, HKEY_CURRENT_USER, kGeneral, u"A"_s, u"1"_s, REG_SZ));
+        QVERIFY(!basRegistry::QueryValue(refusing, HKEY_CURRENT_USER, kGeneral, u"A"_s).isValid());
+    }
+
+    void twoWritersAtOnceLoseNothing()
+    {
+        // Two registries on one file, each in a thread of its own as two
+        // programs would hold it, writing at the same moment under shared and
+        // own keys. The routines don't look at return codes, so a write lost
+        // to the other writer would only show as a missing value.
+        constexpr int kWrites = 150;
+        const QString path = m_reg->path();
+        std::latch start(2);
+        const auto writer = [&](const QString &who) {
+            Registry reg(path);
+            start.arrive_and_wait();
+            for (int i = 0; i < kWrites; ++i) {
+                basRegistry::SetKeyValue(reg, HKEY_CURRENT_USER, kGeneral, who + QString::number(i), i,
+                                         REG_DWORD);
+                basRegistry::SetKeyValue(reg, HKEY_CURRENT_USER, u"Shared\\%1\\%2"_s.arg(i % 7).arg(who),
+                                         u"v"_s, QString::number(i), REG_SZ);
+            }
+        };
+        std::thread a(writer, u"a"_s);
+        std::thread b(writer, u"b"_s);
+        a.join();
+        b.join();
+        for (const QString &who : {u"a"_s, u"b"_s}) {
+            for (int i = 0; i < kWrites; ++i) {
+                const QVariant v =
+                    basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, kGeneral, who + QString::number(i));
+                QVERIFY2(v.isValid(), qPrintable(who + QString::number(i)));
+                QCOMPARE(v.toInt(), i);
+            }
+            for (int k = 0; k < 7; ++k) {
+                const QString key = u"Shared\\%1\\%2"_s.arg(k).arg(who);
+                const int last = kWrites - 1 - ((kWrites - 1 - k) % 7);
+                QCOMPARE(basRegistry::QueryValue(*m_reg, HKEY_CURRENT_USER, key, u"v"_s).toString(),
+                         QString::number(last));
+            }
+        }
+        // One key a name: the shared parents weren't made twice.
+        HKEY shared = 0;
+        QCOMPARE(m_reg->RegOpenKeyEx(HKEY_CURRENT_USER, u"Shared\\3"_s, &shared), ERROR_SUCCESS);
+        QString name;
+        QCOMPARE(m_reg->RegEnumKeyEx(shared, 2, &name), ERROR_NO_MORE_ITEMS);
+        m_reg->RegCloseKey(shared);
+    }
+
+    void getKeyValue_data()
+    {
+        QTest::addColumn<QByteArray>("data"); // null: no key
+        QTest::addColumn<bool>("result");
+        QTest::addColumn<QString>("value");
+        QTest::newRow("closing NUL cut") << QByteArray("/usr/bin/x\0", 11) << true << u"/usr/bin/x"_s;
+        QTest::newRow("1024 bytes") << QByteArray(1024, 'p') << true << QString(1024, QLatin1Char('p'));
+        QTest::newRow("longer than the buffer") << QByteArray(1025, 'p') << false << QString();
+        QTest::newRow("no such key") << QByteArray() << false << QString();
+    }
+
+    void getKeyValue()
+    {
+        QFETCH(QByteArray, data);
+        QFETCH(bool, result);
+        QFETCH(QString, value);
+        const QString msinfo = u"SOFTWARE\\Microsoft\\Shared Tools\\MSINFO"_s;
+        HKEY key = 0;
+        if (!data.isNull()) {
+            QCOMPARE(m_reg->RegCreateKeyEx(HKEY_LOCAL_MACHINE, msinfo, &key), ERROR_SUCCESS);
+            QCOMPARE(m_reg->RegSetValueEx(key, u"PATH"_s, REG_SZ, data), ERROR_SUCCESS);
+            m_reg->RegCloseKey(key);
+        }
+        QString read = u"left over"_s;
+        QCOMPARE(dialogs::GetKeyValue(*m_reg, HKEY_LOCAL_MACHINE, msinfo, u"PATH"_s, read), result);
+        if (result)
+            QCOMPARE(read, value);
     }
 
 private:

@@ -122,33 +122,26 @@ private Q_SLOTS:
         QCOMPARE(seen, shown);
     }
 
-    void inputBox_data()
-    {
-        QTest::addColumn<bool>("accept");
-        QTest::addColumn<QString>("result");
-        QTest::newRow("typed") << true << u"Greeter"_s;
-        QTest::newRow("cancelled") << false << QString();
-    }
-
     void inputBox()
     {
-        QFETCH(bool, accept);
-        QFETCH(QString, result);
-        QString label;
-        QString caption;
-        QString offered;
-        const auto ran = whenShown<QInputDialog>([&](QInputDialog *dialog) {
-            label = dialog->labelText();
-            caption = dialog->windowTitle();
-            offered = dialog->textValue();
-            dialog->setTextValue(u"Greeter"_s);
-            accept ? dialog->accept() : dialog->reject();
-        });
-        QCOMPARE(m_prompter.inputBox(u"Agent Name:"_s, u"Agent Name for Script"_s, u"New Agent"_s), result);
-        QVERIFY(*ran);
-        QCOMPARE(label, u"Agent Name:"_s);
-        QCOMPARE(caption, u"Agent Name for Script"_s);
-        QCOMPARE(offered, u"New Agent"_s);
+        for (const bool accept : {true, false}) {
+            QString label;
+            QString caption;
+            QString offered;
+            const auto ran = whenShown<QInputDialog>([&](QInputDialog *dialog) {
+                label = dialog->labelText();
+                caption = dialog->windowTitle();
+                offered = dialog->textValue();
+                dialog->setTextValue(u"Greeter"_s);
+                accept ? dialog->accept() : dialog->reject();
+            });
+            QCOMPARE(m_prompter.inputBox(u"Agent Name:"_s, u"Agent Name for Script"_s, u"New Agent"_s),
+                     accept ? u"Greeter"_s : QString());
+            QVERIFY(*ran);
+            QCOMPARE(label, u"Agent Name:"_s);
+            QCOMPARE(caption, u"Agent Name for Script"_s);
+            QCOMPARE(offered, u"New Agent"_s);
+        }
     }
 
     void fileDialog_data()

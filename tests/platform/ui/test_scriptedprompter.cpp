@@ -86,17 +86,6 @@ private Q_SLOTS:
         QCOMPARE(!p.takeError().isEmpty(), !chosen);
     }
 
-    void errorsAreTakenOnce()
-    {
-        ui::ScriptedPrompter p;
-        p.msgBox(u"One"_s, Buttons::OK, Icon::None, 1, QString());
-        p.inputBox(u"Two"_s, QString(), QString());
-        QCOMPARE(p.takeError(), QStringLiteral("no answer queued for the msgbox \"One\"; "
-                                               "no answer queued for the inputbox \"Two\""));
-        QCOMPARE(p.takeError(), QString());
-        QCOMPARE(p.takePrompts().size(), 2);
-    }
-
 private:
     testsupport::TestHome m_home;
 };
