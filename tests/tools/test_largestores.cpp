@@ -87,8 +87,6 @@ private Q_SLOTS:
                                    << "tree" << 0 << store::kMaxFolderLevels << deeper;
         QTest::newRow("deep dump") << "deep"
                                    << "dump" << 1 << -1 << noDump;
-        QTest::newRow("wide tree") << "wide"
-                                   << "tree" << 0 << 100000 << QString();
         QTest::newRow("wide dump") << "wide"
                                    << "dump" << 0 << 100000 << QString();
     }

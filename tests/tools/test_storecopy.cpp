@@ -48,7 +48,6 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("fixture");
         QTest::newRow("demo") << testsupport::sourceDir() + u"/share/demo.json"_s;
-        QTest::newRow("agents") << testsupport::fixture(u"agents.json"_s);
         QTest::newRow("routing") << testsupport::fixture(u"routing.json"_s);
     }
     void copiedThereAndBackIsTheSame()

@@ -37,9 +37,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("rowAccess");
         QTest::addColumn<int>("listed");   // for Tess Tester, as the folder was listed
         QTest::addColumn<int>("expected"); // for Tess Tester, read again
-        QTest::newRow("full rights by default") << "Inbox" << QString() << 0 << 63 << 63;
         QTest::newRow("one bit short") << "Nearly" << QString() << 0 << 62 << 62;
-        QTest::newRow("none") << "Nothing" << QString() << 0 << 0 << 0;
         QTest::newRow("own row lowers") << "Inbox" << u"Tess Tester"_s << 3 << 63 << 3;
         QTest::newRow("another user's row doesn't count") << "Nearly" << u"Someone Else"_s << 63 << 62 << 62;
     }

@@ -66,7 +66,6 @@ private Q_SLOTS:
         const QVariant none;
         QTest::newRow("8-bit text keeps its bytes")
             << u"Oldest"_s << u"0x7102001E"_s << none << QVariant(QByteArray("caf\xe9 \x80\xff"));
-        QTest::newRow("number tag") << u"Oldest"_s << u"0x0E080003"_s << none << QVariant(1234);
         QTest::newRow("named field") << u"Oldest"_s << u"RouteType"_s << none
                                      << QVariant(QByteArray("Serial"));
         QTest::newRow("missing field") << u"Newest"_s << u"0x7102001E"_s << none << none;

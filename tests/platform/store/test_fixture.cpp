@@ -58,8 +58,6 @@ private Q_SLOTS:
         QTest::newRow("modified without seconds")
             << withAgent(R"("modified": "2026-01-02 03:04")")
             << agent + "modified: expected a time \"YYYY-MM-DD HH:MM:SS\"";
-        QTest::newRow("unknown schedule member")
-            << withAgent(R"("schedule": {"every": 5})") << agent + "schedule.every: unknown member";
         QTest::newRow("tag not hexadecimal")
             << withFolder(R"("messages": [{"subject": "M", "fields": {"0x7102001G": "x"}}])")
             << "stores[0].folders[1].messages[0].fields.0x7102001G: expected a tag of eight hexadecimal "
@@ -93,7 +91,6 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("json");
         QTest::addColumn<QString>("where");
         QTest::newRow("third line") << QByteArray("{\n  \"user\": \"U\",\n  \"stores\": [,]\n}\n") << ":3:";
-        QTest::newRow("cut short") << QByteArray("{\n\"user\": \"U\",\n\"stores\": [\n") << ":4:";
     }
     void jsonSyntaxNamesLineAndColumn()
     {

@@ -1,4 +1,4 @@
-// The store on both engines: bytes, ids, order, case and transactions behave
+// The store on both engines: bytes, ids, case and transactions behave
 // alike on an SQLite file and on a PostgreSQL database, and a server store
 // that can't be used is refused in words, with nothing written.
 #include "platform/store/database.h"
@@ -101,22 +101,6 @@ private Q_SLOTS:
         QCOMPARE(db->scalar(read, {u"0x1000001E"_s}).toByteArray(), all);
         QCOMPARE(db->scalar(read, {u"0x10800003"_s}).toInt(), 42);
         QCOMPARE(db->scalar(read, {u"Empty"_s}).toByteArray(), QByteArray(""));
-    }
-
-    void textSortsByBytes_data() { engines(); }
-    void textSortsByBytes()
-    {
-        QFETCH(QString, engine);
-        const std::unique_ptr<store::Database> db = store::Database::create(freshLocation(engine));
-        const QStringList names{u"b"_s, u"\u00e9t\u00e9"_s, u"B"_s, u"_x"_s, u"a b"_s, u"ab"_s};
-        for (const QString &name : names)
-            db->run(u"INSERT INTO stores(store_id, seq, name, provider) VALUES(?, 0, ?, 'x')"_s,
-                    {name, name});
-        QStringList sorted;
-        QSqlQuery q = db->run(u"SELECT name FROM stores ORDER BY name"_s);
-        while (q.next())
-            sorted << q.value(0).toString();
-        QCOMPARE(sorted, (QStringList{u"B"_s, u"_x"_s, u"a b"_s, u"ab"_s, u"b"_s, u"\u00e9t\u00e9"_s}));
     }
 
     void failedWriteLeavesNothing_data() { engines(); }
