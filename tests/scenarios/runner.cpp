@@ -105,7 +105,6 @@ QJsonValue lookup(const QJsonValue &root, const QString &path)
     return v;
 }
 
-
 /// PATH and the rest of a check line.
 std::pair<QString, QString> pathAndValue(const QString &rest)
 {
