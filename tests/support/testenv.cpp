@@ -42,4 +42,23 @@ bool makeForeignDatabase(const QString &path)
     return made;
 }
 
+StoreWriteLock::StoreWriteLock(const QString &path) : m_connection(QStringLiteral("write-lock-") + path)
+{
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
+    db.setDatabaseName(path);
+    QSqlQuery q(db);
+    m_held = db.open() && q.exec(QStringLiteral("BEGIN IMMEDIATE")) &&
+             q.exec(QStringLiteral("UPDATE meta SET value = value WHERE key = 'user'"));
+}
+
+StoreWriteLock::~StoreWriteLock()
+{
+    {
+        QSqlDatabase db = QSqlDatabase::database(m_connection, false);
+        QSqlQuery(db).exec(QStringLiteral("ROLLBACK"));
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(m_connection);
+}
+
 } // namespace testsupport

@@ -25,6 +25,22 @@ private:
 /// its own, none of a store's); false when it can't be made.
 bool makeForeignDatabase(const QString &path);
 
+/// Another program's hold on an SQLite store's write lock, from construction
+/// until destruction: what the program meets while someone else writes.
+class StoreWriteLock {
+public:
+    explicit StoreWriteLock(const QString &path);
+    ~StoreWriteLock();
+    StoreWriteLock(const StoreWriteLock &) = delete;
+    StoreWriteLock &operator=(const StoreWriteLock &) = delete;
+
+    bool held() const { return m_held; }
+
+private:
+    QString m_connection;
+    bool m_held = false;
+};
+
 /// The source tree (for share/ and test fixtures).
 QString sourceDir();
 
