@@ -104,10 +104,8 @@ bool Driver::userAction(const QString &command, const QString &rest)
             return failed(QStringLiteral("the program is not running"));
         if (unreachable(main))
             return true;
-        return acted([this, main] {
-            main->close();
-            m_ended = true;
-        });
+        // The window may stay open, as when a pending edit can't be saved.
+        return acted([this, main] { m_ended = main->close(); });
     }
     if (command == QLatin1String("click") || command == QLatin1String("rclick")) {
         auto *main = qobject_cast<frmMain *>(mainForm());
