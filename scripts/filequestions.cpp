@@ -42,8 +42,8 @@ bool refuseUnkeptCharacters(ui::Prompter &prompter, const QString &text)
     const QStringList unkept = unkeptCharacters(text);
     if (unkept.isEmpty())
         return false;
-    prompter.msgBox(QStringLiteral("The script can't hold these characters: ") + unkept.join(QLatin1Char(' ')) +
-                        QStringLiteral("\rReplace them, then save again."),
+    prompter.msgBox(QStringLiteral("The script can't hold these characters: ") +
+                        unkept.join(QLatin1Char(' ')) + QStringLiteral("\rReplace them, then save again."),
                     ui::Buttons::OK, ui::Icon::Exclamation, 1, QString());
     return true;
 }
