@@ -53,11 +53,7 @@ void frmMain::mnuFileAgentProperties_Click()
         [&] { return agents::handlerName(*m_program.gobjEvents, agent->source, *binding); });
 
     frmProperties form(*this);
-    const int mask = binding->EventMask();
-    form.chkScheduled->setChecked(mask & 1);
-    form.chkNew->setChecked(mask & 2);
-    form.chkUpdate->setChecked(mask & 4);
-    form.chkDelete->setChecked(mask & 8);
+    form.showEvents(binding->EventMask());
     form.cmdSchedule->setEnabled(form.chkScheduled->isChecked());
     form.txtAgentName->setText(agent->message.Subject());
     form.chkActive->setChecked(binding->Active());

@@ -105,6 +105,22 @@ frmProperties::frmProperties(frmMain &main)
     Form_Load();
 }
 
+std::array<bool, 4> agents::eventBoxes(int mask)
+{
+    if (mask < 0 || mask > 15)
+        return {};
+    return {(mask & 1) != 0, (mask & 2) != 0, (mask & 4) != 0, (mask & 8) != 0};
+}
+
+void frmProperties::showEvents(int mask)
+{
+    const std::array<bool, 4> boxes = agents::eventBoxes(mask);
+    chkScheduled->setChecked(boxes[0]);
+    chkNew->setChecked(boxes[1]);
+    chkUpdate->setChecked(boxes[2]);
+    chkDelete->setChecked(boxes[3]);
+}
+
 void frmProperties::Form_Load()
 {
     blnIsLoading = true;

@@ -2,12 +2,23 @@
 
 #include <QDialog>
 
+#include <array>
+
 class QCheckBox;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
 class frmMain;
+
+namespace agents {
+
+/// The four event boxes, Scheduled, New, Update and Delete, as a mask read
+/// back ticks them: each bit its own box, and a mask that isn't one of the
+/// legal 0 to 15 none.
+std::array<bool, 4> eventBoxes(int mask);
+
+} // namespace agents
 
 /// "Agent Properties": an agent's name, whether it is active, its events
 /// and its schedule; in the new-agent mode it makes the agent from the
@@ -30,6 +41,8 @@ public:
     QPushButton *cmdSchedule;
     QLabel *lblCreated, *lblCreatedBy, *lblModified, *lblModifiedBy, *lblServer, *lblAgent;
 
+    /// Ticks the event boxes as the mask reads back.
+    void showEvents(int mask);
     void Form_Load();
     void Form_Activate();
     void chkScheduled_Click();

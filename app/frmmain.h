@@ -112,6 +112,10 @@ public:
     void mnuFileSaveAs_Click();
     bool GetScript();
     void mnuFileSave_Click();
+    /// The save of the pane under the save-changes setting; true when the
+    /// edit has been dealt with (written, declined or discarded, or there
+    /// was none), false when it couldn't be saved.
+    bool SaveScript();
     void txtPreview_Change();
     void txtPreview_GotFocus();
     void txtPreview_LostFocus();

@@ -78,10 +78,13 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event)
         Form_Resize();
         return false;
     }
-    // F11 and F12 in the tree belong to the tree's key-up, not to the menu.
+    // F11 and F12 in the tree belong to the tree's key-up, not to the menu;
+    // Ctrl+V there is the tree's to swallow, so the Edit menu never pastes.
     if (watched == treOutl && event->type() == QEvent::ShortcutOverride) {
-        const int key = static_cast<QKeyEvent *>(event)->key();
-        if (key == Qt::Key_F11 || key == Qt::Key_F12) {
+        const auto *keyEvent = static_cast<QKeyEvent *>(event);
+        const int key = keyEvent->key();
+        const bool paste = key == Qt::Key_V && (keyEvent->modifiers() & Qt::ControlModifier);
+        if (key == Qt::Key_F11 || key == Qt::Key_F12 || paste) {
             event->accept();
             return true;
         }
@@ -206,7 +209,14 @@ void frmMain::mnuFileExit_Click()
 
 void frmMain::closeEvent(QCloseEvent *event)
 {
-    // The close can't be refused.
+    // Closing leaves the pane: an edit still pending is saved as leaving the
+    // pane saves it, before anything is taken down. A save that fails keeps
+    // the window open, and the edit pending in the pane.
+    if (!m_unloaded && blnDirty && !SaveScript()) {
+        blnDirty = true;
+        event->ignore();
+        return;
+    }
     Form_QueryUnload();
     event->accept();
 }

@@ -30,10 +30,34 @@ QString quoted(const QString &text)
     return QLatin1Char('"') + text + QLatin1Char('"');
 }
 
+/// The walk borrows the main window's current object: however it ends, the
+/// ids go back to what they were, those of the node the tree has selected,
+/// for the commands that follow act on that node.
+class CurrentObjectKept {
+public:
+    explicit CurrentObjectKept(frmMain &main)
+        : m_main(main), m_entryID(main.strEntryID), m_storeID(main.strStoreID)
+    {
+    }
+    ~CurrentObjectKept()
+    {
+        m_main.strEntryID = m_entryID;
+        m_main.strStoreID = m_storeID;
+    }
+    CurrentObjectKept(const CurrentObjectKept &) = delete;
+    CurrentObjectKept &operator=(const CurrentObjectKept &) = delete;
+
+private:
+    frmMain &m_main;
+    const QString m_entryID;
+    const QString m_storeID;
+};
+
 } // namespace
 
 void walkAgents(frmMain &main, const std::function<void(const AgentFacts &)> &take)
 {
+    const CurrentObjectKept selection(main);
     app::Program &program = main.program();
     controls::SSTree &tree = *main.treOutl;
     std::optional<events::Binding> binding;

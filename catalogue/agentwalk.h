@@ -27,7 +27,8 @@ struct AgentFacts {
 /// Walks the agent nodes of the main window's tree in the order of its
 /// nodes, looking each agent up afresh: message, folder, event source,
 /// binding and handler. `strEntryID` and `strStoreID` of the main window are
-/// the walk's working values. `take` gets each agent; the first failure
+/// the walk's working values; when it ends, however it ends, they name the
+/// tree's selected node again. `take` gets each agent; the first failure
 /// ends the walk and is raised. A binding that isn't found takes the one of
 /// the agent before; on the first agent there is none, which fails.
 void walkAgents(frmMain &main, const std::function<void(const AgentFacts &)> &take);

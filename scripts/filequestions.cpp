@@ -2,6 +2,7 @@
 
 #include "platform/com/routine.h"
 #include "platform/ui/prompter.h"
+#include "scripts/scriptmarker.h"
 
 #include <QFileInfo>
 
@@ -34,6 +35,17 @@ bool confirmOverwrite(ui::Prompter &prompter, const QString &fileName)
         return true;
     return prompter.msgBox(fileName + QStringLiteral("\ralready exists. Overwrite?"), ui::Buttons::YesNo,
                            ui::Icon::Question, 2, QString()) != ui::Answer::No;
+}
+
+bool refuseUnkeptCharacters(ui::Prompter &prompter, const QString &text)
+{
+    const QStringList unkept = unkeptCharacters(text);
+    if (unkept.isEmpty())
+        return false;
+    prompter.msgBox(QStringLiteral("The script can't hold these characters: ") +
+                        unkept.join(QLatin1Char(' ')) + QStringLiteral("\rReplace them, then save again."),
+                    ui::Buttons::OK, ui::Icon::Exclamation, 1, QString());
+    return true;
 }
 
 void showFileError(ui::Prompter &prompter, const com::ComError &e)

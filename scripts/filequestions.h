@@ -35,6 +35,11 @@ std::optional<QString> askSaveFile(ui::Prompter &prompter, ui::CommonDialogState
 /// a file of that name exists. False when the user said No.
 bool confirmOverwrite(ui::Prompter &prompter, const QString &fileName);
 
+/// Before the pane's text is written as a script: when it has characters
+/// that a script can't hold, names them (exclamation icon, OK) and gives
+/// true, so that nothing is written and the text stays as it is.
+bool refuseUnkeptCharacters(ui::Prompter &prompter, const QString &text);
+
 /// A failed file or list command: "Error#: ", the number, a carriage return
 /// and the description (stop icon, OK).
 void showFileError(ui::Prompter &prompter, const com::ComError &e);

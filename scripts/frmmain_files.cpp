@@ -43,6 +43,8 @@ void frmMain::mnuFileSaveAs_Click()
     QTreeWidgetItem *node = treOutl->selectedItem();
     if (controls::SSTree::image(node) < navigation::kImageScriptAgent)
         return;
+    if (scripts::refuseUnkeptCharacters(prompter(), txtPreview->text()))
+        return;
     QString name = controls::SSTree::text(node);
     const std::optional<QString> chosen = scripts::askSaveFile(
         prompter(), CommonDialog1, scripts::kTextFilesFilter, 2,

@@ -9,6 +9,7 @@
 #include "platform/controls/sstree.h"
 #include "platform/events/events.h"
 #include "platform/mapi/session.h"
+#include "scripts/filequestions.h"
 #include "scripts/scriptmarker.h"
 #include "scripts/scriptpane.h"
 
@@ -21,8 +22,11 @@ bool frmMain::GetScript()
     bool ok = false;
     try {
         mapi::Message message = m_program.gobjSession->GetMessage(strEntryID, strStoreID);
-        const QByteArray script = message.Fields(mapi::PR_SCRIPT).Value().toByteArray();
-        txtPreview->setText(scripts::scriptToPane(script));
+        const QVariant script = message.Fields(mapi::PR_SCRIPT).Value();
+        if (!script.isValid())
+            throw com::ComError(com::err::NotFound, QStringLiteral("Sorrelin"),
+                                QStringLiteral("The agent's message has no script field"));
+        txtPreview->setText(scripts::scriptToPane(script.toByteArray()));
         blnDirty = false;
         ok = true;
     } catch (const com::ComError &) {
@@ -35,10 +39,15 @@ bool frmMain::GetScript()
 
 void frmMain::mnuFileSave_Click()
 {
+    SaveScript();
+}
+
+bool frmMain::SaveScript()
+{
     const QString mode = m_program.gstrSaveChangesMode;
     if (mode == QLatin1String("discard")) {
         blnDirty = false;
-        return;
+        return true;
     }
     const QString text = txtPreview->text();
     if (!scripts::hasScriptMarker(text)) {
@@ -46,14 +55,18 @@ void frmMain::mnuFileSave_Click()
             QStringLiteral("This agent does not appear to contain a valid script. Continue?"),
             ui::Buttons::YesNo, ui::Icon::Question, 2, QString());
         if (answer == ui::Answer::No)
-            return;
+            return false;
     }
-    const bool written = com::withHandler(
+    bool dealtWith = false;
+    com::withHandler(
         [&] {
             if (!blnDirty) {
-                blnDirty = false;
+                dealtWith = true;
                 return;
             }
+            // Nothing of the edit is written while a character of it would be lost.
+            if (scripts::refuseUnkeptCharacters(prompter(), text))
+                return;
             mapi::Message message = m_program.gobjSession->GetMessage(strEntryID, strStoreID);
             if (mode == QLatin1String("prompt")) {
                 const QString path = StripCurrentUser(controls::SSTree::fullPath(treOutl->selectedItem()));
@@ -63,6 +76,7 @@ void frmMain::mnuFileSave_Click()
                                       ui::Buttons::YesNo, ui::Icon::Question, 1, QString());
                 if (answer == ui::Answer::No) {
                     blnDirty = false;
+                    dealtWith = true;
                     return;
                 }
             }
@@ -78,12 +92,13 @@ void frmMain::mnuFileSave_Click()
                 return;
             }
             binding->PrepareCustomChanges();
-            message.Fields(mapi::PR_SCRIPT).setValue(scripts::paneToScript(txtPreview->text()));
+            message.Fields(mapi::PR_SCRIPT).setValue(scripts::paneToScript(text));
             const auto transaction = m_program.gobjSession->BeginTransaction();
             message.Update();
             binding->SaveCustomChanges(message);
             transaction->commit();
             blnDirty = false;
+            dealtWith = true;
             SetHourglass(false);
         },
         [&](const com::ComError &e) {
@@ -92,7 +107,7 @@ void frmMain::mnuFileSave_Click()
             blnDirty = false;
             SetHourglass(false);
         });
-    Q_UNUSED(written);
+    return dealtWith;
 }
 
 void frmMain::txtPreview_Change()
@@ -110,7 +125,8 @@ void frmMain::txtPreview_GotFocus()
 
 void frmMain::txtPreview_LostFocus()
 {
-    // The way out of the program runs no save: a pending edit is dropped.
+    // Closing the window has saved a pending edit already; once it has
+    // unloaded, the store is gone and nothing runs here.
     if (m_unloaded)
         return;
     if (blnDirty)

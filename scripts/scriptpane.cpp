@@ -48,6 +48,9 @@ QString ScriptPane::selText() const
 
 void ScriptPane::setSelText(const QString &text)
 {
+    // A locked pane shows a notice, which no command changes.
+    if (isLocked())
+        return;
     textCursor().insertText(toDisplay(text));
 }
 

@@ -23,7 +23,7 @@ public:
     void setText(const QString &text);
 
     /// The selection as text (CR LF line ends); setting it replaces the
-    /// selection, or inserts at the caret.
+    /// selection, or inserts at the caret, unless the pane is locked.
     QString selText() const;
     void setSelText(const QString &text);
     void selectAll();

@@ -136,10 +136,8 @@ void Driver::quit(const QString &)
         return fail(QStringLiteral("the program is not running"));
     if (unreachable(main))
         return;
-    act([this, main] {
-        main->close();
-        m_ended = true;
-    });
+    // The window may stay open, as when a pending edit can't be saved.
+    act([this, main] { m_ended = main->close(); });
 }
 
 void Driver::click(const QString &rest)

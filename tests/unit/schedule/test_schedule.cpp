@@ -1,3 +1,4 @@
+#include "agents/frmproperties.h"
 #include "agents/schedule.h"
 
 #include <QtTest>
@@ -56,6 +57,28 @@ private Q_SLOTS:
         const std::array<bool, 7> boxes = agents::daysToBoxes(days);
         QString actual;
         for (bool b : boxes)
+            actual += b ? QLatin1Char('x') : QLatin1Char('.');
+        QCOMPARE(actual, ticked);
+    }
+
+    void eventBoxes_data()
+    {
+        QTest::addColumn<int>("mask");
+        QTest::addColumn<QString>("ticked"); // Scheduled, New, Update, Delete
+        QTest::newRow("none") << 0 << "....";
+        QTest::newRow("9: scheduled and deleted") << 9 << "x..x";
+        QTest::newRow("all") << 15 << "xxxx";
+        QTest::newRow("16 is no mask") << 16 << "....";
+        QTest::newRow("above 15 with low bits") << 27 << "....";
+        QTest::newRow("negative") << -1 << "....";
+    }
+
+    void eventBoxes()
+    {
+        QFETCH(int, mask);
+        QFETCH(QString, ticked);
+        QString actual;
+        for (bool b : agents::eventBoxes(mask))
             actual += b ? QLatin1Char('x') : QLatin1Char('.');
         QCOMPARE(actual, ticked);
     }

@@ -184,6 +184,29 @@ private Q_SLOTS:
         QCOMPARE(scripts::hasScriptMarker(text), valid);
     }
 
+    void unkeptCharacters_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QStringList>("unkept");
+        QTest::newRow("8-bit text keeps all") << QStringLiteral("caf\u00E9 \u00FF\r\n") << QStringList();
+        QTest::newRow("each once, in order")
+            << QStringLiteral("\u20AC or \u65E5\u672C \u20AC")
+            << QStringList{QStringLiteral("\u20AC"), QStringLiteral("\u65E5"), QStringLiteral("\u672C")};
+        QTest::newRow("beyond 16 bits is one character")
+            << QStringLiteral("a\U0001F600b") << QStringList{QStringLiteral("\U0001F600")};
+        // The pane's pictures of control characters are bytes of the script.
+        QTest::newRow("control pictures") << QStringLiteral("\u0001") << QStringList();
+    }
+
+    void unkeptCharacters()
+    {
+        QFETCH(QString, text);
+        QFETCH(QStringList, unkept);
+        scripts::ScriptPane pane;
+        pane.setText(text);
+        QCOMPARE(scripts::unkeptCharacters(pane.text()), unkept);
+    }
+
     // The pane gives back every byte of a script and its line ends, after
     // the user has typed in it.
     void everyByteAndLineEndSurvivesAnEdit_data()
