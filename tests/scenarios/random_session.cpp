@@ -60,6 +60,13 @@ struct Expect {
     QString gotoKey; ///< the node that Go To selects
 };
 
+/// A text on one line, its line breaks written as escapes.
+QString escaped(QString text)
+{
+    return text.replace(QLatin1Char('\r'), QLatin1String("\\r"))
+        .replace(QLatin1Char('\n'), QLatin1String("\\n"));
+}
+
 bool hasMarker(const QString &text)
 {
     return text.toUpper().contains(QLatin1String("<SCRIPT RUNAT=SERVER LANGUAGE="));
@@ -125,7 +132,6 @@ public:
         QElapsedTimer clock;
         clock.start();
         int faults = 0;
-        m_out = &out;
         for (m_step = 1; m_step <= steps && clock.elapsed() < seconds * 1000LL; ++m_step) {
             if (!m_driver && !begin()) {
                 out << "seed " << m_seed << ": the session didn't start\n";
@@ -322,10 +328,7 @@ private:
             text = QStringLiteral("Sub Folder_OnMessageCreated\r\nEnd Sub\r\n"); // no marker
         else
             text += QStringLiteral("' edit %1\r\n").arg(m_step);
-        send(QStringLiteral("type frmMain txtPreview ") +
-             QString(text)
-                 .replace(QLatin1String("\r"), QLatin1String("\\r"))
-                 .replace(QLatin1String("\n"), QLatin1String("\\n")));
+        send(QStringLiteral("type frmMain txtPreview ") + escaped(text));
         e.dirtyAfter = true;
     }
 
@@ -540,8 +543,9 @@ private:
         if (const Node *n = v.node()) {
             const QString entry = n->key == QLatin1String("root") ? QString() : n->key;
             if (v.entryId != entry || (!n->tag.isEmpty() && v.storeId != n->tag))
-                fault(QStringLiteral("the ids are %1 / %2, the selected node %3 is %4 / %5")
-                          .arg(v.entryId, v.storeId, n->path, entry, n->tag));
+                fault(QStringLiteral("the ids are \"%1\" / \"%2\", the selected node %3 is \"%4\" / \"%5\"")
+                          .arg(v.entryId, v.storeId, n->path.isEmpty() ? QStringLiteral("root") : n->path,
+                               entry, n->tag));
         }
         if (!e.gotoKey.isEmpty() && (!v.node() || v.node()->key != e.gotoKey))
             fault(QStringLiteral("Go To selected %1, not the agent of the row")
@@ -549,7 +553,8 @@ private:
         // A key the tree swallows leaves the pane as it was.
         if (e.paneKept && (v.pane != before.pane || v.dirty != e.dirtyAfter))
             fault(QStringLiteral("the pane changed: \"%1\" (dirty %2), it held \"%3\" (dirty %4)")
-                      .arg(v.pane, v.dirty ? QStringLiteral("yes") : QStringLiteral("no"), before.pane,
+                      .arg(escaped(v.pane), v.dirty ? QStringLiteral("yes") : QStringLiteral("no"),
+                           escaped(before.pane),
                            e.dirtyAfter ? QStringLiteral("yes") : QStringLiteral("no")));
         checkStore(was, e);
         // A click or a Go To that loaded an agent shows its stored script.
@@ -613,10 +618,14 @@ private:
             << "\n";
         for (const QString &f : m_faults)
             out << "    " << f << "\n";
-        out << "  the session so far:\n";
+        // The commands since the session started, the last 60 of them.
+        QStringList commands;
         for (const QString &c : m_history)
-            if (!c.startsWith(QLatin1String("state")) && !c.startsWith(QLatin1String("store")))
-                out << "    > " << c << "\n";
+            if (c != QLatin1String("state") && c != QLatin1String("store"))
+                commands << c;
+        out << "  the session" << (commands.size() > 60 ? " (its last 60 commands)" : "") << ":\n";
+        for (const QString &c : commands.mid(qMax<qsizetype>(0, commands.size() - 60)))
+            out << "    > " << c << "\n";
         out.flush();
     }
 
@@ -625,7 +634,6 @@ private:
     std::mt19937 m_random;
     quint32 m_seed;
     std::unique_ptr<DriverProcess> m_driver;
-    QTextStream *m_out = nullptr;
     int m_step = 0;
     int m_played = 0;
     QString m_mode;
