@@ -108,8 +108,9 @@ void frmMain::Form_Resize()
         return;
     if (isMaximized())
         PositionForm(this);
-    // The window's smallest size: it snaps back when made smaller.
-    if (width() < px(7440) || height() < px(5448)) {
+    // The window's smallest size: it snaps back when made smaller. A
+    // maximized window can't be sized, and keeps the size it has.
+    if (!isMaximized() && (width() < px(7440) || height() < px(5448))) {
         resize(width() < px(7440) ? px(7536) : width(), height() < px(5448) ? px(6060) : height());
         return; // the resize that follows lays the controls out
     }
@@ -134,6 +135,10 @@ void frmMain::Form_Resize()
 
 void frmMain::PositionForm(QWidget *form)
 {
+    // A maximized or minimized window can't be moved: the move is passed
+    // over, and the window keeps its state (a move would restore it).
+    if (form->isMaximized() || form->isMinimized())
+        return;
     const os::ScreenGeometry geometry = os::screenGeometry(form);
     if (geometry.screen.isEmpty())
         return;

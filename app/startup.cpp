@@ -125,8 +125,9 @@ bool Main(Program &program)
         return false;
     }
     splash.reset();
-    // The window opens centred on the screen.
-    if (const QScreen *screen = form->screen())
+    // The window opens centred on the screen, or maximized as it was left
+    // (a move would take that state away).
+    if (const QScreen *screen = form->screen(); screen && !form->isMaximized())
         form->move(screen->availableGeometry().center() - form->rect().center());
     form->show();
     return true;

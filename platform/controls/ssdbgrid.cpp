@@ -93,7 +93,8 @@ SSDBGrid::SSDBGrid(QWidget *parent) : QTableWidget(parent)
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     verticalHeader()->hide();
     setWordWrap(false);
-    connect(this, &QTableWidget::cellDoubleClicked, this, [this] { Q_EMIT DblClick(); });
+    // Tab goes on to the window's next control, as in the other controls.
+    setTabKeyNavigation(false);
 }
 
 void SSDBGrid::setColumns(const QList<GridColumn> &columns)
@@ -236,6 +237,14 @@ void SSDBGrid::keyReleaseEvent(QKeyEvent *event)
     QTableWidget::keyReleaseEvent(event);
     if (!event->isAutoRepeat())
         Q_EMIT KeyUp(vbKeyCode(event), vbShift(event->modifiers()));
+}
+
+void SSDBGrid::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    QTableWidget::mouseDoubleClickEvent(event);
+    // Anywhere in the grid, an empty one or below the last row included.
+    if (event->button() == Qt::LeftButton)
+        Q_EMIT DblClick();
 }
 
 void SSDBGrid::Export(int exportType, int options, const QString &fileName) const

@@ -92,10 +92,12 @@ Q_SIGNALS:
     /// `cells` is the printed copy of the row, which a handler may rewrite.
     void RowPrint(int bookmark, int pageNumber, QStringList &cells);
     void KeyUp(int keyCode, int shift);
+    /// A double click of the left button anywhere in the grid.
     void DblClick();
 
 protected:
     void keyReleaseEvent(QKeyEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
 
 private:
     QList<GridColumn> m_columns;

@@ -15,13 +15,14 @@
 // check a member: = forms.frmMain.controls.{mnuFileOpen,"tbToolBar.Open"}.enabled true
 // A command answered with "ok":false fails the scenario unless a check line
 // after it tests "ok" (= ok false): a refusal is only right where expected.
+#include "driverprocess.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QTextStream>
 #include <QUrl>
 
@@ -223,10 +224,8 @@ int main(int argc, char *argv[])
         err << scenario << ": can't be read\n";
         return 2;
     }
-    QProcess driver;
-    driver.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    driver.start(QString::fromLocal8Bit(argv[1]), {});
-    if (!driver.waitForStarted()) {
+    DriverProcess driver;
+    if (!driver.start(QString::fromLocal8Bit(argv[1]))) {
         err << "the driver didn't start\n";
         return 2;
     }
@@ -257,13 +256,12 @@ int main(int argc, char *argv[])
             lastCommand = line.mid(2);
             lastWhere = where;
             okChecked = false;
-            driver.write(lastCommand.toUtf8() + '\n');
-            while (!driver.canReadLine())
-                if (!driver.waitForReadyRead(60000)) {
-                    err << where << "no answer to \"" << lastCommand << "\"\n";
-                    return 1;
-                }
-            answer = QJsonDocument::fromJson(driver.readLine()).object();
+            const std::optional<QJsonObject> reply = driver.send(lastCommand);
+            if (!reply) {
+                err << where << "no answer to \"" << lastCommand << "\"\n";
+                return 1;
+            }
+            answer = *reply;
             continue;
         }
         const QChar kind = line.at(0);
@@ -318,15 +316,9 @@ int main(int argc, char *argv[])
     }
     unexpectedRefusal();
     // The driver ends with its input, whatever form is open.
-    driver.closeWriteChannel();
-    if (!driver.waitForFinished(30000)) {
+    if (!driver.finish()) {
         ++failures;
-        err << scenario << ": the driver didn't end when its input ended\n";
-        driver.kill();
-        driver.waitForFinished();
-    } else if (driver.exitStatus() != QProcess::NormalExit || driver.exitCode() != 0) {
-        ++failures;
-        err << scenario << ": the driver ended with " << driver.exitCode() << "\n";
+        err << scenario << ": the driver didn't end by itself with 0 when its input ended\n";
     }
     if (failures)
         err << scenario << ": " << failures << " check(s) failed\n";

@@ -193,8 +193,9 @@ QWidget *Driver::mainForm()
     return m_program ? static_cast<QWidget *>(m_program->gfrmMain.data()) : nullptr;
 }
 
-void Driver::fixture(const QString &path)
+void Driver::fixture(const QString &rest)
 {
+    const QString path = rest.trimmed();
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return fail(QStringLiteral("the fixture %1 can't be read").arg(path));
@@ -220,7 +221,17 @@ void Driver::fixture(const QString &path)
     reply(QJsonObject{{QStringLiteral("ok"), true}, {QStringLiteral("store"), m_storePath}});
 }
 
-void Driver::reg(const QString &rest, bool remove)
+void Driver::reg(const QString &rest)
+{
+    setRegistryValue(rest, false);
+}
+
+void Driver::regDelete(const QString &rest)
+{
+    setRegistryValue(rest, true);
+}
+
+void Driver::setRegistryValue(const QString &rest, bool remove)
 {
     const QStringList w = words(rest, remove ? 2 : 3);
     if (w.size() < (remove ? 2 : 3))
@@ -294,74 +305,119 @@ QJsonObject Driver::state()
     return s;
 }
 
+const QHash<QString, Driver::Command> &Driver::commands()
+{
+    static const QHash<QString, Command> table{
+        {QStringLiteral("fixture"), &Driver::fixture},
+        {QStringLiteral("reg"), &Driver::reg},
+        {QStringLiteral("reg-delete"), &Driver::regDelete},
+        {QStringLiteral("reg-get"), &Driver::regGet},
+        {QStringLiteral("answer"), &Driver::queueAnswer},
+        {QStringLiteral("state"), &Driver::stateCommand},
+        {QStringLiteral("printer"), &Driver::printer},
+        {QStringLiteral("store"), &Driver::storeDump},
+        {QStringLiteral("file"), &Driver::file},
+        {QStringLiteral("pdftext"), &Driver::pdftext},
+        {QStringLiteral("screenshot"), &Driver::screenshot},
+        {QStringLiteral("log"), &Driver::log},
+        {QStringLiteral("start"), &Driver::start},
+        {QStringLiteral("quit"), &Driver::quit},
+        {QStringLiteral("click"), &Driver::click},
+        {QStringLiteral("rclick"), &Driver::rclick},
+        {QStringLiteral("select"), &Driver::select},
+        {QStringLiteral("menu"), &Driver::menu},
+        {QStringLiteral("toolbar"), &Driver::toolbar},
+        {QStringLiteral("tab"), &Driver::tab},
+        {QStringLiteral("press"), &Driver::press},
+        {QStringLiteral("key"), &Driver::key},
+        {QStringLiteral("type"), &Driver::type},
+        {QStringLiteral("choose"), &Driver::choose},
+        {QStringLiteral("grid"), &Driver::grid},
+        {QStringLiteral("dblclick"), &Driver::dblclick},
+        {QStringLiteral("resize"), &Driver::resize},
+        {QStringLiteral("maximize"), &Driver::maximize},
+        {QStringLiteral("close"), &Driver::close},
+    };
+    return table;
+}
+
 void Driver::run(const QString &line)
 {
     const QStringList parts = words(line, 2);
-    const QString command = parts.value(0);
-    const QString rest = parts.value(1);
+    const Command command = commands().value(parts.value(0));
+    if (!command) {
+        QStringList known = commands().keys();
+        known.sort();
+        return fail(QStringLiteral("unknown command \"%1\"; the commands are %2")
+                        .arg(parts.value(0), known.join(QStringLiteral(", "))));
+    }
+    (this->*command)(parts.value(1));
+}
 
-    if (command == QLatin1String("fixture"))
-        return fixture(rest.trimmed());
-    if (command == QLatin1String("reg"))
-        return reg(rest, false);
-    if (command == QLatin1String("reg-delete"))
-        return reg(rest, true);
-    if (command == QLatin1String("reg-get"))
-        return regGet(rest);
-    if (command == QLatin1String("answer")) {
-        m_prompter.enqueue(com::unescapeLine(rest));
-        return reply(QJsonObject{{QStringLiteral("ok"), true}});
-    }
-    if (command == QLatin1String("state"))
-        return reply(state());
-    if (command == QLatin1String("printer")) {
-        qApp->setProperty("driverPrinter", rest.trimmed());
-        return reply(QJsonObject{{QStringLiteral("ok"), true}});
-    }
-    if (command == QLatin1String("store")) {
-        try {
-            const std::unique_ptr<store::Database> db = store::Database::open(m_storePath);
-            return reply(
-                QJsonObject{{QStringLiteral("ok"), true}, {QStringLiteral("store"), store::dumpStore(*db)}});
-        } catch (const com::ComError &e) {
-            return fail(e.description());
-        }
-    }
-    if (command == QLatin1String("file")) {
-        QFile file(rest.trimmed());
-        if (!file.open(QIODevice::ReadOnly))
-            return fail(QStringLiteral("%1: %2").arg(rest.trimmed(), file.errorString()));
-        return reply(QJsonObject{{QStringLiteral("ok"), true},
-                                 {QStringLiteral("text"), QString::fromLatin1(file.readAll())}});
-    }
-    if (command == QLatin1String("pdftext")) {
-        // A printed PDF's text, as pdftotext reads it, page breaks as form feeds.
-        QProcess pdftotext;
-        pdftotext.start(QStringLiteral("pdftotext"),
-                        {QStringLiteral("-layout"), rest.trimmed(), QStringLiteral("-")});
-        if (!pdftotext.waitForFinished(30000) || pdftotext.exitCode() != 0)
-            return fail(QStringLiteral("pdftotext %1: %2")
-                            .arg(rest.trimmed(), QString::fromLocal8Bit(pdftotext.readAllStandardError())));
-        return reply(
-            QJsonObject{{QStringLiteral("ok"), true},
-                        {QStringLiteral("text"), QString::fromUtf8(pdftotext.readAllStandardOutput())}});
-    }
-    if (command == QLatin1String("screenshot")) {
-        const QStringList w = words(rest, 2);
-        QWidget *f = form(w.value(0));
-        if (!f)
-            return fail(QStringLiteral("no form %1").arg(w.value(0)));
-        if (!f->grab().save(w.value(1).trimmed()))
-            return fail(QStringLiteral("%1 could not be written").arg(w.value(1)));
-        return reply(QJsonObject{{QStringLiteral("ok"), true}});
-    }
-    if (command == QLatin1String("log"))
-        return reply(QJsonObject{{QStringLiteral("ok"), true},
-                                 {QStringLiteral("lines"), logLines(os::ApplicationLog().read(), 0)}});
+void Driver::queueAnswer(const QString &rest)
+{
+    m_prompter.enqueue(com::unescapeLine(rest));
+    reply(QJsonObject{{QStringLiteral("ok"), true}});
+}
 
-    // What a user does: these run from the event loop.
-    if (!userAction(command, rest))
-        fail(QStringLiteral("unknown command \"%1\"").arg(command));
+void Driver::stateCommand(const QString &)
+{
+    reply(state());
+}
+
+void Driver::printer(const QString &rest)
+{
+    qApp->setProperty("driverPrinter", rest.trimmed());
+    reply(QJsonObject{{QStringLiteral("ok"), true}});
+}
+
+void Driver::storeDump(const QString &)
+{
+    try {
+        const std::unique_ptr<store::Database> db = store::Database::open(m_storePath);
+        reply(QJsonObject{{QStringLiteral("ok"), true}, {QStringLiteral("store"), store::dumpStore(*db)}});
+    } catch (const com::ComError &e) {
+        fail(e.description());
+    }
+}
+
+void Driver::file(const QString &rest)
+{
+    QFile file(rest.trimmed());
+    if (!file.open(QIODevice::ReadOnly))
+        return fail(QStringLiteral("%1: %2").arg(rest.trimmed(), file.errorString()));
+    reply(QJsonObject{{QStringLiteral("ok"), true},
+                      {QStringLiteral("text"), QString::fromLatin1(file.readAll())}});
+}
+
+void Driver::pdftext(const QString &rest)
+{
+    // A printed PDF's text, as pdftotext reads it, page breaks as form feeds.
+    QProcess pdftotext;
+    pdftotext.start(QStringLiteral("pdftotext"),
+                    {QStringLiteral("-layout"), rest.trimmed(), QStringLiteral("-")});
+    if (!pdftotext.waitForFinished(30000) || pdftotext.exitCode() != 0)
+        return fail(QStringLiteral("pdftotext %1: %2")
+                        .arg(rest.trimmed(), QString::fromLocal8Bit(pdftotext.readAllStandardError())));
+    reply(QJsonObject{{QStringLiteral("ok"), true},
+                      {QStringLiteral("text"), QString::fromUtf8(pdftotext.readAllStandardOutput())}});
+}
+
+void Driver::screenshot(const QString &rest)
+{
+    const QStringList w = words(rest, 2);
+    QWidget *f = form(w.value(0));
+    if (!f)
+        return fail(QStringLiteral("no form %1").arg(w.value(0)));
+    if (!f->grab().save(w.value(1).trimmed()))
+        return fail(QStringLiteral("%1 could not be written").arg(w.value(1)));
+    reply(QJsonObject{{QStringLiteral("ok"), true}});
+}
+
+void Driver::log(const QString &)
+{
+    reply(QJsonObject{{QStringLiteral("ok"), true},
+                      {QStringLiteral("lines"), logLines(os::ApplicationLog().read(), 0)}});
 }
 
 } // namespace driver

@@ -3,6 +3,7 @@
 #include "app/program.h"
 #include "platform/ui/scriptedprompter.h"
 
+#include <QHash>
 #include <QJsonObject>
 #include <QObject>
 #include <QPointer>
@@ -47,22 +48,51 @@ private:
     /// a modal form opens, or with `menuAnswers` when a context menu opens.
     void act(std::function<void()> action, bool menuAnswers = false);
     void run(const QString &line);
-    /// A user's act (click, menu, press, ...); false for an unknown command.
-    bool userAction(const QString &command, const QString &rest);
-    /// `fail` and `act` for a command that was known: they give true.
-    bool failed(const QString &error);
-    bool acted(std::function<void()> action, bool menuAnswers = false);
     /// Refuses a user's act on `widget` that a modal form or an open menu
     /// keeps the user from: true when it was refused.
     bool unreachable(const QWidget *widget);
-
-    // Commands.
-    void fixture(const QString &path);
-    void reg(const QString &rest, bool remove);
-    void regGet(const QString &rest);
-    QJsonObject state();
     QWidget *form(const QString &name);
     QWidget *mainForm();
+    QJsonObject state();
+
+    /// One command: its arguments are the rest of the line.
+    using Command = void (Driver::*)(const QString &rest);
+    /// Every command by its name.
+    static const QHash<QString, Command> &commands();
+
+    // Commands that answer at once.
+    void fixture(const QString &rest);
+    void reg(const QString &rest);
+    void regDelete(const QString &rest);
+    void regGet(const QString &rest);
+    void queueAnswer(const QString &rest);
+    void stateCommand(const QString &rest);
+    void printer(const QString &rest);
+    void storeDump(const QString &rest);
+    void file(const QString &rest);
+    void pdftext(const QString &rest);
+    void screenshot(const QString &rest);
+    void log(const QString &rest);
+    // A user's acts: they run from the event loop.
+    void start(const QString &rest);
+    void quit(const QString &rest);
+    void click(const QString &rest);
+    void rclick(const QString &rest);
+    void select(const QString &rest);
+    void menu(const QString &rest);
+    void toolbar(const QString &rest);
+    void tab(const QString &rest);
+    void press(const QString &rest);
+    void key(const QString &rest);
+    void type(const QString &rest);
+    void choose(const QString &rest);
+    void grid(const QString &rest);
+    void dblclick(const QString &rest);
+    void resize(const QString &rest);
+    void maximize(const QString &rest);
+    void close(const QString &rest);
+
+    void setRegistryValue(const QString &rest, bool remove);
 
     QString m_home;
     ui::ScriptedPrompter m_prompter;

@@ -302,6 +302,15 @@ QJsonObject FormReader::form(QWidget *form)
     f.insert(QStringLiteral("caption"), form->windowTitle());
     f.insert(QStringLiteral("visible"), form->isVisible());
     f.insert(QStringLiteral("modal"), form->isModal());
+    f.insert(QStringLiteral("windowState"), form->isMinimized()   ? QStringLiteral("minimized")
+                                            : form->isMaximized() ? QStringLiteral("maximized")
+                                                                  : QStringLiteral("normal"));
+    // The control that has the window's focus, or would have it again when
+    // the window is active.
+    QWidget *focus = form->focusWidget();
+    while (focus && focus != form && !isControlName(focus->objectName()))
+        focus = focus->parentWidget();
+    f.insert(QStringLiteral("focus"), focus && focus != form ? focus->objectName() : QString());
     insertTwips(f, {{"width", form->frameGeometry().width()},
                     {"height", form->frameGeometry().height()},
                     {"scaleWidth", form->width()},
