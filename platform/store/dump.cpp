@@ -2,6 +2,7 @@
 #include "platform/mapi/tags.h"
 #include "platform/store/database.h"
 #include "platform/store/fixture.h"
+#include "platform/store/folderlevels.h"
 #include "platform/store/jsonstream.h"
 
 #include <QBuffer>
@@ -21,6 +22,9 @@ namespace {
 
 /// How many folders' contents are read at a time, in the document's order.
 constexpr int kFoldersARead = 256;
+
+/// The deepest store whose dump is indented.
+constexpr int kIndentedLevels = 50;
 
 QString clock(int minutes)
 {
@@ -524,6 +528,10 @@ void dumpStore(const Database &db, QIODevice &out)
 {
     DeviceWriteStream stream(out);
     JsonWriter writer(stream);
+    // Indented, a deep store's lines would grow with its depth and the
+    // document with its square; below some depth the lines start flush.
+    if (folderLevels(db) > kIndentedLevels)
+        writer.SetIndent(' ', 0);
     Dumper(db, writer).dump();
     stream.Put('\n');
     stream.Flush();

@@ -15,6 +15,7 @@
 #include <QSqlQuery>
 #include <QTime>
 
+#include <array>
 #include <cmath>
 #include <functional>
 #include <vector>
@@ -166,6 +167,63 @@ const QStringList kFolderMembers = {QStringLiteral("name"),   QStringLiteral("ac
 /// A folder's members that fill it, in the order they are filled in.
 const QStringList kFolderContents = {QStringLiteral("agents"), QStringLiteral("messages"), QStringLiteral("hidden")};
 
+/// What a first reading of a fixture finds: its user, and for each folder,
+/// in the document's order, how many message rows its agents, messages and
+/// hidden messages take. The load then gives each folder's messages the rows
+/// they take when its members come in the order a dump writes them, in
+/// whatever order they come, so that a store has the same identifiers
+/// however its fixture is written.
+class RowCounter : public FixtureEvents {
+public:
+    /// A document the load will refuse; it says why.
+    struct Misshapen {};
+
+    QString user;
+    /// The first row of each folder's agents, messages and hidden messages.
+    std::vector<std::array<qint64, 3>> firstRows;
+
+    void begin(FixtureLevel level, int) override
+    {
+        m_open.push_back(level == FixtureLevel::Folder ? static_cast<qint64>(m_rows.size()) : -1);
+        if (level == FixtureLevel::Folder)
+            m_rows.push_back({0, 0, 0});
+    }
+    void member(const QString &key, const QJsonValue &value) override
+    {
+        if (m_open.size() == 1 && key == QLatin1String("user") && value.isString())
+            user = value.toString();
+        if (m_open.back() < 0)
+            return;
+        std::array<qint64, 3> &rows = m_rows[static_cast<size_t>(m_open.back())];
+        const QJsonArray list = value.toArray();
+        if (key == QLatin1String("agents"))
+            for (const QJsonValue &agent : list)
+                rows[0] += agent[QLatin1String("stateMessage")] == QJsonValue(false) ? 1 : 2;
+        else if (key == QLatin1String("messages"))
+            rows[1] += list.size();
+        else if (key == QLatin1String("hidden"))
+            rows[2] += list.size();
+    }
+    void beginList() override {}
+    void endList() override {}
+    void end() override
+    {
+        m_open.pop_back();
+        if (!m_open.empty())
+            return;
+        qint64 next = 1;
+        for (const std::array<qint64, 3> &rows : m_rows) {
+            firstRows.push_back({next, next + rows[0], next + rows[0] + rows[1]});
+            next += rows[0] + rows[1] + rows[2];
+        }
+    }
+    [[noreturn]] void wrongShape(const QString &) override { throw Misshapen{}; }
+
+private:
+    std::vector<qint64> m_open; ///< the folder of each open object, -1 for none
+    std::vector<std::array<qint64, 3>> m_rows;
+};
+
 /// Fills a store from a fixture as it is read: each store and folder is
 /// made when its list of folders begins (or when it ends, without one),
 /// its agents and messages go in as soon as it is made, and what it is told
@@ -173,13 +231,20 @@ const QStringList kFolderContents = {QStringLiteral("agents"), QStringLiteral("m
 /// current folder are held.
 class Loader : public FixtureEvents {
 public:
-    /// `user`: the fixture's "user", the author of agents that name none.
-    Loader(Database &db, QString user) : m_db(db), m_now(Database::now()), m_user(std::move(user)) {}
+    /// What a first reading found: the fixture's "user", the author of
+    /// agents that name none, and the folders' message rows.
+    Loader(Database &db, const RowCounter &counted)
+        : m_db(db), m_now(Database::now()), m_user(counted.user), m_firstRows(counted.firstRows)
+    {
+    }
 
     void begin(FixtureLevel level, int index) override
     {
         const qint64 parent = m_frames.empty() ? 0 : m_frames.back().row;
         m_frames.push_back(Frame{level, index, parent});
+        if (level == FixtureLevel::Folder && m_folders < m_firstRows.size())
+            m_frames.back().nextRows = m_firstRows[m_folders];
+        m_folders += level == FixtureLevel::Folder;
     }
 
     void member(const QString &key, const QJsonValue &value) override
@@ -223,6 +288,8 @@ private:
         QJsonObject members = {};
         qint64 row = 0; ///< a folder's row; a store's root folder
         bool made = false;
+        /// The next message row of its agents, messages and hidden messages.
+        std::array<qint64, 3> nextRows = {0, 0, 0};
     };
 
     static const QStringList &known(FixtureLevel level)
@@ -278,6 +345,7 @@ private:
         for (const QString &kind : kinds) {
             if (!m_frames[i].members.contains(kind))
                 continue;
+            m_nextRow = &m_frames[i].nextRows[static_cast<size_t>(kFolderContents.indexOf(kind))];
             const QJsonArray list = r.array(kind);
             for (int k = 0; k < list.size(); ++k) {
                 const QString item = QStringLiteral("%1[%2]").arg(r.member(kind)).arg(k);
@@ -396,10 +464,25 @@ private:
     qint64 insertMessage(qint64 folder, bool hidden, const QString &cls, const QString &subject,
                          const QString &created, const QString &modified, const QVariant &received)
     {
-        const qint64 row = insert(
-            QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created, modified,"
-                           " received, delivered) VALUES(?, ?, ?, ?, ?, ?, ?, ?)"),
-            {folder, hidden ? 1 : 0, cls, subject, created, modified, received, received});
+        const qint64 row = m_nextRow && *m_nextRow ? (*m_nextRow)++ : 0;
+        const QVariantList values = {folder, hidden ? 1 : 0, cls, subject, created, modified, received, received};
+        if (row)
+            exec(QStringLiteral("INSERT INTO messages(id, folder, hidden, class, subject, created, modified,"
+                                " received, delivered) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?)"),
+                 QVariantList{row} + values);
+        else
+            return insertMessageRow(values);
+        m_lastId = assignEntryId(IdKind::Message, row);
+        return row;
+    }
+
+    /// A message in a row that the store chooses, for a folder the first
+    /// reading didn't count.
+    qint64 insertMessageRow(const QVariantList &values)
+    {
+        const qint64 row = insert(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created,"
+                                                 " modified, received, delivered) VALUES(?, ?, ?, ?, ?, ?, ?, ?)"),
+                                  values);
         m_lastId = assignEntryId(IdKind::Message, row);
         return row;
     }
@@ -565,15 +648,31 @@ private:
     QString m_lastId;
     std::vector<Frame> m_frames;
     QHash<QString, QSqlQuery> m_statements;
+    std::vector<std::array<qint64, 3>> m_firstRows;
+    size_t m_folders = 0;       ///< how many folders have begun
+    qint64 *m_nextRow = nullptr; ///< the next message row of the list being filled
 };
+
+/// Counts what a load needs to know ahead, by reading the document once.
+template <class Read> RowCounter countRows(Read &&read)
+{
+    RowCounter counter;
+    try {
+        read(counter);
+    } catch (const RowCounter::Misshapen &) {
+        // The load itself says what is wrong, and where.
+    }
+    return counter;
+}
 
 } // namespace
 
 void loadFixture(const QJsonObject &fixture, const QString &dbPath)
 {
     const QByteArray text = QJsonDocument(fixture).toJson(QJsonDocument::Compact);
+    const RowCounter counted = countRows([&](FixtureEvents &events) { readFixtureText(text, events); });
     buildStore(dbPath, [&](Database &db) {
-        Loader loader(db, fixtureUserOfText(text));
+        Loader loader(db, counted);
         try {
             readFixtureText(text, loader);
         } catch (const FixtureSyntaxError &e) {
@@ -585,9 +684,9 @@ void loadFixture(const QJsonObject &fixture, const QString &dbPath)
 void loadFixture(const QString &jsonPath, const QString &dbPath)
 {
     try {
-        const QString user = fixtureUser(jsonPath);
+        const RowCounter counted = countRows([&](FixtureEvents &events) { readFixtureFile(jsonPath, events); });
         buildStore(dbPath, [&](Database &db) {
-            Loader loader(db, user);
+            Loader loader(db, counted);
             readFixtureFile(jsonPath, loader);
         });
     } catch (const FixtureSyntaxError &e) {
@@ -607,10 +706,11 @@ void copyStore(const Database &from, const QString &to)
                             QStringLiteral("A temporary file could not be made: %1").arg(document.errorString()));
     dumpStore(from, document);
     document.close();
-    const QString user = fixtureUser(document.fileName());
     try {
+        const RowCounter counted =
+            countRows([&](FixtureEvents &events) { readFixtureFile(document.fileName(), events); });
         buildStore(to, [&](Database &db) {
-            Loader loader(db, user);
+            Loader loader(db, counted);
             readFixtureFile(document.fileName(), loader);
         });
     } catch (const FixtureSyntaxError &e) {

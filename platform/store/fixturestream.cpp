@@ -154,37 +154,6 @@ private:
     std::vector<Part> m_parts;
 };
 
-/// Finds the document's top member "user" and stops there.
-class UserHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, UserHandler> {
-public:
-    QString user;
-
-    /// A value of the top member "user" that is no text ends the search.
-    bool Default() { return !atUser(); }
-    bool String(const char *text, rapidjson::SizeType length, bool)
-    {
-        if (atUser())
-            user = QString::fromUtf8(text, length);
-        return !atUser();
-    }
-    bool StartObject() { return !atUser() && ++m_depth; }
-    bool EndObject(rapidjson::SizeType) { return --m_depth, true; }
-    bool StartArray() { return !atUser() && ++m_depth; }
-    bool EndArray(rapidjson::SizeType) { return --m_depth, true; }
-    bool Key(const char *text, rapidjson::SizeType length, bool)
-    {
-        if (m_depth == 1)
-            m_isUser = QByteArray::fromRawData(text, static_cast<qsizetype>(length)) == "user";
-        return true;
-    }
-
-private:
-    bool atUser() const { return m_depth == 1 && m_isUser; }
-
-    int m_depth = 0;
-    bool m_isUser = false;
-};
-
 /// The words for a syntax error at `offset` of `text`: FILE:LINE:COLUMN.
 com::ComError syntaxError(const QString &name, const QByteArray &before, rapidjson::ParseErrorCode code)
 {
@@ -224,24 +193,6 @@ void readFixtureText(const QByteArray &text, FixtureEvents &events)
     if (!result)
         throw FixtureSyntaxError{syntaxError(QStringLiteral("the fixture"),
                                              text.left(static_cast<qsizetype>(result.Offset())), result.Code())};
-}
-
-QString fixtureUser(const QString &path)
-{
-    const FilePtr file = openFile(path);
-    std::vector<char> buffer(1 << 16);
-    rapidjson::FileReadStream stream(file.get(), buffer.data(), buffer.size());
-    UserHandler handler;
-    rapidjson::Reader().Parse<kParseFlags>(stream, handler);
-    return handler.user;
-}
-
-QString fixtureUserOfText(const QByteArray &text)
-{
-    rapidjson::MemoryStream stream(text.constData(), static_cast<size_t>(text.size()));
-    UserHandler handler;
-    rapidjson::Reader().Parse<kParseFlags>(stream, handler);
-    return handler.user;
 }
 
 } // namespace store

@@ -45,8 +45,4 @@ void readFixtureFile(const QString &path, FixtureEvents &events);
 /// The same for a document in memory.
 void readFixtureText(const QByteArray &text, FixtureEvents &events);
 
-/// The document's top member "user", if it has one that is a text.
-QString fixtureUser(const QString &path);
-QString fixtureUserOfText(const QByteArray &text);
-
 } // namespace store
