@@ -450,11 +450,8 @@ private:
     void read(const QString &in)
     {
         m_in = Contents();
-        // The messages of the folders, and of them the binding messages.
+        // The messages of the folders.
         const QString ofFolders = QStringLiteral("SELECT id FROM messages WHERE folder IN (%1)").arg(in);
-        const QString bindingMessages =
-            QStringLiteral("SELECT entry_id FROM messages WHERE folder IN (%1) AND hidden = 1 AND class = ?")
-                .arg(in);
         QSqlQuery f =
             m_db.run(QStringLiteral("SELECT id, name, access, event_source FROM folders WHERE id IN (%1)").arg(in));
         while (f.next())
@@ -468,30 +465,48 @@ private:
                 MessageRow{m.value(0).toLongLong(), m.value(2).toInt() != 0, m.value(3).toString(),
                            m.value(4).toString(), m.value(5).toString(), m.value(6).toString(),
                            m.value(7).toString(), m.value(8)});
-        QSqlQuery b = m_db.run(
+        // The bindings of the binding messages, found by their folders; one
+        // kept in another folder than its message is looked for alone.
+        const QString bindingColumns =
             QStringLiteral("SELECT message, name, active, event_mask, handler_class, state_message, sched_type,"
-                           " sched_interval, sched_start, sched_end, sched_days, sched_at FROM bindings"
-                           " WHERE message IN (%1) ORDER BY id")
-                .arg(bindingMessages),
-            {mapi::kBindingClass});
-        while (b.next()) {
-            const QString message = b.value(0).toString();
-            if (!m_in.bindings.contains(message))
-                m_in.bindings.insert(message, BindingRow{b.value(1).toString(), b.value(4).toString(),
-                                                         b.value(3).toInt(), b.value(6).toInt(),
-                                                         b.value(7).toInt(), b.value(8).toInt(),
-                                                         b.value(9).toInt(), b.value(10).toInt(),
-                                                         b.value(11).toInt(), b.value(2).toInt() != 0,
-                                                         b.value(5)});
+                           " sched_interval, sched_start, sched_end, sched_days, sched_at FROM bindings");
+        const auto take = [this](QSqlQuery &b) {
+            while (b.next()) {
+                const QString message = b.value(0).toString();
+                if (!m_in.bindings.contains(message))
+                    m_in.bindings.insert(message, BindingRow{b.value(1).toString(), b.value(4).toString(),
+                                                             b.value(3).toInt(), b.value(6).toInt(),
+                                                             b.value(7).toInt(), b.value(8).toInt(),
+                                                             b.value(9).toInt(), b.value(10).toInt(),
+                                                             b.value(11).toInt(), b.value(2).toInt() != 0,
+                                                             b.value(5)});
+            }
+        };
+        QSqlQuery b = m_db.run(bindingColumns + QStringLiteral(" WHERE folder IN (%1) ORDER BY id").arg(in));
+        take(b);
+        QStringList states;
+        for (const std::vector<MessageRow> &messages : std::as_const(m_in.messages))
+            for (const MessageRow &m : messages) {
+                if (!m.hidden || m.cls != mapi::kBindingClass)
+                    continue;
+                if (!m_in.bindings.contains(m.entryId)) {
+                    QSqlQuery one =
+                        m_db.run(bindingColumns + QStringLiteral(" WHERE message = ? ORDER BY id"), {m.entryId});
+                    take(one);
+                }
+                const auto found = m_in.bindings.constFind(m.entryId);
+                if (found != m_in.bindings.cend() && !found->stateMessage.isNull())
+                    states << QLatin1Char('\'') + found->stateMessage.toString().replace(QLatin1Char('\''), QStringLiteral("''")) +
+                                  QLatin1Char('\'');
+            }
+        if (!states.isEmpty()) {
+            QSqlQuery s = m_db.run(QStringLiteral("SELECT m.entry_id, m.id, l.value FROM messages m LEFT JOIN fields l"
+                                                  " ON l.message = m.id AND l.tag = ? WHERE m.entry_id IN (%1)")
+                                       .arg(states.join(QStringLiteral(", "))),
+                                   {mapi::tagKey(mapi::PR_AGENT_LOG)});
+            while (s.next())
+                m_in.states.insert(s.value(0).toString(), StateRow{s.value(1).toLongLong(), s.value(2)});
         }
-        QSqlQuery s = m_db.run(
-            QStringLiteral("SELECT m.entry_id, m.id, l.value FROM messages m LEFT JOIN fields l"
-                           " ON l.message = m.id AND l.tag = ? WHERE m.entry_id IN"
-                           " (SELECT state_message FROM bindings WHERE message IN (%1))")
-                .arg(bindingMessages),
-            {mapi::tagKey(mapi::PR_AGENT_LOG), mapi::kBindingClass});
-        while (s.next())
-            m_in.states.insert(s.value(0).toString(), StateRow{s.value(1).toLongLong(), s.value(2)});
         QSqlQuery v = m_db.run(
             QStringLiteral("SELECT message, tag, value FROM fields WHERE message IN (%1) ORDER BY message, tag")
                 .arg(ofFolders));
