@@ -24,8 +24,20 @@ QDateTime AgentIndex::time(const QVariant &stored) const
         return mapi::storeTime(stored);
     const QString text = stored.toString();
     auto it = m_times.constFind(text);
-    if (it == m_times.cend())
-        it = m_times.insert(text, mapi::storeTime(stored));
+    if (it == m_times.cend()) {
+        // Read field by field; a time the local clock skips, or anything
+        // else that doesn't read back the same, goes through the message's
+        // own reading.
+        const QDate date = QDate::fromString(QStringView(text).left(10), Qt::ISODate);
+        const bool shaped = text.size() == 19 && text.at(10) == QLatin1Char(' ') &&
+                            text.at(13) == QLatin1Char(':') && text.at(16) == QLatin1Char(':');
+        const QTime clock = shaped ? QTime::fromString(QStringView(text).mid(11), Qt::ISODate) : QTime();
+        const QDateTime quick(date, clock);
+        it = m_times.insert(text, date.isValid() && clock.isValid() && quick.isValid() && quick.date() == date &&
+                                          quick.time() == clock
+                                      ? quick
+                                      : mapi::storeTime(stored));
+    }
     return *it;
 }
 
