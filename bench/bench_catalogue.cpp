@@ -1,7 +1,8 @@
 // Times the installed-agents list (the walk over every agent and its shown
 // window) and the export of the agent list to a file, on a large store;
-// prints the peak memory.
-//   bench_catalogue [STORE.db]
+// prints the peak memory, the machine and its load average, which on a
+// shared machine say as much as the times.
+//   bench_catalogue [STORE.db | --folders N --agents M]
 #include "app/frmmain.h"
 #include "app/program.h"
 #include "bench/benchstore.h"
@@ -16,7 +17,11 @@
 #include <QTemporaryDir>
 #include <QTimer>
 
+#include <QSysInfo>
+#include <QThread>
+
 #include <cstdio>
+#include <cstdlib>
 
 int main(int argc, char *argv[])
 {
@@ -52,6 +57,10 @@ int main(int argc, char *argv[])
         "peak memory: %ld MB\n",
         watch.rows, watch.elapsed, exported, static_cast<long long>(QFileInfo(csv).size()),
         bench::peakMemoryMB());
+    double load[3] = {0, 0, 0};
+    getloadavg(load, 3);
+    std::printf("machine: %s, %d cores; load average %.2f %.2f %.2f\n",
+                qPrintable(QSysInfo::prettyProductName()), QThread::idealThreadCount(), load[0], load[1], load[2]);
     main.close();
     return 0;
 }

@@ -7,7 +7,7 @@
 
 namespace catalogue {
 
-void exportAgentList(frmMain &main, const QString &fileName)
+void exportAgentList(frmMain &main, const QString &fileName, const QString &status)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
@@ -20,7 +20,7 @@ void exportAgentList(frmMain &main, const QString &fileName)
                                 QStringLiteral("Path/File access error: %1").arg(file.errorString()));
     };
     write(exportHeader());
-    walkAgents(main, [&](const AgentFacts &agent) { write(exportLine(agent)); });
+    walkAgents(main, status, [&](const AgentFacts &agent) { write(exportLine(agent)); });
 }
 
 } // namespace catalogue

@@ -1,6 +1,7 @@
 #include "catalogue/agentwalk.h"
 
 #include "agents/agentmodel.h"
+#include "catalogue/agentindex.h"
 #include "app/frmmain.h"
 #include "app/generaldate.h"
 #include "app/program.h"
@@ -53,52 +54,95 @@ private:
     const QString m_storeID;
 };
 
+/// One agent looked up afresh, one read at a time: for a node that names
+/// no binding message of the store, or whose folder can't hold agents, so
+/// that it fails as such a lookup fails.
+AgentFacts lookUp(app::Program &program, const QString &entryId, const QString &storeId,
+                  std::optional<AgentBinding> &binding, navigation::FolderPaths &paths)
+{
+    const mapi::Message message = program.gobjSession->GetMessage(entryId, storeId);
+    agents::AgentFolder folder = agents::openMessageFolder(*program.gobjSession, *program.gobjEvents, message);
+    const outlook::MAPIFolder olFolder =
+        program.gobjNameSpace->GetFolderFromID(message.FolderID(), message.StoreID());
+    if (std::optional<events::Binding> found = agents::findBinding(folder.bindings(), entryId))
+        binding = AgentBinding{found->EventMask(), found->HandlerClassID()};
+    AgentFacts agent;
+    agent.folder = navigation::GetFolderPath(olFolder, paths);
+    agent.server = folder.source.HostName();
+    agent.created = message.TimeCreated();
+    agent.createdBy = textField(message, mapi::PR_CREATOR_NAME);
+    agent.modified = message.TimeLastModified();
+    agent.modifiedBy = textField(message, mapi::PR_LAST_MODIFIER_NAME);
+    return agent;
+}
+
+QString handlerName(const events::Host &host, const QString &classId)
+{
+    const events::Handlers &handlers = host.Handlers();
+    for (int j = 1; j <= handlers.Count(); ++j)
+        if (handlers.Item(j).ClassID == classId)
+            return handlers.Item(j).Name;
+    return QString();
+}
+
 } // namespace
 
-void walkAgents(frmMain &main, const std::function<void(const AgentFacts &)> &take)
+void walkAgents(frmMain &main, const QString &status, const std::function<void(const AgentFacts &)> &take)
 {
     const CurrentObjectKept selection(main);
     app::Program &program = main.program();
     controls::SSTree &tree = *main.treOutl;
-    std::optional<events::Binding> binding;
+    std::optional<AgentBinding> binding;
     // Within one walk each parent folder's path and each host is read once.
     navigation::FolderPaths paths;
     QHash<QString, events::Host> hosts;
     const events::Hosts allHosts = program.gobjEvents->Hosts();
     const auto snapshot = program.gobjSession->BeginRead();
+    const AgentIndex index(program.gobjSession->MAPIOBJECT());
     const int count = tree.count();
+    int agents = 0;
+    for (int i = 1; i <= count; ++i)
+        agents += controls::SSTree::image(tree.nodeAt(i)) >= navigation::kImageScriptAgent;
+    int done = 0;
     for (int i = 1; i <= count; ++i) {
         if (controls::SSTree::image(tree.nodeAt(i)) < navigation::kImageScriptAgent)
             continue;
+        if (++done % kProgressStep == 0)
+            main.StatBar(progressText(status, done, agents), true);
         main.strEntryID = controls::SSTree::key(tree.nodeAt(i));
         main.strStoreID = controls::SSTree::tag(tree.nodeAt(i));
-        const mapi::Message message = program.gobjSession->GetMessage(main.strEntryID, main.strStoreID);
-        agents::AgentFolder folder =
-            agents::openMessageFolder(*program.gobjSession, *program.gobjEvents, message);
-        const outlook::MAPIFolder olFolder =
-            program.gobjNameSpace->GetFolderFromID(message.FolderID(), message.StoreID());
-        if (std::optional<events::Binding> found = agents::findBinding(folder.bindings(), main.strEntryID))
-            binding = found;
+        AgentFacts agent;
+        const AgentMessage *known = index.message(main.strEntryID, main.strStoreID);
+        if (known && known->eventSource) {
+            if (std::optional<AgentBinding> found = index.binding(known->folderRow, main.strEntryID))
+                binding = found;
+            agent.folder = index.folderPath(known->folderRow);
+            agent.server = known->host;
+            agent.created = index.time(known->created);
+            agent.createdBy = known->createdBy;
+            agent.modified = index.time(known->modified);
+            agent.modifiedBy = known->modifiedBy;
+        } else {
+            agent = lookUp(program, main.strEntryID, main.strStoreID, binding, paths);
+        }
         if (!binding)
             throw com::ComError(91, QStringLiteral("Sorrelin"),
                                 QStringLiteral("Object variable or With block variable not set"));
-        AgentFacts agent;
         agent.name = controls::SSTree::text(tree.nodeAt(i));
-        agent.folder = navigation::GetFolderPath(olFolder, paths);
-        agent.server = folder.source.HostName();
         auto host = hosts.constFind(agent.server);
         if (host == hosts.constEnd())
             host = hosts.insert(agent.server, allHosts.Item(agent.server));
-        agent.handler = agents::handlerName(*host, *binding);
-        agent.created = message.TimeCreated();
-        agent.createdBy = textField(message, mapi::PR_CREATOR_NAME);
-        agent.modified = message.TimeLastModified();
-        agent.modifiedBy = textField(message, mapi::PR_LAST_MODIFIER_NAME);
-        agent.mask = binding->EventMask();
+        agent.handler = handlerName(*host, binding->handlerClass);
+        agent.mask = binding->mask;
         agent.entryId = main.strEntryID;
         take(agent);
     }
     snapshot->commit();
+}
+
+QString progressText(const QString &status, int done, int agents)
+{
+    return QStringLiteral("%1: %2 of %3").arg(status).arg(done).arg(agents);
 }
 
 QString listRow(const AgentFacts &a)

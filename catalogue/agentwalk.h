@@ -25,13 +25,22 @@ struct AgentFacts {
 };
 
 /// Walks the agent nodes of the main window's tree in the order of its
-/// nodes, looking each agent up afresh: message, folder, event source,
-/// binding and handler. `strEntryID` and `strStoreID` of the main window are
-/// the walk's working values; when it ends, however it ends, they name the
-/// tree's selected node again. `take` gets each agent; the first failure
-/// ends the walk and is raised. A binding that isn't found takes the one of
-/// the agent before; on the first agent there is none, which fails.
-void walkAgents(frmMain &main, const std::function<void(const AgentFacts &)> &take);
+/// nodes, finding for each its message, folder, event source, binding and
+/// handler as they stand in one snapshot of the store. `strEntryID` and
+/// `strStoreID` of the main window are the walk's working values; when it
+/// ends, however it ends, they name the tree's selected node again. `take`
+/// gets each agent; the first failure ends the walk and is raised. A
+/// binding that isn't found takes the one of the agent before; on the first
+/// agent there is none, which fails. Every `kProgressStep` agents the status
+/// bar tells how far the walk has come, in the words of `progressText`.
+void walkAgents(frmMain &main, const QString &status, const std::function<void(const AgentFacts &)> &take);
+
+/// How many agents the walk takes between two words of progress.
+inline constexpr int kProgressStep = 1000;
+
+/// The status bar's words when `done` of `agents` agents are walked:
+/// "Retrieving installed agents: 1000 of 23465".
+QString progressText(const QString &status, int done, int agents);
 
 /// The list's row string: thirteen tab-separated fields, the flags "-1" or
 /// "0", the entry id last.

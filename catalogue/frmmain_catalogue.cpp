@@ -15,13 +15,14 @@
 
 void frmMain::mnuFileInstalledAgents_Click()
 {
+    const QString status = QStringLiteral("Retrieving installed agents");
     SetHourglass(true);
-    StatBar(QStringLiteral("Retrieving installed agents"), true);
+    StatBar(status, true);
     const QPointer<catalogue::ReportWindow> form = catalogue::newFrmScripts(*this);
     com::withHandler(
         [&] {
             catalogue::walkAgents(
-                *this, [&](const auto &agent) { form->SSDBGrid1->AddItem(catalogue::listRow(agent)); });
+                *this, status, [&](const auto &agent) { form->SSDBGrid1->AddItem(catalogue::listRow(agent)); });
         },
         [&](const com::ComError &e) { scripts::showFileError(prompter(), e); });
     StatBar(QString());
@@ -46,8 +47,9 @@ void frmMain::mnuFileExport_Click()
     com::withHandler(
         [&] {
             SetHourglass(true);
-            StatBar(QStringLiteral("Exporting agent list"), true);
-            catalogue::exportAgentList(*this, *fileName);
+            const QString status = QStringLiteral("Exporting agent list");
+            StatBar(status, true);
+            catalogue::exportAgentList(*this, *fileName, status);
         },
         [&](const com::ComError &e) { scripts::showFileError(prompter(), e); });
     StatBar(QString());

@@ -4,16 +4,21 @@
 #include "platform/mapi/tags.h"
 #include "platform/store/buildstore.h"
 #include "platform/store/database.h"
-#include "platform/store/folderlevels.h"
+#include "platform/store/fixturestream.h"
 #include "platform/store/ids.h"
 
 #include <QDateTime>
 #include <QFile>
+#include <QTemporaryFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QSqlQuery>
 #include <QTime>
 
+#include <array>
 #include <cmath>
+#include <functional>
+#include <vector>
 
 namespace store {
 
@@ -40,7 +45,12 @@ QByteArray latin1(const QString &text, const QString &path)
 /// error.
 class Reader {
 public:
-    Reader(const QJsonObject &object, QString path, QStringList known)
+    Reader(const QJsonObject &object, const QString &path, const QStringList &known)
+        : Reader(object, std::function<QString()>([path] { return path; }), known)
+    {
+    }
+    /// The same with the path made only when an error names it.
+    Reader(const QJsonObject &object, std::function<QString()> path, const QStringList &known)
         : m_object(object), m_path(std::move(path))
     {
         for (auto it = object.begin(); it != object.end(); ++it)
@@ -50,7 +60,8 @@ public:
 
     QString member(const QString &name) const
     {
-        return m_path.isEmpty() ? name : m_path + QLatin1Char('.') + name;
+        const QString path = m_path();
+        return path.isEmpty() ? name : path + QLatin1Char('.') + name;
     }
     bool has(const QString &name) const { return m_object.contains(name); }
 
@@ -114,7 +125,11 @@ public:
     QString time(const QString &name, const QString &fallback) const
     {
         const QString t = text(name, fallback);
-        if (!QDateTime::fromString(t, QStringLiteral("yyyy-MM-dd HH:mm:ss")).isValid())
+        // Read as a date and a time of day, without the local time zone's
+        // rules, which cost more than the rest of a message.
+        if (t.size() != 19 || t.at(10) != QLatin1Char(' ') ||
+            !QDate::fromString(t.left(10), QStringLiteral("yyyy-MM-dd")).isValid() ||
+            !QTime::fromString(t.mid(11), QStringLiteral("HH:mm:ss")).isValid())
             throw bad(member(name), QStringLiteral("expected a time \"YYYY-MM-DD HH:MM:SS\""));
         return t;
     }
@@ -129,11 +144,9 @@ public:
         return t.hour() * 60 + t.minute();
     }
 
-    const QString &path() const { return m_path; }
-
 private:
     QJsonObject m_object;
-    QString m_path;
+    std::function<QString()> m_path;
 };
 
 QJsonObject element(const QJsonArray &array, int i, const QString &path)
@@ -143,44 +156,259 @@ QJsonObject element(const QJsonArray &array, int i, const QString &path)
     return array.at(i).toObject();
 }
 
-class Loader {
-public:
-    explicit Loader(Database &db) : m_db(db), m_now(Database::now()) {}
+const QStringList kDocumentMembers = {QStringLiteral("user"), QStringLiteral("profile"), QStringLiteral("hosts"),
+                                      QStringLiteral("stores")};
+const QStringList kStoreMembers = {QStringLiteral("name"), QStringLiteral("provider"), QStringLiteral("host"),
+                                   QStringLiteral("folders")};
+const QStringList kFolderMembers = {QStringLiteral("name"),   QStringLiteral("access"),
+                                    QStringLiteral("eventSource"), QStringLiteral("folders"),
+                                    QStringLiteral("agents"), QStringLiteral("messages"),
+                                    QStringLiteral("hidden")};
+/// A folder's members that fill it, in the order they are filled in.
+const QStringList kFolderContents = {QStringLiteral("agents"), QStringLiteral("messages"), QStringLiteral("hidden")};
 
-    void load(const QJsonObject &root)
+/// What a first reading of a fixture finds: its user, and for each folder,
+/// in the document's order, how many message rows its agents, messages and
+/// hidden messages take. The load then gives each folder's messages the rows
+/// they take when its members come in the order a dump writes them, in
+/// whatever order they come, so that a store has the same identifiers
+/// however its fixture is written.
+class RowCounter : public FixtureEvents {
+public:
+    /// A document the load will refuse; it says why.
+    struct Misshapen {};
+
+    QString user;
+    /// The first row of each folder's agents, messages and hidden messages.
+    std::vector<std::array<qint64, 3>> firstRows;
+
+    void begin(FixtureLevel level, int) override
     {
-        const Reader r(root, QString(),
-                       {QStringLiteral("user"), QStringLiteral("profile"), QStringLiteral("hosts"),
-                        QStringLiteral("stores")});
-        m_user = r.text(QStringLiteral("user"), QString(), true);
-        m_db.setMeta(QStringLiteral("user"), m_user);
-        m_db.setMeta(QStringLiteral("profile"), r.text(QStringLiteral("profile"), QStringLiteral("Demo")));
-        const QJsonArray hosts = r.array(QStringLiteral("hosts"));
-        for (int i = 0; i < hosts.size(); ++i)
-            loadHost(element(hosts, i, QStringLiteral("hosts")), QStringLiteral("hosts[%1]").arg(i));
-        const QJsonArray stores = r.array(QStringLiteral("stores"));
-        for (int i = 0; i < stores.size(); ++i)
-            loadStore(element(stores, i, QStringLiteral("stores")), QStringLiteral("stores[%1]").arg(i), i);
+        m_open.push_back(level == FixtureLevel::Folder ? static_cast<qint64>(m_rows.size()) : -1);
+        if (level == FixtureLevel::Folder)
+            m_rows.push_back({0, 0, 0});
+    }
+    void member(const QString &key, const QJsonValue &value) override
+    {
+        if (m_open.size() == 1 && key == QLatin1String("user") && value.isString())
+            user = value.toString();
+        if (m_open.back() < 0)
+            return;
+        std::array<qint64, 3> &rows = m_rows[static_cast<size_t>(m_open.back())];
+        const QJsonArray list = value.toArray();
+        if (key == QLatin1String("agents"))
+            for (const QJsonValue &agent : list)
+                rows[0] += agent[QLatin1String("stateMessage")] == QJsonValue(false) ? 1 : 2;
+        else if (key == QLatin1String("messages"))
+            rows[1] += list.size();
+        else if (key == QLatin1String("hidden"))
+            rows[2] += list.size();
+    }
+    void beginList() override {}
+    void endList() override {}
+    void end() override
+    {
+        m_open.pop_back();
+        if (!m_open.empty())
+            return;
+        qint64 next = 1;
+        for (const std::array<qint64, 3> &rows : m_rows) {
+            firstRows.push_back({next, next + rows[0], next + rows[0] + rows[1]});
+            next += rows[0] + rows[1] + rows[2];
+        }
+    }
+    [[noreturn]] void wrongShape(const QString &) override { throw Misshapen{}; }
+
+private:
+    std::vector<qint64> m_open; ///< the folder of each open object, -1 for none
+    std::vector<std::array<qint64, 3>> m_rows;
+};
+
+/// Fills a store from a fixture as it is read: each store and folder is
+/// made when its list of folders begins (or when it ends, without one),
+/// its agents and messages go in as soon as it is made, and what it is told
+/// after that is set when it ends. Only the objects on the way down to the
+/// current folder are held.
+class Loader : public FixtureEvents {
+public:
+    /// What a first reading found: the fixture's "user", the author of
+    /// agents that name none, and the folders' message rows.
+    Loader(Database &db, const RowCounter &counted)
+        : m_db(db), m_now(Database::now()), m_user(counted.user), m_firstRows(counted.firstRows)
+    {
+    }
+
+    void begin(FixtureLevel level, int index) override
+    {
+        const qint64 parent = m_frames.empty() ? 0 : m_frames.back().row;
+        m_frames.push_back(Frame{level, index, parent});
+        if (level == FixtureLevel::Folder && m_folders < m_firstRows.size())
+            m_frames.back().nextRows = m_firstRows[m_folders];
+        m_folders += level == FixtureLevel::Folder;
+    }
+
+    void member(const QString &key, const QJsonValue &value) override
+    {
+        Frame &f = m_frames.back();
+        if (!known(f.level).contains(key))
+            throw bad(memberPath(m_frames.size() - 1, key), QStringLiteral("unknown member"));
+        f.members.insert(key, value);
+        if (f.level == FixtureLevel::Document && key == QLatin1String("hosts"))
+            loadHosts(reader(m_frames.size() - 1));
+        else if (f.made && f.level == FixtureLevel::Folder && kFolderContents.contains(key))
+            fill(m_frames.size() - 1, {key});
+    }
+
+    void beginList() override { make(m_frames.size() - 1); }
+    void endList() override {}
+
+    void end() override
+    {
+        make(m_frames.size() - 1);
+        finish(m_frames.size() - 1);
+        m_frames.pop_back();
+    }
+
+    [[noreturn]] void wrongShape(const QString &what) override
+    {
+        if (what.isEmpty())
+            throw com::ComError(com::err::InvalidParameter, kSource, QStringLiteral("expected one object at the top"));
+        const size_t i = m_frames.size() - 1;
+        throw bad(memberPath(i, m_frames[i].level == FixtureLevel::Document ? QStringLiteral("stores")
+                                                                             : QStringLiteral("folders")) +
+                      what,
+                  QStringLiteral("expected an object"));
     }
 
 private:
+    struct Frame {
+        FixtureLevel level;
+        int index = 0;
+        qint64 parent = 0; ///< the row of the folder above; for a store, none
+        QJsonObject members = {};
+        qint64 row = 0; ///< a folder's row; a store's root folder
+        bool made = false;
+        /// The next message row of its agents, messages and hidden messages.
+        std::array<qint64, 3> nextRows = {0, 0, 0};
+    };
+
+    static const QStringList &known(FixtureLevel level)
+    {
+        return level == FixtureLevel::Document ? kDocumentMembers
+               : level == FixtureLevel::Store  ? kStoreMembers
+                                               : kFolderMembers;
+    }
+
+    /// The path of the object of frame `i`: "stores[0].folders[2]".
+    QString path(size_t i) const
+    {
+        QString text;
+        for (size_t k = 1; k <= i; ++k)
+            text += (k == 1 ? QStringLiteral("stores[%1]") : QStringLiteral(".folders[%1]")).arg(m_frames[k].index);
+        return text;
+    }
+    QString memberPath(size_t i, const QString &name) const
+    {
+        return i == 0 ? name : path(i) + QLatin1Char('.') + name;
+    }
+    Reader reader(size_t i) const
+    {
+        return Reader(m_frames[i].members, std::function<QString()>([this, i] { return path(i); }),
+                      known(m_frames[i].level));
+    }
+
+    /// Makes the store or folder of frame `i` with what is known of it; what
+    /// comes later is set when it ends.
+    void make(size_t i)
+    {
+        Frame &f = m_frames[i];
+        if (f.made || f.level == FixtureLevel::Document)
+            return;
+        f.made = true;
+        if (f.level == FixtureLevel::Store) {
+            m_store = insert(QStringLiteral("INSERT INTO stores(store_id, seq, name, provider, host)"
+                                                 " VALUES('', ?, '', '', '')"),
+                                  {f.index});
+            exec(QStringLiteral("UPDATE stores SET store_id = ? WHERE id = ?"), {makeStoreId(m_store), m_store});
+            f.row = insertFolder(QVariant(), 0, QStringLiteral("Top of Information Store"), 63, true);
+            return;
+        }
+        f.row = insertFolder(f.parent, f.index, QStringLiteral(""), 63, true);
+        fill(i, kFolderContents);
+    }
+
+    /// The agents, messages and hidden messages of frame `i` among `kinds`.
+    void fill(size_t i, const QStringList &kinds)
+    {
+        const Reader r = reader(i);
+        const qint64 folder = m_frames[i].row;
+        for (const QString &kind : kinds) {
+            if (!m_frames[i].members.contains(kind))
+                continue;
+            m_nextRow = &m_frames[i].nextRows[static_cast<size_t>(kFolderContents.indexOf(kind))];
+            const QJsonArray list = r.array(kind);
+            for (int k = 0; k < list.size(); ++k) {
+                const QString item = QStringLiteral("%1[%2]").arg(r.member(kind)).arg(k);
+                if (kind == QLatin1String("agents"))
+                    loadAgent(element(list, k, r.member(kind)), item, folder);
+                else
+                    loadMessage(element(list, k, r.member(kind)), item, folder, kind == QLatin1String("hidden"));
+            }
+        }
+    }
+
+    /// Checks and sets what frame `i` was told of itself.
+    void finish(size_t i)
+    {
+        const Frame &f = m_frames[i];
+        const Reader r = reader(i);
+        if (f.members.contains(QStringLiteral("folders")) || f.members.contains(QStringLiteral("stores")))
+            r.array(f.level == FixtureLevel::Document ? QStringLiteral("stores") : QStringLiteral("folders"));
+        if (f.level == FixtureLevel::Document) {
+            m_db.setMeta(QStringLiteral("user"), r.text(QStringLiteral("user"), QString(), true));
+            m_db.setMeta(QStringLiteral("profile"), r.text(QStringLiteral("profile"), QStringLiteral("Demo")));
+        } else if (f.level == FixtureLevel::Store) {
+            exec(QStringLiteral("UPDATE stores SET name = ?, provider = ?, host = ? WHERE id = ?"),
+                     {r.text(QStringLiteral("name"), QString(), true), r.text(QStringLiteral("provider"), kExchange),
+                      r.text(QStringLiteral("host"), QString()), m_store});
+        } else {
+            const QString name = r.text(QStringLiteral("name"), QString(), true);
+            if (name.isEmpty() || name.contains(QLatin1Char('\\')))
+                throw bad(r.member(QStringLiteral("name")),
+                          QStringLiteral("a folder's name is not empty and has no \\"));
+            exec(QStringLiteral("UPDATE folders SET name = ?, access = ?, event_source = ? WHERE id = ?"),
+                     {name, r.number(QStringLiteral("access"), 63, 0, 63),
+                      r.flag(QStringLiteral("eventSource"), true) ? 1 : 0, f.row});
+        }
+    }
+
+    void loadHosts(const Reader &r)
+    {
+        const QJsonArray hosts = r.array(QStringLiteral("hosts"));
+        for (int i = 0; i < hosts.size(); ++i)
+            loadHost(element(hosts, i, QStringLiteral("hosts")), QStringLiteral("hosts[%1]").arg(i));
+    }
+
     void loadHost(const QJsonObject &o, const QString &path)
     {
         const Reader r(o, path,
                        {QStringLiteral("name"), QStringLiteral("authors"), QStringLiteral("handlers")});
         const QString name = r.text(QStringLiteral("name"), QString(), true);
-        if (m_db.scalar(QStringLiteral("SELECT 1 FROM hosts WHERE name = ?"), {name}).isValid())
+        QSqlQuery &listed = exec(QStringLiteral("SELECT 1 FROM hosts WHERE name = ?"), {name});
+        const bool taken = listed.next();
+        listed.finish();
+        if (taken)
             throw bad(r.member(QStringLiteral("name")),
                       QStringLiteral("a host of this name is already listed"));
         const bool restricted = r.has(QStringLiteral("authors"));
-        const qint64 host = m_db.insert(QStringLiteral("INSERT INTO hosts(name, restricted) VALUES(?, ?)"),
+        const qint64 host = insert(QStringLiteral("INSERT INTO hosts(name, restricted) VALUES(?, ?)"),
                                         {name, restricted ? 1 : 0});
         const QJsonArray authors = r.array(QStringLiteral("authors"));
         for (int i = 0; i < authors.size(); ++i) {
             if (!authors.at(i).isString())
                 throw bad(QStringLiteral("%1.authors[%2]").arg(path).arg(i),
                           QStringLiteral("expected a text"));
-            m_db.run(QStringLiteral(
+            exec(QStringLiteral(
                          "INSERT INTO host_authors(host, \"user\") VALUES(?, ?) ON CONFLICT DO NOTHING"),
                      {host, authors.at(i).toString()});
         }
@@ -189,92 +417,79 @@ private:
             const QString hpath = QStringLiteral("%1.handlers[%2]").arg(path).arg(i);
             const Reader h(element(handlers, i, path + QStringLiteral(".handlers")), hpath,
                            {QStringLiteral("class"), QStringLiteral("name")});
-            m_db.run(QStringLiteral("INSERT INTO handlers(host, seq, class_id, name) VALUES(?, ?, ?, ?)"),
+            exec(QStringLiteral("INSERT INTO handlers(host, seq, class_id, name) VALUES(?, ?, ?, ?)"),
                      {host, i, h.text(QStringLiteral("class"), QString(), true),
                       h.text(QStringLiteral("name"), QString(), true)});
         }
     }
 
-    void loadStore(const QJsonObject &o, const QString &path, int seq)
+    /// Runs `sql` through a statement prepared once for the whole load.
+    QSqlQuery &exec(const QString &sql, const QVariantList &values = {})
     {
-        const Reader r(o, path,
-                       {QStringLiteral("name"), QStringLiteral("provider"), QStringLiteral("host"),
-                        QStringLiteral("folders")});
-        const QString name = r.text(QStringLiteral("name"), QString(), true);
-        m_store = m_db.insert(QStringLiteral("INSERT INTO stores(store_id, seq, name, provider, host)"
-                                             " VALUES('', ?, ?, ?, ?)"),
-                              {seq, name, r.text(QStringLiteral("provider"), kExchange),
-                               r.text(QStringLiteral("host"), QString())});
-        m_db.run(QStringLiteral("UPDATE stores SET store_id = ? WHERE id = ?"),
-                 {makeStoreId(m_store), m_store});
-        const qint64 root = insertFolder(QVariant(), 0, QStringLiteral("Top of Information Store"), 63, true);
-        loadFolders(r, root, 1);
+        auto it = m_statements.find(sql);
+        if (it == m_statements.end())
+            it = m_statements.insert(sql, m_db.prepare(sql));
+        for (int i = 0; i < values.size(); ++i)
+            it->bindValue(i, values.at(i));
+        m_db.exec(*it);
+        return *it;
+    }
+
+    /// The same for an INSERT, giving the new row's id.
+    qint64 insert(const QString &sql, const QVariantList &values)
+    {
+        QSqlQuery &q = exec(m_db.returningId(sql), values);
+        return m_db.insertedId(q);
+    }
+
+    QString assignEntryId(IdKind kind, qint64 row)
+    {
+        const QString id = makeEntryId(m_store, kind, row);
+        exec(kind == IdKind::Folder ? QStringLiteral("UPDATE folders SET entry_id = ? WHERE id = ?")
+                                    : QStringLiteral("UPDATE messages SET entry_id = ? WHERE id = ?"),
+             {id, row});
+        return id;
     }
 
     qint64 insertFolder(const QVariant &parent, int seq, const QString &name, int access, bool eventSource)
     {
         const qint64 row =
-            m_db.insert(QStringLiteral("INSERT INTO folders(store, parent, seq, name, access, event_source)"
+            insert(QStringLiteral("INSERT INTO folders(store, parent, seq, name, access, event_source)"
                                        " VALUES(?, ?, ?, ?, ?, ?)"),
                         {m_store, parent, seq, name, access, eventSource ? 1 : 0});
-        m_db.assignEntryId(IdKind::Folder, m_store, row);
+        assignEntryId(IdKind::Folder, row);
         return row;
-    }
-
-    /// The folders of level `level` below `parent`; the reader's nesting
-    /// limit keeps the recursion shallow.
-    void loadFolders(const Reader &r, qint64 parent, int level)
-    {
-        const QJsonArray folders = r.array(QStringLiteral("folders"));
-        if (!folders.isEmpty() && level > kMaxFolderLevels)
-            throw bad(r.member(QStringLiteral("folders")),
-                      QStringLiteral("folders nest at most %1 levels deep").arg(kMaxFolderLevels));
-        for (int i = 0; i < folders.size(); ++i) {
-            const QString path = QStringLiteral("%1[%2]").arg(r.member(QStringLiteral("folders"))).arg(i);
-            loadFolder(element(folders, i, r.member(QStringLiteral("folders"))), path, parent, i, level);
-        }
-    }
-
-    void loadFolder(const QJsonObject &o, const QString &path, qint64 parent, int seq, int level)
-    {
-        const Reader r(o, path,
-                       {QStringLiteral("name"), QStringLiteral("access"), QStringLiteral("eventSource"),
-                        QStringLiteral("folders"), QStringLiteral("agents"), QStringLiteral("messages"),
-                        QStringLiteral("hidden")});
-        const QString name = r.text(QStringLiteral("name"), QString(), true);
-        if (name.isEmpty() || name.contains(QLatin1Char('\\')))
-            throw bad(r.member(QStringLiteral("name")),
-                      QStringLiteral("a folder's name is not empty and has no \\"));
-        const qint64 folder = insertFolder(parent, seq, name, r.number(QStringLiteral("access"), 63, 0, 63),
-                                           r.flag(QStringLiteral("eventSource"), true));
-        const QJsonArray agents = r.array(QStringLiteral("agents"));
-        for (int i = 0; i < agents.size(); ++i)
-            loadAgent(element(agents, i, r.member(QStringLiteral("agents"))),
-                      QStringLiteral("%1[%2]").arg(r.member(QStringLiteral("agents"))).arg(i), folder);
-        for (const QString &kind : {QStringLiteral("messages"), QStringLiteral("hidden")}) {
-            const QJsonArray messages = r.array(kind);
-            for (int i = 0; i < messages.size(); ++i)
-                loadMessage(element(messages, i, r.member(kind)),
-                            QStringLiteral("%1[%2]").arg(r.member(kind)).arg(i), folder,
-                            kind == QLatin1String("hidden"));
-        }
-        loadFolders(r, folder, level + 1);
     }
 
     qint64 insertMessage(qint64 folder, bool hidden, const QString &cls, const QString &subject,
                          const QString &created, const QString &modified, const QVariant &received)
     {
-        const qint64 row = m_db.insert(
-            QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created, modified,"
-                           " received, delivered) VALUES(?, ?, ?, ?, ?, ?, ?, ?)"),
-            {folder, hidden ? 1 : 0, cls, subject, created, modified, received, received});
-        m_lastId = m_db.assignEntryId(IdKind::Message, m_store, row);
+        const qint64 row = m_nextRow && *m_nextRow ? (*m_nextRow)++ : 0;
+        const QVariantList values = {folder, hidden ? 1 : 0, cls, subject, created, modified, received, received};
+        if (row)
+            exec(QStringLiteral("INSERT INTO messages(id, folder, hidden, class, subject, created, modified,"
+                                " received, delivered) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?)"),
+                 QVariantList{row} + values);
+        else
+            return insertMessageRow(values);
+        m_lastId = assignEntryId(IdKind::Message, row);
+        return row;
+    }
+
+    /// A message in a row that the store chooses, for a folder the first
+    /// reading didn't count.
+    qint64 insertMessageRow(const QVariantList &values)
+    {
+        const qint64 row = insert(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created,"
+                                                 " modified, received, delivered) VALUES(?, ?, ?, ?, ?, ?, ?, ?)"),
+                                  values);
+        m_lastId = assignEntryId(IdKind::Message, row);
         return row;
     }
 
     void setField(qint64 message, const QString &tag, const QVariant &value)
     {
-        m_db.run(
+        exec(
             QStringLiteral("INSERT INTO fields(message, tag, value) VALUES(?, ?, ?) ON CONFLICT(message, tag)"
                            " DO UPDATE SET value = excluded.value"),
             {message, tag, value});
@@ -332,7 +547,7 @@ private:
         if (r.flag(QStringLiteral("binding"), true)) {
             QVariantList values = {folder, name, active ? 1 : 0, mask, handler, messageId, stateId};
             values += schedule;
-            m_db.run(QStringLiteral(
+            exec(QStringLiteral(
                          "INSERT INTO bindings(folder, name, active, event_mask, handler_class, message,"
                          " state_message, sched_type, sched_interval, sched_start, sched_end, sched_days,"
                          " sched_at) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
@@ -377,7 +592,7 @@ private:
                 if (!args.at(a).isString())
                     throw bad(QStringLiteral("%1.args[%2]").arg(mpath).arg(a),
                               QStringLiteral("expected a text"));
-            m_db.run(QStringLiteral("INSERT INTO map_rows(message, row, activity, action, flags, args)"
+            exec(QStringLiteral("INSERT INTO map_rows(message, row, activity, action, flags, args)"
                                     " VALUES(?, ?, ?, ?, ?, ?)"),
                      {message, i, m.text(QStringLiteral("activity")), m.text(QStringLiteral("action")),
                       m.text(QStringLiteral("flags")),
@@ -409,7 +624,7 @@ private:
         if (r.has(QStringLiteral("instance"))) {
             const Reader in(r.object(QStringLiteral("instance")), r.member(QStringLiteral("instance")),
                             {QStringLiteral("rui"), QStringLiteral("status"), QStringLiteral("row")});
-            m_db.run(QStringLiteral("INSERT INTO instances(message, rui, status, row) VALUES(?, ?, ?, ?)"),
+            exec(QStringLiteral("INSERT INTO instances(message, rui, status, row) VALUES(?, ?, ?, ?)"),
                      {message, in.number(QStringLiteral("rui"), 0, INT_MIN, INT_MAX),
                       in.text(QStringLiteral("status")),
                       in.number(QStringLiteral("row"), 0, INT_MIN, INT_MAX)});
@@ -419,7 +634,7 @@ private:
             const Reader v(element(votes, i, r.member(QStringLiteral("votes"))),
                            QStringLiteral("%1[%2]").arg(r.member(QStringLiteral("votes"))).arg(i),
                            {QStringLiteral("name"), QStringLiteral("status"), QStringLiteral("at")});
-            m_db.run(
+            exec(
                 QStringLiteral("INSERT INTO votes(message, seq, name, status, at) VALUES(?, ?, ?, ?, ?)"),
                 {message, i, v.text(QStringLiteral("name")), v.text(QStringLiteral("status")),
                  v.text(QStringLiteral("at"))});
@@ -431,47 +646,75 @@ private:
     QString m_user;
     qint64 m_store = 0;
     QString m_lastId;
+    std::vector<Frame> m_frames;
+    QHash<QString, QSqlQuery> m_statements;
+    std::vector<std::array<qint64, 3>> m_firstRows;
+    size_t m_folders = 0;       ///< how many folders have begun
+    qint64 *m_nextRow = nullptr; ///< the next message row of the list being filled
 };
+
+/// Counts what a load needs to know ahead, by reading the document once.
+template <class Read> RowCounter countRows(Read &&read)
+{
+    RowCounter counter;
+    try {
+        read(counter);
+    } catch (const RowCounter::Misshapen &) {
+        // The load itself says what is wrong, and where.
+    }
+    return counter;
+}
 
 } // namespace
 
 void loadFixture(const QJsonObject &fixture, const QString &dbPath)
 {
-    buildStore(dbPath, [&](Database &db) { Loader(db).load(fixture); });
+    const QByteArray text = QJsonDocument(fixture).toJson(QJsonDocument::Compact);
+    const RowCounter counted = countRows([&](FixtureEvents &events) { readFixtureText(text, events); });
+    buildStore(dbPath, [&](Database &db) {
+        Loader loader(db, counted);
+        try {
+            readFixtureText(text, loader);
+        } catch (const FixtureSyntaxError &e) {
+            throw e.error;
+        }
+    });
 }
 
 void loadFixture(const QString &jsonPath, const QString &dbPath)
 {
-    QFile file(jsonPath);
-    if (!file.open(QIODevice::ReadOnly))
-        throw com::ComError(com::err::FileNotFound, kSource,
-                            QStringLiteral("%1 could not be read: %2").arg(jsonPath, file.errorString()));
-    const QByteArray text = file.readAll();
-    QJsonParseError error;
-    const QJsonDocument doc = QJsonDocument::fromJson(text, &error);
-    if (error.error != QJsonParseError::NoError) {
-        const QByteArray before = text.left(error.offset);
-        const int line = static_cast<int>(before.count('\n')) + 1;
-        const int column =
-            static_cast<int>(QString::fromUtf8(before.mid(before.lastIndexOf('\n') + 1)).size()) + 1;
-        throw com::ComError(
-            com::err::InvalidParameter, kSource,
-            QStringLiteral("%1:%2:%3: %4%5")
-                .arg(jsonPath)
-                .arg(line)
-                .arg(column)
-                .arg(error.errorString(),
-                     error.error == QJsonParseError::DeepNesting
-                         ? QStringLiteral(" (folders nest at most %1 levels deep)").arg(kMaxFolderLevels)
-                         : QString()));
-    }
-    if (!doc.isObject())
-        throw com::ComError(com::err::InvalidParameter, kSource,
-                            QStringLiteral("%1: expected one object at the top").arg(jsonPath));
     try {
-        loadFixture(doc.object(), dbPath);
+        const RowCounter counted = countRows([&](FixtureEvents &events) { readFixtureFile(jsonPath, events); });
+        buildStore(dbPath, [&](Database &db) {
+            Loader loader(db, counted);
+            readFixtureFile(jsonPath, loader);
+        });
+    } catch (const FixtureSyntaxError &e) {
+        throw e.error;
     } catch (const com::ComError &e) {
-        throw com::ComError(e.number(), e.source(), jsonPath + QStringLiteral(": ") + e.description());
+        throw com::ComError(e.number(), e.source(),
+                            e.description().startsWith(jsonPath) ? e.description()
+                                                                 : jsonPath + QStringLiteral(": ") + e.description());
+    }
+}
+
+void copyStore(const Database &from, const QString &to)
+{
+    QTemporaryFile document;
+    if (!document.open())
+        throw com::ComError(com::err::FileAccess, kSource,
+                            QStringLiteral("A temporary file could not be made: %1").arg(document.errorString()));
+    dumpStore(from, document);
+    document.close();
+    try {
+        const RowCounter counted =
+            countRows([&](FixtureEvents &events) { readFixtureFile(document.fileName(), events); });
+        buildStore(to, [&](Database &db) {
+            Loader loader(db, counted);
+            readFixtureFile(document.fileName(), loader);
+        });
+    } catch (const FixtureSyntaxError &e) {
+        throw e.error;
     }
 }
 

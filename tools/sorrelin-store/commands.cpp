@@ -79,16 +79,19 @@ int dump(const QStringList &a, Output io)
     need(a, 1);
     const std::unique_ptr<store::Database> db =
         store::Database::open(a.at(0), store::Database::Access::ReadOnly);
-    io.out << QJsonDocument(store::dumpStore(*db)).toJson(QJsonDocument::Indented);
+    io.out.flush();
+    QFile out;
+    if (!out.open(stdout, QIODevice::WriteOnly))
+        throw com::ComError(com::err::FileAccess, QStringLiteral("sorrelin-store"),
+                            QStringLiteral("The standard output could not be written: %1").arg(out.errorString()));
+    store::dumpStore(*db, out);
     return 0;
 }
 
 int copy(const QStringList &a, Output io)
 {
     need(a, 2);
-    const QJsonObject contents =
-        store::dumpStore(*store::Database::open(a.at(0), store::Database::Access::ReadOnly));
-    store::loadFixture(contents, a.at(1));
+    store::copyStore(*store::Database::open(a.at(0), store::Database::Access::ReadOnly), a.at(1));
     io.out << "Copied " << a.at(0) << " to " << a.at(1) << Qt::endl;
     return 0;
 }
@@ -216,8 +219,7 @@ QString usage()
     return QStringLiteral(
                "Usage: sorrelin-store COMMAND ARGUMENTS\n"
                "  load FIXTURE.json STORE.db         make a store from a fixture\n"
-               "  dump STORE.db                      print the store as a fixture (folders at most %1 levels "
-               "deep)\n"
+               "  dump STORE.db                      print the store as a fixture\n"
                "  copy STORE.db NEW.db               copy a store, as dump shows it, to a new store\n"
                "  profile NAME USER STORE.db         record a mail profile for USER on a store (checked "
                "first)\n"

@@ -2,7 +2,6 @@
 // dump loads back into the same store.
 #include "platform/store/database.h"
 #include "platform/store/fixture.h"
-#include "platform/store/folderlevels.h"
 #include "tests/support/testenv.h"
 
 #include <QDir>
@@ -62,14 +61,6 @@ private Q_SLOTS:
             << withFolder(R"("messages": [{"subject": "M", "fields": {"0x7102001G": "x"}}])")
             << "stores[0].folders[1].messages[0].fields.0x7102001G: expected a tag of eight hexadecimal "
                "digits";
-        // One folder level more than a store may hold.
-        const int levels = store::kMaxFolderLevels + 1;
-        QTest::newRow("folders nested too deep")
-            << R"({"user": "U", "stores": [{"name": "S", "folders": [)" +
-                   QByteArray(R"({"name": "F", "folders": [)").repeated(levels) +
-                   QByteArray("]}").repeated(levels) + "]}]}"
-            << u"stores[0].folders[0]"_s + u".folders[0]"_s.repeated(levels - 2) +
-                   u".folders: folders nest at most %1 levels deep"_s.arg(store::kMaxFolderLevels);
     }
     void badMember()
     {
