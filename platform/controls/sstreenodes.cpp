@@ -6,6 +6,26 @@
 
 namespace controls {
 
+namespace {
+
+/// Appends `text` in UTF-8; keys are mostly ASCII, which is copied as is.
+void appendUtf8(QByteArray &out, QStringView text)
+{
+    const qsizetype at = out.size();
+    out.resize(at + text.size());
+    char *to = out.data() + at;
+    for (const QChar c : text) {
+        if (c.unicode() >= 0x80) {
+            out.truncate(at);
+            out.append(text.toUtf8());
+            return;
+        }
+        *to++ = char(c.unicode());
+    }
+}
+
+} // namespace
+
 void SSTreeNodes::reserve(qsizetype nodes)
 {
     m_parent.reserve(nodes);
@@ -85,18 +105,22 @@ qint32 SSTreeNodes::add(qint32 parent, QStringView key, QStringView text, qint32
 {
     if (parent != kNone && (parent < 0 || parent >= size()))
         return kNone;
-    const QByteArray bytes = key.toUtf8();
-    const size_t hash = qHash(QByteArrayView(bytes));
-    if (findBytes(bytes, hash) != kNone)
-        return kNone;
     if (2 * (size() + 1) > m_slots.size())
         grow();
+    // The key goes in place first, and out again when it stands already.
+    const qsizetype at = m_keys.size();
+    appendUtf8(m_keys, key);
+    const QByteArrayView bytes(m_keys.constData() + at, m_keys.size() - at);
+    const size_t hash = qHash(bytes);
+    if (findBytes(bytes, hash) != kNone) {
+        m_keys.truncate(at);
+        return kNone;
+    }
     const auto node = qint32(size());
     m_parent.append(parent);
     m_tag.append(tag);
     m_image.append(qint8(image));
     m_expanded.append(expanded);
-    m_keys.append(bytes);
     m_keyEnd.append(quint32(m_keys.size()));
     m_texts.append(text);
     m_textEnd.append(quint32(m_texts.size()));
