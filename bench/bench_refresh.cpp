@@ -2,6 +2,8 @@
 // folder tree, on a large store; beside it one plain SQL pass over the rows
 // the refresh reads, through the store's own connection, and the ratio of
 // the two; prints the peak memory.
+// The machine's load average before and after shows how far the figures
+// can be trusted.
 //   bench_refresh [STORE.db | --folders N --agents M]
 #include "app/frmmain.h"
 #include "app/program.h"
@@ -29,6 +31,7 @@ int main(int argc, char *argv[])
     ui::ScriptedPrompter prompter;
     prompter.setDefaultProfile(QStringLiteral("Bench"));
 
+    const double loadBefore = bench::loadAverage();
     QElapsedTimer t;
     t.start();
     app::Program program(prompter);
@@ -49,9 +52,10 @@ int main(int argc, char *argv[])
     const double sql = bench::sqlPassMs(*state->db, state->user);
     std::printf("tree nodes: %d\nstart to shown window: %.0f ms\nrefresh: median %.0f ms (5 runs)\n"
                 "one SQL pass over the same rows: median %.1f ms (5 runs); refresh / SQL pass: %.1f\n"
-                "peak memory: %ld MB after the start, %ld MB after the refreshes\n",
+                "peak memory: %ld MB after the start, %ld MB after the refreshes\n"
+                "load average: %.2f before, %.2f after\n",
                 program.gfrmMain->treOutl->count(), start, refreshes.at(2), sql, refreshes.at(2) / sql,
-                startMemory, bench::peakMemoryMB());
+                startMemory, bench::peakMemoryMB(), loadBefore, bench::loadAverage());
     program.gfrmMain->close();
     return 0;
 }

@@ -56,6 +56,9 @@ private:
 /// The peak resident memory of this process, in megabytes.
 long peakMemoryMB();
 
+/// The machine's load average over the last minute, as `uptime` shows it.
+double loadAverage();
+
 /// The time of one plain SQL pass over the rows a refresh of the folder
 /// tree reads: every folder with the user's rights, the hidden messages'
 /// classes, and the binding messages with their handler field, each value

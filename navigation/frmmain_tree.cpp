@@ -37,30 +37,16 @@ void frmMain::RefreshFolders()
     for (SSTree *tree : {treOutl, folderForm->treOutl})
         tree->clearNodes();
     os::releaseFreedMemory(); // the new snapshot comes in other sizes than the old one went
-    navigation::TreeWalk walk = navigation::walkTree(*p.gobjSession, *p.gobjEvents, true);
-    auto shared = std::make_shared<QVector<SSTree::NodeRecord>>();
-    QVector<SSTree::NodeRecord> &nodes = *shared;
-    nodes.reserve(walk.nodes.size());
-    qsizetype folderNodes = 0;
-    for (navigation::TreeNode &n : walk.nodes) {
-        const bool agent = n.image >= navigation::kImageScriptAgent;
-        // The root and the folders open; the stores and agents stay closed.
-        nodes.append(SSTree::NodeRecord{std::move(n.parentKey), std::move(n.key), std::move(n.text),
-                                        std::move(n.tag), n.image,
-                                        !agent && n.image != navigation::kImageStore});
-        if (!agent)
-            folderNodes = nodes.size();
-    }
-    walk.nodes = {};
-    os::releaseFreedMemory(); // what the walk read, before the tree is made
-    // The folder dialog's tree is made when the dialog first needs it.
-    treOutl->setNodes(nodes);
-    folderForm->treOutl->setNodesWhenNeeded(std::move(shared), folderNodes);
+    const navigation::TreeTable table = navigation::buildTree(*p.gobjSession, *p.gobjEvents, true);
+    // Both trees show the one table; the folder dialog's, without the
+    // agents, is made when the dialog first needs it.
+    treOutl->setNodes(table.nodes);
+    folderForm->treOutl->setNodesWhenNeeded(table.nodes, table.folderNodes);
     treOutl_NodeClick(treOutl->selectedItem());
     setEnabled(QStringLiteral("mnuFileExport"), true);
     setEnabled(QStringLiteral("mnuFileInstalledAgents"), true);
     SetHourglass(false);
-    StatBar(walk.tooDeep ? store::folderLevelsText() : QStringLiteral("Ready"));
+    StatBar(table.tooDeep ? store::folderLevelsText() : QStringLiteral("Ready"));
 }
 
 void frmMain::mnuViewRefresh_Click()

@@ -3,6 +3,7 @@
 #include "navigation/folderclass.h"
 #include "navigation/nodekinds.h"
 #include "platform/com/routine.h"
+#include "platform/controls/sstreenodes.h"
 #include "platform/events/events.h"
 #include "platform/mapi/folderscan.h"
 #include "platform/mapi/session.h"
@@ -17,6 +18,8 @@ namespace navigation {
 
 namespace {
 
+using controls::SSTreeNodes;
+
 /// The nodes in the order a refresh adds them, each key once.
 class Builder {
 public:
@@ -25,7 +28,7 @@ public:
     void addRoot()
     {
         const QString user = m_routine.value<QString>([&] { return m_session.CurrentUser(); });
-        add(QString(), QStringLiteral("root"), rootText(user), QString(), kImageRoot);
+        add(SSTreeNodes::kNone, QStringLiteral("root"), rootText(user), QString(), kImageRoot, true);
     }
 
     void addStores()
@@ -35,18 +38,17 @@ public:
         if (!m_scan)
             return;
         const qsizetype expected =
-            m_nodes.size() + stores.size() + m_scan->folderCount() + m_scan->bindingCount();
-        m_nodes.reserve(expected);
+            m_nodes->size() + stores.size() + m_scan->folderCount() + m_scan->bindingCount();
+        m_nodes->reserve(expected);
         m_folders.reserve(expected);
-        m_index.reserve(expected);
         for (const mapi::InfoStore &store : stores) {
             if (store.ProviderName() != kExchangeProvider)
                 continue;
             const mapi::Folder *root = m_scan->rootFolder(store.row());
             if (!root)
                 continue; // a store without a root folder isn't shown
-            add(QStringLiteral("root"), store.Name(), store.Name(), root->StoreID(), kImageStore);
-            addFolders(*root, store.Name());
+            const qint32 node = add(rootNode(), store.Name(), store.Name(), root->StoreID(), kImageStore, false);
+            addFolders(*root, node == SSTreeNodes::kNone ? m_nodes->find(store.Name()) : node);
         }
     }
 
@@ -54,90 +56,114 @@ public:
     /// come after `count` and are not visited again.
     void addAgents()
     {
-        const qsizetype count = m_nodes.size();
-        for (qsizetype i = 0; i < count; ++i) {
-            if (m_nodes.at(i).image != kImageFolderWithAgents)
+        const auto count = qint32(m_nodes->size());
+        for (qint32 i = 0; i < count; ++i) {
+            if (m_nodes->image(i) != kImageFolderWithAgents)
                 continue;
             const mapi::Folder *folder = m_folders.at(i);
             for (const mapi::BindingRow &binding : m_scan->bindings(*folder))
-                add(m_nodes.at(i).key, binding.id, binding.subject, folder->StoreID(),
-                    classifyHandlerField(binding.handler));
+                add(i, binding.id, binding.subject, folder->StoreID(), classifyHandlerField(binding.handler), false);
         }
     }
 
-    TreeWalk result() { return TreeWalk{std::move(m_nodes), m_tooDeep}; }
+    TreeTable result()
+    {
+        m_folders = {};
+        m_scan.reset(); // what was read goes before the table is sorted
+        m_nodes->sortChildren();
+        return TreeTable{std::move(m_nodes), m_folderNodes, m_tooDeep};
+    }
+
+    void endFolders() { m_folderNodes = m_nodes->size(); }
 
 private:
+    qint32 rootNode() const { return m_nodes->find(QStringLiteral("root")); }
+
     /// The folders below a store's root, depth first, each before its
     /// subfolders; without recursion, so that no depth of nesting can
     /// exhaust the stack.
-    void addFolders(const mapi::Folder &root, const QString &storeKey)
+    void addFolders(const mapi::Folder &root, qint32 storeNode)
     {
         struct Pending {
             const mapi::Folder *folder;
-            QString parentKey;
+            qint32 parent;
             int level;
         };
         QVector<Pending> stack;
-        const auto push = [&](const mapi::Folder &parent, const QString &parentKey, int level) {
+        const auto push = [&](const mapi::Folder &parent, qint32 parentNode, int level) {
             const auto folders = m_scan->subfolders(parent);
             if (!folders.empty() && level > store::kMaxFolderLevels) {
                 m_tooDeep = true;
                 return;
             }
             for (auto it = folders.rbegin(); it != folders.rend(); ++it)
-                stack.append(Pending{&*it, parentKey, level});
+                stack.append(Pending{&*it, parentNode, level});
         };
-        push(root, storeKey, 1);
+        push(root, storeNode, 1);
         while (!stack.isEmpty()) {
             const Pending p = stack.takeLast();
             const mapi::Folder &folder = *p.folder;
-            add(p.parentKey, folder.ID(), folder.Name(), folder.StoreID(),
-                classifyFolder(folder, m_events, *m_scan), &folder);
-            push(folder, folder.ID(), p.level + 1);
+            qint32 node = add(p.parent, folder.ID(), folder.Name(), folder.StoreID(),
+                              classifyFolder(folder, m_events, *m_scan), true, &folder);
+            if (node == SSTreeNodes::kNone)
+                node = m_nodes->find(folder.ID()); // its subfolders go below the node that has the key
+            push(folder, node, p.level + 1);
         }
     }
 
-    void add(const QString &parentKey, const QString &key, const QString &text, const QString &tag, int image,
-             const mapi::Folder *folder = nullptr)
+    /// The node's index, or kNone when the tree refuses it: its key stands
+    /// already, or its parent isn't there.
+    qint32 add(qint32 parent, const QString &key, const QString &text, const QString &tag, int image, bool open,
+               const mapi::Folder *folder = nullptr)
     {
-        if (m_index.contains(key))
-            return;
-        TreeNode node{parentKey, key, text, tag, image, 0};
-        if (!parentKey.isEmpty()) {
-            const auto parent = m_index.constFind(parentKey);
-            if (parent == m_index.constEnd())
-                return; // the tree refuses a node whose parent isn't there
-            node.depth = m_nodes.at(*parent).depth + 1;
-        }
-        m_index.insert(key, m_nodes.size());
-        m_nodes.append(node);
-        m_folders.append(folder);
+        if (m_lastTag.first != tag || m_lastTag.second == SSTreeNodes::kNone)
+            m_lastTag = {tag, m_nodes->tag(tag)};
+        const qint32 node = m_nodes->add(parent, key, text, m_lastTag.second, image, open);
+        if (node != SSTreeNodes::kNone)
+            m_folders.append(folder);
+        return node;
     }
 
     mapi::Session &m_session;
     events::Events &m_events;
     com::ResumeNext m_routine;
     std::optional<mapi::FolderScan> m_scan;
-    QVector<TreeNode> m_nodes;
+    std::shared_ptr<SSTreeNodes> m_nodes = std::make_shared<SSTreeNodes>();
     QVector<const mapi::Folder *> m_folders; ///< the folder behind each node, null for others
-    QHash<QString, qsizetype> m_index;
+    std::pair<QString, qint32> m_lastTag{QString(), SSTreeNodes::kNone}; ///< a store's folders share its tag
+    qsizetype m_folderNodes = 0;
     bool m_tooDeep = false;
 };
 
 } // namespace
 
-TreeWalk walkTree(mapi::Session &session, events::Events &events, bool withAgents)
+TreeTable buildTree(mapi::Session &session, events::Events &events, bool withAgents)
 {
     // The tree is a snapshot of one moment of the store.
     const auto snapshot = session.BeginRead();
     Builder builder(session, events);
     builder.addRoot();
     builder.addStores();
+    builder.endFolders();
     if (withAgents)
         builder.addAgents();
     snapshot->commit();
     return builder.result();
+}
+
+TreeWalk walkTree(mapi::Session &session, events::Events &events, bool withAgents)
+{
+    const TreeTable table = buildTree(session, events, withAgents);
+    const SSTreeNodes &nodes = *table.nodes;
+    TreeWalk walk{{}, table.tooDeep};
+    walk.nodes.reserve(nodes.size());
+    for (qint32 i = 0; i < nodes.size(); ++i) {
+        const qint32 parent = nodes.parent(i);
+        const bool top = parent == SSTreeNodes::kNone;
+        walk.nodes.append(TreeNode{top ? QString() : nodes.key(parent), nodes.key(i), nodes.text(i).toString(),
+                                   nodes.tag(i), nodes.image(i), top ? 0 : walk.nodes.at(parent).depth + 1});
+    }
+    return walk;
 }
 
 QVector<DisplayNode> displayOrder(const QVector<TreeNode> &nodes)

@@ -3,11 +3,16 @@
 #include <QString>
 #include <QVector>
 
+#include <memory>
+
 namespace mapi {
 class Session;
 }
 namespace events {
 class Events;
+}
+namespace controls {
+class SSTreeNodes;
 }
 
 namespace navigation {
@@ -29,6 +34,16 @@ struct TreeWalk {
     bool tooDeep = false;
 };
 
+/// The tree's nodes as one table that both trees show: the root, stores and
+/// folders come first, the agents after `folderNodes`. The root and the
+/// folders are marked to open, the stores and agents not; each node's
+/// children are in text order.
+struct TreeTable {
+    std::shared_ptr<controls::SSTreeNodes> nodes;
+    qsizetype folderNodes = 0;
+    bool tooDeep = false;
+};
+
 /// Walks a logged-on session as the tree's refresh does, from one read of
 /// the store, and gives the nodes in the order the refresh adds them: the
 /// root; the stores of provider "Microsoft Exchange Server" in the
@@ -37,6 +52,9 @@ struct TreeWalk {
 /// 7. As in the tree, a node whose key is already there is not added again
 /// (its subfolders go below the node that has the key), and a step that
 /// fails is passed over.
+TreeTable buildTree(mapi::Session &session, events::Events &events, bool withAgents);
+
+/// The same nodes as a list.
 TreeWalk walkTree(mapi::Session &session, events::Events &events, bool withAgents);
 
 /// A node and its path below the root.

@@ -15,17 +15,19 @@ constexpr int TagRole = Qt::UserRole + 2;
 constexpr int ImageRole = Qt::UserRole + 3;
 const QString kSource = QStringLiteral("SSTree");
 
-/// A node: its text, key, tag and image are members rather than item data,
-/// and its picture comes from the tree's image list, so that a tree of a
-/// hundred thousand nodes is quick to make, sort and drop.
+/// A node: it shows a row of the tree's node table, which holds its text,
+/// key and tag, so that a node costs the view's own item and little more.
+/// A value set afterwards is kept by the item itself.
 class Item : public QTreeWidgetItem {
 public:
     static constexpr int Type = QTreeWidgetItem::UserType + 1;
 
-    Item(const QString &key, const QString &text, int image)
-        : QTreeWidgetItem(Type), m_text(text), m_key(key), m_image(image)
+    Item(const SSTreeNodes &nodes, qint32 index)
+        : QTreeWidgetItem(Type), m_nodes(nodes), m_index(index), m_image(nodes.image(index))
     {
     }
+
+    qint32 index() const { return m_index; }
 
     QVariant data(int column, int role) const override
     {
@@ -33,11 +35,12 @@ public:
             switch (role) {
             case Qt::DisplayRole:
             case Qt::EditRole:
-                return m_text;
+                return (m_set & TextSet) ? QTreeWidgetItem::data(0, Qt::DisplayRole)
+                                         : QVariant(m_nodes.text(m_index).toString());
             case KeyRole:
-                return m_key;
+                return m_nodes.key(m_index);
             case TagRole:
-                return m_tag;
+                return (m_set & TagSet) ? QTreeWidgetItem::data(0, TagRole) : QVariant(m_nodes.tag(m_index));
             case ImageRole:
                 return m_image;
             case Qt::DecorationRole:
@@ -53,29 +56,16 @@ public:
 
     void setData(int column, int role, const QVariant &value) override
     {
-        if (column != 0) {
-            QTreeWidgetItem::setData(column, role, value);
-            return;
-        }
-        switch (role) {
-        case Qt::DisplayRole:
-        case Qt::EditRole:
-            m_text = value.toString();
-            break;
-        case KeyRole:
-            m_key = value.toString();
-            break;
-        case TagRole:
-            m_tag = value.toString();
-            break;
-        case ImageRole:
+        if (column == 0 && role == ImageRole) {
             m_image = value.toInt();
-            break;
-        default:
-            QTreeWidgetItem::setData(column, role, value);
+            emitDataChanged();
             return;
         }
-        emitDataChanged();
+        if (column == 0 && (role == Qt::DisplayRole || role == Qt::EditRole))
+            m_set |= TextSet;
+        if (column == 0 && role == TagRole)
+            m_set |= TagSet;
+        QTreeWidgetItem::setData(column, role == Qt::EditRole ? Qt::DisplayRole : role, value);
     }
 
     /// The tree's order: by text, case counting, as the item view compares texts.
@@ -84,14 +74,15 @@ public:
         const QTreeWidget *tree = treeWidget();
         if (other.type() != Type || (tree && tree->sortColumn() != 0))
             return QTreeWidgetItem::operator<(other);
-        return m_text.compare(static_cast<const Item &>(other).m_text, Qt::CaseSensitive) < 0;
+        return text(0).compare(other.text(0), Qt::CaseSensitive) < 0;
     }
 
-    bool expandWhenShown = false;
-
 private:
-    QString m_text, m_key, m_tag;
-    int m_image = 0;
+    enum : quint8 { TextSet = 1, TagSet = 2 };
+    const SSTreeNodes &m_nodes;
+    qint32 m_index;
+    qint8 m_image;
+    quint8 m_set = 0;
 };
 
 } // namespace
@@ -110,7 +101,7 @@ void SSTree::setImageList(QVector<QIcon> icons)
     m_icons = std::move(icons);
 }
 
-void SSTree::setNodesWhenNeeded(std::shared_ptr<const QVector<NodeRecord>> nodes, qsizetype count)
+void SSTree::setNodesWhenNeeded(std::shared_ptr<const SSTreeNodes> nodes, qsizetype count)
 {
     clearNodes();
     m_pending = std::move(nodes);
@@ -123,10 +114,8 @@ void SSTree::makePendingNodes() const
 {
     if (!m_pending)
         return;
-    const std::shared_ptr<const QVector<NodeRecord>> nodes = m_pending;
     auto *self = const_cast<SSTree *>(this); // the nodes were set before; this only makes them
-    self->m_pending.reset();
-    self->setNodes(*nodes, m_pendingCount);
+    self->setNodes(std::move(self->m_pending), m_pendingCount);
 }
 
 void SSTree::showEvent(QShowEvent *event)
@@ -147,34 +136,32 @@ SSTree::Node *SSTree::selectedItem() const
     return currentItem();
 }
 
-void SSTree::setNodes(const QVector<NodeRecord> &nodes, qsizetype count)
+void SSTree::setNodes(std::shared_ptr<const SSTreeNodes> nodes, qsizetype count)
 {
-    const qsizetype n = count < 0 ? nodes.size() : std::min(count, nodes.size());
     setUpdatesEnabled(false);
-    m_pending.reset();
     clearNodes();
-    m_keys.reserve(n);
+    m_nodes = std::move(nodes);
+    const auto n = qint32(count < 0 ? m_nodes->size() : std::min(count, m_nodes->size()));
+    const SSTreeNodes &table = *m_nodes;
+    // Every node first, then each one's children in a single list, before
+    // the tree holds any of them: nothing is shown or sorted meanwhile.
+    m_items.resize(n);
     m_order.reserve(n);
-    QList<Node *> top;
-    for (qsizetype i = 0; i < n; ++i) {
-        const NodeRecord &r = nodes.at(i);
-        if (m_keys.contains(r.key))
-            continue;
-        Node *parent = nullptr;
-        if (!r.parentKey.isEmpty() && !(parent = node(r.parentKey)))
-            continue;
-        auto *item = new Item(r.key, r.text, r.image);
-        item->setData(0, TagRole, r.tag);
-        item->expandWhenShown = r.expanded;
-        if (parent)
-            parent->addChild(item); // owned by its parent; nothing is shown yet
-        else
-            top.append(item);
-        m_keys.insert(r.key, item);
-        m_order.append(item);
+    for (qint32 i = 0; i < n; ++i) {
+        m_items[i] = new Item(table, i); // owned by its parent once added below
+        m_order.append(m_items.at(i));
     }
-    addTopLevelItems(top); // owned by the tree
-    sortItems(0, Qt::AscendingOrder);
+    const auto childItems = [&](qint32 parent) {
+        QList<Node *> list;
+        for (const qint32 child : table.children(parent))
+            if (child < n) // the nodes of the table's rest have indexes above
+                list.append(m_items.at(child));
+        return list;
+    };
+    for (qint32 i = 0; i < n; ++i)
+        if (!table.children(i).empty())
+            m_items.at(i)->addChildren(childItems(i));
+    addTopLevelItems(childItems(SSTreeNodes::kNone)); // owned by the tree
 
     // With a layout pending, opening a node only records it. The nodes are
     // reached through the model's rows, which costs nothing per node.
@@ -186,11 +173,12 @@ void SSTree::setNodes(const QVector<NodeRecord> &nodes, qsizetype count)
         for (int row = 0; row < rows; ++row) {
             const QModelIndex index = model()->index(row, 0, parent);
             const auto *item = static_cast<const Item *>(itemFromIndex(index));
+            if (item->childCount() == 0)
+                continue;
             // Only a node with nodes below it has anything to open.
-            if (item->expandWhenShown && item->childCount() > 0)
+            if (table.expanded(item->index()))
                 setExpanded(index, true);
-            if (item->childCount() > 0)
-                parents.append(index);
+            parents.append(index);
         }
     }
     if (!m_order.isEmpty()) {
@@ -208,7 +196,8 @@ QIcon SSTree::icon(int image) const
 SSTree::Node *SSTree::node(const QString &key) const
 {
     makePendingNodes();
-    return m_keys.value(key, nullptr);
+    const qint32 index = m_nodes ? m_nodes->find(key) : SSTreeNodes::kNone;
+    return index >= 0 && index < m_items.size() ? m_items.at(index) : nullptr;
 }
 
 SSTree::Node *SSTree::nodeAt(int index) const
@@ -224,7 +213,7 @@ void SSTree::forget(Node *node)
     m_picked.removeAll(node);
     for (int i = 0; i < node->childCount(); ++i)
         forget(node->child(i));
-    m_keys.remove(key(node));
+    m_items[static_cast<const Item *>(node)->index()] = nullptr;
     m_order.removeOne(node);
 }
 
@@ -239,10 +228,11 @@ void SSTree::remove(Node *node)
 void SSTree::clearNodes()
 {
     m_pending.reset();
-    m_keys.clear();
+    m_items.clear();
     m_order.clear();
     m_picked.clear();
     clear();
+    m_nodes.reset(); // after the nodes that show it
 }
 
 QString SSTree::key(const Node *node)

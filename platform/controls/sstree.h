@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QHash>
+#include "platform/controls/sstreenodes.h"
+
 #include <QIcon>
 #include <QTreeWidget>
 #include <QVector>
@@ -20,34 +21,22 @@ class SSTree : public QTreeWidget {
 public:
     using Node = QTreeWidgetItem;
 
-    /// A node for `setNodes`.
-    struct NodeRecord {
-        QString parentKey;
-        QString key;
-        QString text;
-        QString tag;
-        int image = 0;
-        bool expanded = false;
-    };
-
     explicit SSTree(QWidget *parent = nullptr);
 
     /// The pictures behind `Image` numbers (index 1 is the first).
     void setImageList(QVector<QIcon> icons);
 
-    /// Replaces every node with the first `count` of `nodes` (all when
-    /// negative), in that order, each below the node with its `parentKey`
-    /// (empty: at the top). A node whose key is already there, or whose
-    /// parent key names no node, is left out. The nodes are built apart from
-    /// the view and shown at once, sorted by `Text`, those marked `expanded`
-    /// open when they have nodes below them; the first node ends up
-    /// selected (without NodeClick) and open. Nothing is drawn meanwhile.
-    void setNodes(const QVector<NodeRecord> &nodes, qsizetype count = -1);
+    /// Replaces every node with the nodes of `nodes` whose index is below
+    /// `count` (all when negative), each below its parent, in the table's
+    /// order of children (by `Text`). Those marked expanded are open when
+    /// they have nodes below them; the first node ends up selected (without
+    /// NodeClick) and open. The nodes show the table's values, which are
+    /// shared, not copied; nothing is drawn meanwhile.
+    void setNodes(std::shared_ptr<const SSTreeNodes> nodes, qsizetype count = -1);
 
-    /// The same with the first `count` of `nodes`, kept as a snapshot that
-    /// is made into nodes only when the tree is first shown or asked for a
-    /// node: a tree that stays hidden costs nothing to refill.
-    void setNodesWhenNeeded(std::shared_ptr<const QVector<NodeRecord>> nodes, qsizetype count);
+    /// The same, kept until the tree is first shown or asked for a node: a
+    /// tree that stays hidden costs nothing to refill.
+    void setNodesWhenNeeded(std::shared_ptr<const SSTreeNodes> nodes, qsizetype count);
 
     /// The picture of an `Image` number; none outside the image list.
     QIcon icon(int image) const;
@@ -113,11 +102,12 @@ private:
     void makePendingNodes() const;
 
     QVector<QIcon> m_icons;
-    QHash<QString, Node *> m_keys;
+    std::shared_ptr<const SSTreeNodes> m_nodes;
+    QVector<Node *> m_items; ///< by index in m_nodes; null for a node removed or not shown
     QVector<Node *> m_order;
     QList<Node *> m_picked;
     bool m_multiSelect = false;
-    std::shared_ptr<const QVector<NodeRecord>> m_pending;
+    std::shared_ptr<const SSTreeNodes> m_pending;
     qsizetype m_pendingCount = 0;
 };
 

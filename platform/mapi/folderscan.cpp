@@ -53,9 +53,10 @@ FolderScan::FolderScan(const StatePtr &state)
             stores.insert(q.value(0).toLongLong(), Store{q.value(1).toString(), q.value(2).toString()});
     }
 
-    QVector<std::pair<qint64, int>> keys; // each folder's parent (0 for a root) and place among its siblings
+    QVector<std::pair<qint64, qint64>> keys; // each folder's parent (0 for a root) and place among its siblings
     {
-        QSqlQuery &count = state->run(QStringLiteral("SELECT COUNT(*) FROM folders"), {});
+        // The highest row number is a bound on the count that costs no pass.
+        QSqlQuery &count = state->run(QStringLiteral("SELECT MAX(id) FROM folders"), {});
         const qsizetype expected = count.next() ? count.value(0).toLongLong() : 0;
         count.finish();
         m_folders.reserve(expected);
@@ -71,11 +72,11 @@ FolderScan::FolderScan(const StatePtr &state)
             r.id = q.value(4).toString();
             r.storeId = store->id; // shared, not a copy per folder
             r.name = q.value(5).toString();
-            r.access = q.value(6).toInt();
-            r.eventSource = q.value(7).toInt() != 0;
+            r.access = static_cast<int>(q.value(6).toLongLong()); // integers come as 64 bits; a narrower read converts
+            r.eventSource = q.value(7).toLongLong() != 0;
             r.host = store->host;
             m_folders.append(Folder(state, std::move(r)));
-            keys.append({q.value(2).toLongLong(), q.value(3).toInt()});
+            keys.append({q.value(2).toLongLong(), q.value(3).toLongLong()});
         }
     }
     // Each folder's subfolders side by side, in the store's order: the rows
@@ -119,7 +120,7 @@ FolderScan::FolderScan(const StatePtr &state)
             HiddenCounts &counts = m_hidden[folder];
             ++counts.all;
             ++m_rowsRead;
-            if (q.value(1).toInt() == 0)
+            if (q.value(1).toLongLong() == 0)
                 continue;
             ++counts.bindings;
             bindings.append({folder, BindingRow{q.value(2).toString(), q.value(3).toString(),
