@@ -250,7 +250,11 @@ bool Driver::userAction(const QString &command, const QString &rest)
         return acted([widget, key] {
             activate(widget);
             widget->setFocus(Qt::OtherFocusReason);
-            QTest::keyClick(widget, static_cast<Qt::Key>(key.key), key.modifiers);
+            if (key.text.isEmpty())
+                QTest::keyClick(widget, static_cast<Qt::Key>(key.key), key.modifiers);
+            else
+                QTest::sendKeyEvent(QTest::Click, widget, static_cast<Qt::Key>(key.key), key.text,
+                                    key.modifiers);
         });
     }
     if (command == QLatin1String("type")) {

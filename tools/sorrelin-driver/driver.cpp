@@ -11,6 +11,7 @@
 #include "tools/sorrelin-driver/words.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDialog>
 #include <QFile>
 #include <QJsonArray>
@@ -310,6 +311,11 @@ void Driver::run(const QString &line)
         return regGet(rest);
     if (command == QLatin1String("answer")) {
         m_prompter.enqueue(com::unescapeLine(rest));
+        return reply(QJsonObject{{QStringLiteral("ok"), true}});
+    }
+    if (command == QLatin1String("clipboard")) {
+        // Another program copies a text (a word, or one in double quotes).
+        QGuiApplication::clipboard()->setText(com::unescapeLine(words(rest, 2).value(0)));
         return reply(QJsonObject{{QStringLiteral("ok"), true}});
     }
     if (command == QLatin1String("state"))
