@@ -296,6 +296,7 @@ void frmMain::createTabs()
     connect(txtPreview, &scripts::ScriptPane::LostFocus, this, &frmMain::txtPreview_LostFocus);
     connect(txtPreview, &scripts::ScriptPane::KeyUp, this, &frmMain::txtPreview_KeyUp);
     connect(txtPreview, &scripts::ScriptPane::MouseUp, this, &frmMain::UpdateStatus);
+    connect(txtPreview, &scripts::ScriptPane::LeftOut, this, &frmMain::UpdateStatus);
 }
 
 void frmMain::createStatusBar()

@@ -46,8 +46,11 @@ void frmMain::mnuFileOpen_Click()
     QString after;
     routine.step([&] {
         QFile file(fileName);
-        if (file.open(QIODevice::ReadOnly))
-            after = scripts::scriptToPane(file.readAll());
+        if (!file.open(QIODevice::ReadOnly))
+            return;
+        // A file given back as it was written is the same text.
+        const QByteArray bytes = file.readAll();
+        after = bytes == scripts::paneToScript(before) ? before : scripts::fileToPane(bytes);
     });
     if (!scripts::hasScriptMarker(after) &&
         prompter().msgBox(QStringLiteral("This script does not appear to be a valid script. Continue?"),
@@ -58,7 +61,7 @@ void frmMain::mnuFileOpen_Click()
     // The same text again changes nothing: the pane isn't touched, so that no
     // edit seems to be pending.
     if (!after.isEmpty() && after != before) {
-        txtPreview->setText(after);
+        txtPreview->setEditedText(after);
         blnDirty = true;
         mnuFileSave_Click();
     }

@@ -6,6 +6,7 @@
 #include "platform/com/routine.h"
 #include "platform/controls/sstree.h"
 #include "scripts/fontladder.h"
+#include "scripts/scriptmarker.h"
 #include "scripts/scriptpane.h"
 
 #include <QAction>
@@ -30,7 +31,11 @@ void setPaneSize(scripts::ScriptPane *pane, double size)
 
 void frmMain::UpdateStatus()
 {
-    StatBar(QStringLiteral("Line: %1/%2").arg(txtPreview->caretLine()).arg(txtPreview->lineCount()));
+    // Characters just left out of the pane are told until the user moves on.
+    const QStringList leftOut = txtPreview->leftOut();
+    StatBar(leftOut.isEmpty()
+                ? QStringLiteral("Line: %1/%2").arg(txtPreview->caretLine()).arg(txtPreview->lineCount())
+                : scripts::leftOutText(leftOut));
 }
 
 void frmMain::txtPreview_KeyUp(int keyCode, int shift)

@@ -21,4 +21,14 @@ QByteArray paneToScript(const QString &text);
 /// whole text can be kept.
 QStringList unkeptCharacters(const QString &text);
 
+/// `text` without any of `characters` (each one whole character).
+QString withoutCharacters(const QString &text, const QStringList &characters);
+
+/// The status bar's word on characters left out of the pane.
+QString leftOutText(const QStringList &characters);
+
+/// A file an editor gave back: UTF-8 when it is valid UTF-8 beyond plain
+/// ASCII (what editors write today), otherwise 8-bit text, as a script.
+QString fileToPane(const QByteArray &file);
+
 } // namespace scripts

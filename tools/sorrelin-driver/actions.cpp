@@ -307,7 +307,10 @@ void Driver::key(const QString &rest)
     act([widget, key] {
         activate(widget);
         widget->setFocus(Qt::OtherFocusReason);
-        QTest::keyClick(widget, static_cast<Qt::Key>(key.key), key.modifiers);
+        if (key.text.isEmpty())
+            QTest::keyClick(widget, static_cast<Qt::Key>(key.key), key.modifiers);
+        else
+            QTest::sendKeyEvent(QTest::Click, widget, static_cast<Qt::Key>(key.key), key.text, key.modifiers);
     });
 }
 

@@ -11,6 +11,7 @@
 #include "tools/sorrelin-driver/words.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDialog>
 #include <QFile>
 #include <QJsonArray>
@@ -256,6 +257,13 @@ void Driver::setRegistryValue(const QString &rest, bool remove)
     reply(QJsonObject{{QStringLiteral("ok"), true}});
 }
 
+void Driver::clipboard(const QString &rest)
+{
+    // Another program copies a text (a word, or one in double quotes).
+    QGuiApplication::clipboard()->setText(com::unescapeLine(words(rest, 2).value(0)));
+    reply(QJsonObject{{QStringLiteral("ok"), true}});
+}
+
 void Driver::regGet(const QString &rest)
 {
     const QStringList w = words(rest, 2);
@@ -313,6 +321,7 @@ const QHash<QString, Driver::Command> &Driver::commands()
         {QStringLiteral("reg-delete"), &Driver::regDelete},
         {QStringLiteral("reg-get"), &Driver::regGet},
         {QStringLiteral("answer"), &Driver::queueAnswer},
+        {QStringLiteral("clipboard"), &Driver::clipboard},
         {QStringLiteral("state"), &Driver::stateCommand},
         {QStringLiteral("printer"), &Driver::printer},
         {QStringLiteral("store"), &Driver::storeDump},

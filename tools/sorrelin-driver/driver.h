@@ -66,6 +66,7 @@ private:
     void regDelete(const QString &rest);
     void regGet(const QString &rest);
     void queueAnswer(const QString &rest);
+    void clipboard(const QString &rest);
     void stateCommand(const QString &rest);
     void printer(const QString &rest);
     void storeDump(const QString &rest);

@@ -60,8 +60,12 @@ KeyStroke parseKey(const QString &name)
         k.key = Qt::Key_F1 + l.mid(1).toInt() - 1;
     else if (named.contains(l))
         k.key = named.value(l);
-    else if (last.size() == 1)
+    else if (last.size() == 1 && last.at(0).unicode() < 0x80)
         k.key = last.toUpper().at(0).unicode();
+    else if (const QList<uint> c = last.toUcs4(); c.size() == 1) {
+        k.key = static_cast<int>(QChar::toUpper(c.first()));
+        k.text = last;
+    }
     return k;
 }
 

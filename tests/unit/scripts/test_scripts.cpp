@@ -6,6 +6,9 @@
 #include "scripts/scriptmarker.h"
 #include "scripts/scriptpane.h"
 
+#include <QClipboard>
+#include <QInputMethodEvent>
+#include <QMimeData>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
@@ -205,6 +208,89 @@ private Q_SLOTS:
         scripts::ScriptPane pane;
         pane.setText(text);
         QCOMPARE(scripts::unkeptCharacters(pane.text()), unkept);
+    }
+
+    // An editor's file: UTF-8 when it is that beyond ASCII, else 8-bit.
+    void fileToPane_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("ASCII") << QByteArray("Sub A\r\n") << u"Sub A\r\n"_s;
+        QTest::newRow("8-bit") << QByteArray("caf\xE9 \xC3") << u"caf\u00E9 \u00C3"_s;
+        QTest::newRow("UTF-8") << QByteArray("caf\xC3\xA9 \xE2\x82\xAC") << u"caf\u00E9 \u20AC"_s;
+        QTest::newRow("UTF-8 with a mark") << QByteArray("\xEF\xBB\xBF\xC3\xA9") << u"\u00E9"_s;
+    }
+
+    void fileToPane()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(QString, text);
+        QCOMPARE(scripts::fileToPane(file), text);
+    }
+
+    // Every way in keeps what a script can hold and names what it left out,
+    // until the next key.
+    void inputLeavesOutWhatAScriptCantHold_data()
+    {
+        QTest::addColumn<QString>("way");
+        QTest::addColumn<QString>("input");
+        QTest::addColumn<QString>("kept");
+        QTest::addColumn<QStringList>("leftOut");
+        QTest::newRow("a key") << u"key"_s << u"\u20AC"_s << u"ab"_s << QStringList{u"\u20AC"_s};
+        QTest::newRow("a key the script holds") << u"key"_s << u"\u00E9"_s << u"a\u00E9b"_s << QStringList();
+        QTest::newRow("an input method")
+            << u"input method"_s << u"x\u65E5\u672C"_s << u"axb"_s << QStringList{u"\u65E5"_s, u"\u672C"_s};
+        QTest::newRow("a paste") << u"paste"_s << u"\u20ACx\u0001"_s << u"ax\u0001b"_s
+                                 << QStringList{u"\u20AC"_s};
+        QTest::newRow("a drop") << u"drop"_s << u"y\U0001F600"_s << u"ayb"_s
+                                << QStringList{u"\U0001F600"_s};
+        QTest::newRow("a menu's insert") << u"insert"_s << u"\u20ACz"_s << u"azb"_s << QStringList{u"\u20AC"_s};
+        QTest::newRow("an editor's file") << u"file"_s << u"c\u20AC"_s << u"c"_s << QStringList{u"\u20AC"_s};
+    }
+
+    void inputLeavesOutWhatAScriptCantHold()
+    {
+        QFETCH(QString, way);
+        QFETCH(QString, input);
+        QFETCH(QString, kept);
+        QFETCH(QStringList, leftOut);
+        scripts::ScriptPane pane;
+        pane.show();
+        pane.setText(u"ab"_s);
+        QTextCursor cursor = pane.textCursor();
+        cursor.setPosition(1);
+        pane.setTextCursor(cursor);
+        QSignalSpy told(&pane, &scripts::ScriptPane::LeftOut);
+        if (way == "key"_L1) {
+            QTest::sendKeyEvent(QTest::Click, &pane, Qt::Key(input.toUpper().at(0).unicode()), input,
+                                Qt::NoModifier);
+        } else if (way == "input method"_L1) {
+            QInputMethodEvent event;
+            event.setCommitString(input);
+            QApplication::sendEvent(&pane, &event);
+        } else if (way == "paste"_L1) {
+            QGuiApplication::clipboard()->setText(input);
+            pane.paste();
+        } else if (way == "drop"_L1) {
+            QMimeData data;
+            data.setText(input);
+            const QPointF at = pane.cursorRect(cursor).center();
+            QDragEnterEvent enter(at.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(pane.viewport(), &enter);
+            QDragMoveEvent move(at.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(pane.viewport(), &move);
+            QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(pane.viewport(), &drop);
+        } else if (way == "insert"_L1) {
+            pane.setSelText(input);
+        } else {
+            pane.setEditedText(input);
+        }
+        QCOMPARE(pane.text(), kept);
+        QCOMPARE(pane.leftOut(), leftOut);
+        QCOMPARE(told.size(), leftOut.isEmpty() ? 0 : 1);
+        QTest::keyClick(&pane, Qt::Key_End);
+        QCOMPARE(pane.leftOut(), QStringList());
     }
 
     // The pane gives back every byte of a script and its line ends, after
