@@ -13,6 +13,8 @@
 
 #include <QFile>
 
+#include <algorithm>
+
 void frmMain::mnuFileAgentLog_Click()
 {
     if (controls::SSTree::image(treOutl->selectedItem()) >= navigation::kImageScriptAgent)
@@ -62,13 +64,7 @@ void frmMain::DisplayLog()
     const QString fileName = os::GetTempPath() + QStringLiteral("Log For ") +
                              controls::SSTree::text(treOutl->selectedItem()) + QStringLiteral(".txt");
     qint64 size = 0;
-    routine.step([&] {
-        QFile file(fileName);
-        if (file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-            file.write(log + "\r\n");
-            size = file.size();
-        }
-    });
+    routine.step([&] { size = std::max<qint64>(os::writeTempFile(fileName, log + "\r\n"), 0); });
     viewer = scripts::editorForSize(viewer, size, IsWindowsNT());
     const std::optional<QString> command = scripts::viewerCommand(viewer, IsWindowsNT());
     if (command && command->isEmpty()) {
