@@ -28,6 +28,7 @@ inline constexpr int32_t PathNotFound = 76;
 inline constexpr int32_t FileAccess = 75;
 inline constexpr int32_t ObjectRequired = 424;
 inline constexpr int32_t ObjectNotSet = 91;
+inline constexpr int32_t StoreLost = static_cast<int32_t>(0x80040200u); ///< the open store is gone
 inline constexpr int32_t SubscriptOutOfRange = 9;
 inline constexpr int32_t CommonDialogCancel = 32755;
 } // namespace err
