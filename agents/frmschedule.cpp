@@ -108,15 +108,23 @@ frmSchedule::frmSchedule(ui::Prompter &prompter, QWidget *owner)
     cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
     cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
     cmdCancel->setGeometry(318, 292, 88, 26);
+    cmdCancel->setProperty("cancel", true);
 
     // Design state: hourly, every 1 hrs 0 min, all day.
     optHourly->setChecked(true);
     optEvery->setChecked(true);
     optAllDay->setChecked(true);
 
+    // An option's handler runs when it becomes selected, by code or by the
+    // user, and on a click on it while it is selected already.
     const auto onSelect = [this](QRadioButton *o, void (frmSchedule::*handler)()) {
         connect(o, &QRadioButton::toggled, this, [this, handler](bool on) {
             if (on)
+                (this->*handler)();
+        });
+        connect(o, &QRadioButton::pressed, this, [this, o] { m_pressedSelected = o->isChecked(); });
+        connect(o, &QRadioButton::clicked, this, [this, handler] {
+            if (m_pressedSelected)
                 (this->*handler)();
         });
     };
@@ -168,6 +176,16 @@ bool frmSchedule::eventFilter(QObject *watched, QEvent *event)
         }
     }
     return QDialog::eventFilter(watched, event);
+}
+
+void frmSchedule::keyPressEvent(QKeyEvent *event)
+{
+    // Esc is a click on Cancel.
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
+        cmdCancel->click();
+        return;
+    }
+    QDialog::keyPressEvent(event);
 }
 
 void frmSchedule::GetDays(int &intDays)

@@ -40,6 +40,7 @@ public:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     QLineEdit *timeBox(const char *name, const QString &text, QWidget *parent);
@@ -63,4 +64,6 @@ private:
     controls::UpDown *UpDownStart, *UpDownEnd;
     QLabel *lblEnd;
     QPushButton *cmdOK, *cmdCancel;
+    /// Whether the option being clicked was selected when the press began.
+    bool m_pressedSelected = false;
 };

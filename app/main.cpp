@@ -1,5 +1,6 @@
 // The desktop program: no arguments, no command line; everything it needs
 // comes from the profile and the settings.
+#include "app/application.h"
 #include "app/frmmain.h"
 #include "app/program.h"
 #include "platform/ui/qtprompter.h"
@@ -8,7 +9,7 @@
 
 int main(int argc, char *argv[])
 {
-    QApplication application(argc, argv);
+    app::Application application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Sorrelin"));
     QApplication::setOrganizationName(QStringLiteral("Kelverd"));
     QApplication::setQuitOnLastWindowClosed(false);

@@ -53,6 +53,8 @@ struct Program {
     bool blnNodeDeleting = false;
     /// Set once the user has been told that the application log can't be written.
     bool blnLogFailureShown = false;
+    /// Set once the user has been told, in the act at hand, that the store is gone.
+    bool blnStoreLossShown = false;
 };
 
 /// The one program of this process; valid from `Main` until it returns.

@@ -4,6 +4,7 @@
 #include "app/frmmain.h"
 #include "app/frmsplash.h"
 #include "app/program.h"
+#include "app/storeloss.h"
 #include "platform/com/routine.h"
 #include "platform/events/events.h"
 #include "platform/mapi/session.h"
@@ -120,6 +121,7 @@ bool Main(Program &program)
     auto *form = new frmMain(program); // deletes itself when closed
     form->setAttribute(Qt::WA_DeleteOnClose);
     program.gfrmMain = form;
+    watchStoreLoss(program, form);
     if (!form->Form_Load()) {
         delete form;
         return false;

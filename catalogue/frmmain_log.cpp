@@ -13,6 +13,8 @@
 
 #include <QFile>
 
+#include <algorithm>
+
 void frmMain::mnuFileAgentLog_Click()
 {
     if (controls::SSTree::image(treOutl->selectedItem()) >= navigation::kImageScriptAgent)
@@ -34,10 +36,10 @@ void frmMain::DisplayLog()
             agents::openAgentFolder(*m_program.gobjSession, *m_program.gobjEvents, strEntryID, strStoreID);
     });
     std::optional<events::Binding> binding;
-    routine.step([&] { binding = agents::findBinding(agent.value().bindings(), strEntryID); });
+    routine.step([&] { binding = agents::findBinding(com::object(agent).bindings(), strEntryID); });
     std::optional<mapi::MessageList> hidden;
-    routine.step([&] { hidden = agent.value().folder.HiddenMessages(); });
-    if (routine.test([&] { return hidden.value().Count() == 0; })) {
+    routine.step([&] { hidden = com::object(agent).folder.HiddenMessages(); });
+    if (routine.test([&] { return com::object(hidden).Count() == 0; })) {
         SetHourglass(false);
         return;
     }
@@ -45,7 +47,7 @@ void frmMain::DisplayLog()
     if (routine.test([&] { return hidden->Count() == 0; }))
         return noLog();
     QString stateId;
-    routine.step([&] { stateId = binding.value().StateMessageID(); });
+    routine.step([&] { stateId = com::object(binding).StateMessageID(); });
     std::optional<mapi::Message> state;
     routine.step([&] {
         for (const mapi::Message &m : *hidden) {
@@ -55,20 +57,14 @@ void frmMain::DisplayLog()
         }
     });
     QByteArray log;
-    routine.step([&] { log = state.value().Fields(mapi::PR_AGENT_LOG).Value().toByteArray(); });
+    routine.step([&] { log = com::object(state).Fields(mapi::PR_AGENT_LOG).Value().toByteArray(); });
     if (log.isEmpty())
         return noLog();
     QString viewer = m_program.gstrDefaultEditor;
     const QString fileName = os::GetTempPath() + QStringLiteral("Log For ") +
                              controls::SSTree::text(treOutl->selectedItem()) + QStringLiteral(".txt");
     qint64 size = 0;
-    routine.step([&] {
-        QFile file(fileName);
-        if (file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-            file.write(log + "\r\n");
-            size = file.size();
-        }
-    });
+    routine.step([&] { size = std::max<qint64>(os::writeTempFile(fileName, log + "\r\n"), 0); });
     viewer = scripts::editorForSize(viewer, size, IsWindowsNT());
     const std::optional<QString> command = scripts::viewerCommand(viewer, IsWindowsNT());
     if (command && command->isEmpty()) {

@@ -26,11 +26,7 @@ void frmMain::mnuFileSend_Click()
     QString name = controls::SSTree::text(node);
     const QString subject = scripts::CleanFileName(name);
     const QString path = os::GetTempPath() + subject + QStringLiteral(".txt");
-    routine.step([&] {
-        QFile file(path);
-        if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            file.write(scripts::paneToScript(txtPreview->text()) + "\r\n");
-    });
+    routine.step([&] { os::writeTempFile(path, scripts::paneToScript(txtPreview->text()) + "\r\n"); });
     std::unique_ptr<outlook::MailItem> item;
     routine.step([&] { item = m_program.gobjOutlook->CreateItem(0); });
     routine.step([&] { item->Subject = subject; });

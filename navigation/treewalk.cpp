@@ -139,15 +139,21 @@ private:
 
 TreeTable buildTree(mapi::Session &session, events::Events &events, bool withAgents)
 {
-    // The tree is a snapshot of one moment of the store.
-    const auto snapshot = session.BeginRead();
+    // The tree is a snapshot of one moment of the store. A store that can't
+    // be read leaves the root alone.
+    com::ResumeNext routine;
+    std::unique_ptr<store::Database::Transaction> snapshot;
+    routine.step([&] { snapshot = session.BeginRead(); });
     Builder builder(session, events);
     builder.addRoot();
     builder.addStores();
     builder.endFolders();
     if (withAgents)
         builder.addAgents();
-    snapshot->commit();
+    routine.step([&] {
+        if (snapshot)
+            snapshot->commit();
+    });
     return builder.result();
 }
 

@@ -25,11 +25,7 @@ void frmMain::mnuFileOpen_Click()
     QString editor = m_program.gstrDefaultEditor;
     QString name = controls::SSTree::text(node);
     const QString fileName = os::GetTempPath() + scripts::CleanFileName(name) + QStringLiteral(".txt");
-    routine.step([&] {
-        QFile file(fileName);
-        if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            file.write(scripts::paneToScript(before));
-    });
+    routine.step([&] { os::writeTempFile(fileName, scripts::paneToScript(before)); });
     editor = scripts::editorForSize(editor, QFileInfo(fileName).size(), IsWindowsNT());
     const std::optional<QString> prefix =
         scripts::editorCommand(editor, m_program.gstrOtherPath, IsWindowsNT());

@@ -104,7 +104,9 @@ bool frmMain::SaveScript()
         [&](const com::ComError &e) {
             prompter().msgBox(com::errorText(e, com::ErrorForm::Description), ui::Buttons::OK,
                               ui::Icon::Information, 1, QString());
-            blnDirty = false;
+            // Into a store that is gone nothing was written: the edit stays
+            // pending for a save once the store is back.
+            blnDirty = e.number() == com::err::StoreLost;
             SetHourglass(false);
         });
     return dealtWith;

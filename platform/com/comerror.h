@@ -27,6 +27,8 @@ inline constexpr int32_t FileNotFound = 53;
 inline constexpr int32_t PathNotFound = 76;
 inline constexpr int32_t FileAccess = 75;
 inline constexpr int32_t ObjectRequired = 424;
+inline constexpr int32_t ObjectNotSet = 91;
+inline constexpr int32_t StoreLost = static_cast<int32_t>(0x80040200u); ///< the open store is gone
 inline constexpr int32_t SubscriptOutOfRange = 9;
 inline constexpr int32_t CommonDialogCancel = 32755;
 } // namespace err
@@ -50,8 +52,5 @@ private:
     QString m_description;
     std::string m_what;
 };
-
-/// Turns any exception that escaped a platform call into a ComError.
-ComError fromCurrentException();
 
 } // namespace com

@@ -66,6 +66,18 @@ void Session::SetBusyObserver(store::BusyObserver observer)
     m_state->db->setBusyObserver(std::move(observer));
 }
 
+void Session::SetLossObserver(store::LossObserver observer)
+{
+    m_state->check();
+    m_state->db->setLossObserver(std::move(observer));
+}
+
+void Session::RetryLostStore()
+{
+    if (m_state && m_state->db)
+        m_state->db->retryLostConnection();
+}
+
 QString Session::CurrentUser() const
 {
     m_state->check();

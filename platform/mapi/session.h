@@ -73,6 +73,10 @@ public:
     /// Tells `observer` when a write starts and stops waiting for another
     /// program's lock on the store.
     void SetBusyObserver(store::BusyObserver observer);
+    /// Tells `observer` of each failure because the store is gone.
+    void SetLossObserver(store::LossObserver observer);
+    /// Lets the next read or write try once to reach a lost store again.
+    void RetryLostStore();
 
 private:
     ui::Prompter &m_prompter;

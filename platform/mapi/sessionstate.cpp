@@ -5,6 +5,11 @@ namespace mapi {
 QSqlQuery &SessionState::query(const QString &sql)
 {
     check();
+    // A store reached again after it was lost has none of the old statements.
+    if (const int session = db->sessionNumber(); session != m_session) {
+        m_queries.clear();
+        m_session = session;
+    }
     auto it = m_queries.find(sql);
     if (it == m_queries.end())
         it = m_queries.insert(sql, db->prepare(sql));

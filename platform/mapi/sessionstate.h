@@ -38,6 +38,7 @@ struct SessionState {
 
 private:
     QHash<QString, QSqlQuery> m_queries;
+    int m_session = 0; ///< the store's session that the statements belong to
 };
 
 using StatePtr = std::shared_ptr<SessionState>;

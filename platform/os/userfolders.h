@@ -5,7 +5,7 @@
 namespace os {
 
 /// Points every folder the program reads or writes of the user's (the XDG
-/// folders, HOME and the temporary folder) into `root`, making them. For
+/// folders, HOME, the runtime and the temporary folder) into `root`, making them. For
 /// tests and the driver, before anything has looked at them.
 void redirectUserFolders(const QString &root);
 

@@ -12,19 +12,18 @@ namespace {
 
 // Editors whose process lasts as long as the user edits the file. Those
 // that hand a file over to an open window of theirs and return at once get
-// the arguments that keep them waiting.
+// the arguments that keep them waiting; one without such arguments (xed,
+// pluma) isn't offered, since the edit made in it would be lost.
 const QList<Editor> &plainEditors()
 {
     static const QList<Editor> editors{
-        {QStringLiteral("mousepad"), QString()},
-        {QStringLiteral("featherpad"), QString()},
+        {QStringLiteral("mousepad"), QStringLiteral("--disable-server")},
+        {QStringLiteral("featherpad"), QStringLiteral("--standalone")},
         {QStringLiteral("leafpad"), QString()},
         {QStringLiteral("kwrite"), QString()},
         {QStringLiteral("gedit"), QStringLiteral("--wait")},
         {QStringLiteral("kate"), QStringLiteral("--block")},
         {QStringLiteral("geany"), QStringLiteral("--new-instance")},
-        {QStringLiteral("xed"), QString()},
-        {QStringLiteral("pluma"), QString()},
         {QStringLiteral("xedit"), QString()},
     };
     return editors;
@@ -38,10 +37,8 @@ const QList<Editor> &largeFileEditors()
         {QStringLiteral("kwrite"), QString()},
         {QStringLiteral("gedit"), QStringLiteral("--wait")},
         {QStringLiteral("geany"), QStringLiteral("--new-instance")},
-        {QStringLiteral("mousepad"), QString()},
-        {QStringLiteral("featherpad"), QString()},
-        {QStringLiteral("xed"), QString()},
-        {QStringLiteral("pluma"), QString()},
+        {QStringLiteral("mousepad"), QStringLiteral("--disable-server")},
+        {QStringLiteral("featherpad"), QStringLiteral("--standalone")},
         {QStringLiteral("leafpad"), QString()},
         {QStringLiteral("xedit"), QString()},
     };
@@ -58,8 +55,8 @@ const QList<Editor> &codeEditors()
         {QStringLiteral("kate"), QStringLiteral("--block")},
         {QStringLiteral("gedit"), QStringLiteral("--wait")},
         {QStringLiteral("kwrite"), QString()},
-        {QStringLiteral("mousepad"), QString()},
-        {QStringLiteral("featherpad"), QString()},
+        {QStringLiteral("mousepad"), QStringLiteral("--disable-server")},
+        {QStringLiteral("featherpad"), QStringLiteral("--standalone")},
         {QStringLiteral("leafpad"), QString()},
         {QStringLiteral("xedit"), QString()},
     };

@@ -3,6 +3,7 @@
 #include "platform/com/comerror.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QHash>
 #include <QSqlDatabase>
@@ -15,6 +16,10 @@
 #include <sqlite3.h>
 
 #include <atomic>
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
 
 namespace store {
 
@@ -51,6 +56,31 @@ int onBusy(void *context, int count)
         return 0;
     QThread::msleep(kBusyStepMs);
     return 1;
+}
+
+/// A file's device and node, which a file put in its place doesn't share.
+/// Where the system has none, a file that is open can't be removed either.
+std::pair<quint64, quint64> fileId(const QString &path)
+{
+#ifdef Q_OS_UNIX
+    struct stat info {};
+    if (::stat(QFile::encodeName(path).constData(), &info) == 0)
+        return {static_cast<quint64>(info.st_dev), static_cast<quint64>(info.st_ino)};
+    return {0, 0};
+#else
+    return QFileInfo::exists(path) ? std::pair<quint64, quint64>{1, 1} : std::pair<quint64, quint64>{0, 0};
+#endif
+}
+
+/// What each session on a server store sets first.
+void setUpServerSession(QSqlDatabase &db, Connection::Access access)
+{
+    // A write waits for another program's row locks as long as it would for
+    // an SQLite store's lock, then gives up in words.
+    QSqlQuery(db).exec(QStringLiteral("SET lock_timeout = %1").arg(kBusyWaitMs));
+    // A reader can't write by mistake.
+    if (access == Connection::Access::ReadOnly)
+        QSqlQuery(db).exec(QStringLiteral("SET default_transaction_read_only = on"));
 }
 
 /// The one message for a server store that could not be opened.
@@ -90,6 +120,8 @@ Connection::~Connection()
             db.close();
     }
     QSqlDatabase::removeDatabase(m_name);
+    for (const QString &name : std::as_const(m_retired))
+        QSqlDatabase::removeDatabase(name);
     auto &table = openStores();
     const auto it = table.constFind(m_canonicalPath);
     if (it != table.cend() && it->expired())
@@ -103,6 +135,40 @@ void Connection::endWait()
     waiting = false;
     if (busyObserver)
         busyObserver(false);
+}
+
+bool Connection::reconnect()
+{
+    // A connection of a new name: the statements of the old one end with
+    // it, and can't disturb the new session when they go.
+    const QString fresh = nextConnectionName();
+    {
+        QSqlDatabase old = QSqlDatabase::database(m_name, false);
+        old.close();
+        QSqlDatabase db = QSqlDatabase::cloneDatabase(old, fresh);
+        if (db.open()) {
+            setUpServerSession(db, m_access);
+            m_retired.append(m_name);
+            m_name = fresh;
+            lost = false;
+            ++sessions;
+            return true;
+        }
+    }
+    QSqlDatabase::removeDatabase(fresh);
+    return false;
+}
+
+void Connection::checkFileStillThere(const QString &path) const
+{
+    if (fileId(path) == m_fileId)
+        return;
+    throw com::ComError(
+        com::err::StoreLost, kSource,
+        QStringLiteral("The store %1 was removed or replaced by another file while Sorrelin had it open; "
+                       "nothing was written. Close Sorrelin and start it again to open the store that is "
+                       "there now.")
+            .arg(QDir::toNativeSeparators(path)));
 }
 
 std::shared_ptr<Connection> Connection::find(const QString &canonicalPath)
@@ -145,6 +211,7 @@ std::shared_ptr<Connection> Connection::open(const QString &path, const QString 
     // A store made just now has a canonical path only from this moment on.
     if (c->m_canonicalPath.isEmpty())
         c->m_canonicalPath = QFileInfo(path).canonicalFilePath();
+    c->m_fileId = fileId(path);
     openStores().insert(c->m_canonicalPath, c);
     return c;
 }
@@ -183,12 +250,7 @@ std::shared_ptr<Connection> Connection::openServer(const Location &location, Acc
     db.setConnectOptions(QStringLiteral("connect_timeout=10;application_name=Sorrelin"));
     if (!db.open())
         throw serverOpenError(location, db.lastError().databaseText());
-    // A write waits for another program's row locks as long as it would for
-    // an SQLite store's lock, then gives up in words.
-    QSqlQuery(db).exec(QStringLiteral("SET lock_timeout = %1").arg(kBusyWaitMs));
-    // A reader can't write by mistake.
-    if (access == Access::ReadOnly)
-        QSqlQuery(db).exec(QStringLiteral("SET default_transaction_read_only = on"));
+    setUpServerSession(db, access);
     openStores().insert(c->m_canonicalPath, c);
     return c;
 }

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "platform/com/comerror.h"
 #include "platform/store/location.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -12,6 +14,10 @@ namespace store {
 /// Says when a write starts to wait for another program's lock on the store
 /// (true) and when the wait is over (false).
 using BusyObserver = std::function<void(bool waiting)>;
+
+/// Told of each failure because the store the program has open is gone: its
+/// server lost or its file removed or replaced.
+using LossObserver = std::function<void(const com::ComError &error)>;
 
 /// One SQLite open of a store file, shared by every Database object of this
 /// process that names the same file. A process must never open the file a
@@ -58,13 +64,31 @@ public:
     /// Ends a wait that the busy handler began.
     void endWait();
 
+    LossObserver lossObserver;
+    /// The server's session is gone; the next statement outside a
+    /// transaction connects again if `retry` allows.
+    bool lost = false;
+    bool retry = true;
+    /// Counts the sessions on the server: statements prepared in one are
+    /// gone in the next.
+    int sessions = 0;
+    /// Connects to the server again, as the first open did; false when the
+    /// server can't be reached.
+    bool reconnect();
+    /// Raises, in words, when the file that the store was opened from is
+    /// no longer at `path`: removed, or replaced by another file.
+    void checkFileStillThere(const QString &path) const;
+
 private:
     Connection(QString name, QString canonicalPath, Access access);
 
     QString m_name;
     QString m_canonicalPath;
+    QStringList m_retired; ///< connections of server sessions that were lost
     Access m_access;
     Location::Engine m_engine = Location::Engine::SQLite;
+    /// The file's device and node when it was opened (POSIX systems).
+    std::pair<quint64, quint64> m_fileId{};
 };
 
 /// How long a write waits for another program's lock before it gives up.

@@ -111,12 +111,13 @@ void checkFile(const QFileInfo &info, Database::Access access)
 com::ComError serverError(const QString &store, const QSqlError &e)
 {
     const QString state = e.nativeErrorCode();
-    if (state.startsWith(QLatin1String("08")) || state.startsWith(QLatin1String("57P")) ||
-        (state.isEmpty() && e.type() == QSqlError::ConnectionError))
-        return storeError(com::err::CallFailed,
+    // A failure without a state of the server's is the client's: the
+    // session is gone.
+    if (state.startsWith(QLatin1String("08")) || state.startsWith(QLatin1String("57P")) || state.isEmpty())
+        return storeError(com::err::StoreLost,
                           QStringLiteral("The connection to the server of the store %1 was lost; nothing "
                                          "was written: %2")
-                              .arg(store, e.databaseText().trimmed()));
+                              .arg(store, e.databaseText().trimmed().section(QLatin1Char('\n'), 0, 0)));
     if (state == QLatin1String("40001") || state == QLatin1String("40P01") || state == QLatin1String("55P03"))
         return storeError(com::err::Busy,
                           QStringLiteral("The store %1 was being changed by another program; nothing was "
@@ -135,6 +136,56 @@ Database::Database(QString path, std::shared_ptr<Connection> connection)
 }
 
 Database::~Database() = default;
+
+com::ComError Database::serverFailure(const QSqlError &e) const
+{
+    const com::ComError failure = serverError(m_location.text(), e);
+    if (failure.number() == com::err::StoreLost)
+        m_connection->lost = true;
+    return told(failure);
+}
+
+com::ComError Database::told(const com::ComError &failure) const
+{
+    if (failure.number() == com::err::StoreLost && m_connection->lossObserver)
+        m_connection->lossObserver(failure);
+    return failure;
+}
+
+void Database::ensureConnected() const
+{
+    Connection &c = *m_connection;
+    if (!c.lost)
+        return;
+    // Within a transaction the session's work is gone with it; outside one
+    // the server is tried again once a command.
+    if (c.depth == 0 && c.retry) {
+        c.retry = false;
+        if (c.reconnect())
+            return;
+    }
+    throw told(storeError(com::err::StoreLost,
+                          QStringLiteral("The connection to the server of the store %1 was lost, and the "
+                                         "server can't be reached; nothing was written.")
+                              .arg(m_location.text())));
+}
+
+int Database::sessionNumber() const
+{
+    if (onServer())
+        ensureConnected();
+    return m_connection->sessions;
+}
+
+void Database::setLossObserver(LossObserver observer)
+{
+    m_connection->lossObserver = std::move(observer);
+}
+
+void Database::retryLostConnection()
+{
+    m_connection->retry = true;
+}
 
 com::ComError Database::error(const QString &what, const QString &detail) const
 {
@@ -328,13 +379,15 @@ void Database::checkStore()
 
 QSqlQuery Database::prepare(const QString &sql) const
 {
+    if (onServer())
+        ensureConnected();
     QSqlQuery q(QSqlDatabase::database(m_connection->name(), false));
     // Qt reads a forward-only result from the server row by row, and loses
     // it when another statement runs meanwhile; the store reads nested.
     q.setForwardOnly(!onServer());
     if (!q.prepare(sql)) {
         if (onServer())
-            throw serverError(m_location.text(), q.lastError());
+            throw serverFailure(q.lastError());
         m_connection->endWait();
         const QSqlError e = q.lastError();
         if (primaryCode(e) == kSqliteBusy || primaryCode(e) == kSqliteLocked)
@@ -361,7 +414,7 @@ void Database::exec(QSqlQuery &query) const
         }
         const bool ok = query.exec();
         if (!ok)
-            throw serverError(m_location.text(), query.lastError());
+            throw serverFailure(query.lastError());
         return;
     }
     const bool ok = query.exec();
@@ -375,9 +428,10 @@ QSqlQuery Database::run(const QString &sql, const QVariantList &values) const
     if (onServer() && values.isEmpty()) {
         // The server prepares only queries; statements that define tables
         // or end transactions run as they are.
+        ensureConnected();
         QSqlQuery q(QSqlDatabase::database(m_connection->name(), false));
         if (!q.exec(sql))
-            throw serverError(m_location.text(), q.lastError());
+            throw serverFailure(q.lastError());
         return q;
     }
     QSqlQuery q = prepare(sql);
@@ -421,6 +475,9 @@ QString Database::now()
 Database::Transaction::Transaction(Database &db, Kind kind) : m_db(db)
 {
     m_outer = m_db.m_connection->depth == 0;
+    // A write into a file that nobody will open again would be lost.
+    if (m_outer && kind == Kind::Write && !m_db.onServer())
+        m_db.m_connection->checkFileStillThere(m_db.m_path);
     if (m_outer)
         m_db.run(kind == Kind::Write && !m_db.onServer() ? QStringLiteral("BEGIN IMMEDIATE")
                                                          : QStringLiteral("BEGIN"));

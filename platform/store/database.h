@@ -74,6 +74,16 @@ public:
     /// program's lock on this store.
     void setBusyObserver(BusyObserver observer);
 
+    /// Tells `observer` of each failure because the store is gone (its
+    /// server lost); such failures raise com::err::StoreLost.
+    void setLossObserver(LossObserver observer);
+    /// Lets the next statement try once to reach a lost server again.
+    void retryLostConnection();
+    /// The number of the server session that statements are prepared in,
+    /// after a try to reach a lost server again (raising when it can't); it
+    /// changes when the server is reached again.
+    int sessionNumber() const;
+
     /// Runs `body` in one write transaction: committed when it returns,
     /// rolled back when it raises. Nested calls join the outer transaction.
     template <class F> auto transaction(F &&body) -> decltype(body())
@@ -127,6 +137,12 @@ private:
     void checkStore();
     void checkServerStore();
     void runPragmas();
+    /// The error of a failed statement on a server store; a lost session
+    /// is marked and told.
+    com::ComError serverFailure(const QSqlError &e) const;
+    com::ComError told(const com::ComError &failure) const;
+    /// Connects to a lost server again where it may; raises when it can't.
+    void ensureConnected() const;
 
     QString m_path;
     Location m_location;

@@ -313,6 +313,41 @@ private Q_SLOTS:
         QVERIFY(program.quit());
         QCOMPARE(testsupport::StoreCheck::of(store).integrity, u"ok"_s);
     }
+
+    void saveIntoARemovedOrReplacedStoreIsRefusedInWords_data()
+    {
+        QTest::addColumn<bool>("replaced");
+        QTest::newRow("removed") << false;
+        QTest::newRow("replaced by a copy") << true;
+    }
+
+    void saveIntoARemovedOrReplacedStoreIsRefusedInWords()
+    {
+        QFETCH(bool, replaced);
+        DriverProcess program(m_work + u"/first"_s);
+        const QString store = loadAgents(program);
+        QVERIFY(program.ok(u"start"_s));
+        program.send(u"click \\Mailbox - Tess Tester\\Inbox\\Auto Reply"_s);
+        program.send(u"type frmMain txtPreview <SCRIPT RunAt=Server Language=VBScript>\\r\\n' mine"_s);
+        program.send(u"state"_s);
+        const QByteArray before = dump(store);
+        QVERIFY(QFile::rename(store, store + u".old"_s));
+        if (replaced)
+            QVERIFY(QFile::copy(store + u".old"_s, store));
+        program.send(u"answer Yes"_s);
+        program.send(u"answer OK"_s);
+        QVERIFY(program.ok(u"menu mnuFileSave"_s));
+        const QJsonObject state = program.send(u"state"_s);
+        const QString told = state.value("prompts").toArray().last().toObject().value("text").toString();
+        QVERIFY2(told.contains(u"Description: The store %1 was removed or replaced by another file while "
+                               "Sorrelin had it open; nothing was written."_s.arg(store)),
+                 qPrintable(told));
+        // The edit is still there to be saved.
+        QVERIFY(state.value("dirty").toBool());
+        if (replaced)
+            QCOMPARE(dump(store), before);
+        QVERIFY(program.quit());
+    }
 };
 
 QTEST_GUILESS_MAIN(TestStoreSafety)

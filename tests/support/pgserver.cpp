@@ -100,13 +100,26 @@ bool PgServer::start(const QString &data)
 
 PgServer::~PgServer()
 {
-    if (m_started) {
-        // A fast shutdown: the server ends its sessions and stops.
-        ::kill(static_cast<pid_t>(m_postgres.processId()), SIGINT);
-        if (!m_postgres.waitForFinished(30000))
-            m_postgres.kill();
-        m_postgres.waitForFinished();
-    }
+    stop();
+}
+
+void PgServer::stop()
+{
+    if (!m_started)
+        return;
+    // A fast shutdown: the server ends its sessions and stops.
+    ::kill(static_cast<pid_t>(m_postgres.processId()), SIGINT);
+    if (!m_postgres.waitForFinished(30000))
+        m_postgres.kill();
+    m_postgres.waitForFinished();
+    m_started = false;
+}
+
+bool PgServer::restart()
+{
+    stop();
+    m_started = start(m_dir.filePath(u"data"_s));
+    return m_started;
 }
 
 QStringList PgServer::asServerUser()

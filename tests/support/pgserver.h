@@ -26,6 +26,11 @@ public:
 
     int port() const { return m_port; }
 
+    /// Stops the server, as its administrator would, and starts it again on
+    /// the same port: a program's sessions on it are gone meanwhile.
+    void stop();
+    bool restart();
+
     /// Makes an empty database and gives its store location.
     QString createDatabase(const QString &name);
 

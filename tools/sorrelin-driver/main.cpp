@@ -1,5 +1,6 @@
 // sorrelin-driver: runs the program's real forms offscreen against a
 // fixture, and takes one command a line on standard input.
+#include "app/application.h"
 #include "tools/sorrelin-driver/driver.h"
 
 #include "platform/os/userfolders.h"
@@ -51,7 +52,7 @@ int main(int argc, char *argv[])
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
 
-    QApplication app(argc, argv);
+    app::Application app(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     driver::Driver driver(home);
     QObject::connect(&driver, &driver::Driver::answered, &app, [](const QByteArray &line) {

@@ -3,7 +3,13 @@
 #include "platform/os/system.h"
 #include "tests/support/testenv.h"
 
+#include <QWidget>
 #include <QtTest>
+
+#include <atomic>
+#include <thread>
+
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -104,9 +110,77 @@ private Q_SLOTS:
         }
     }
 
+    void execCmdRepaintsAndDropsWhatTheUserDoes()
+    {
+        // A window that counts what reaches it.
+        class Window : public QWidget {
+        public:
+            int input = 0;
+            bool waiting = false;
+            bool paintedWhileWaiting = false;
+
+        protected:
+            void keyPressEvent(QKeyEvent *) override { ++input; }
+            void mousePressEvent(QMouseEvent *) override { ++input; }
+            void paintEvent(QPaintEvent *) override { paintedWhileWaiting = paintedWhileWaiting || waiting; }
+        } window;
+        window.resize(200, 100);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        // The user types and clicks while the editor runs; the editor ends
+        // when the user is done, or after five seconds.
+        const QString started = m_home.file(u"started"_s), done = m_home.file(u"done"_s);
+        std::atomic<bool> userDone = false;
+        std::thread user([&] {
+            for (int i = 0; i < 500 && !QFileInfo::exists(started); ++i)
+                QThread::msleep(10);
+            QWindow *w = window.windowHandle();
+            qt_handleKeyEvent(w, QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, u"a"_s);
+            qt_handleKeyEvent(w, QEvent::KeyRelease, Qt::Key_A, Qt::NoModifier, u"a"_s);
+            qt_handleMouseEvent(w, QPointF(10, 10), w->mapToGlobal(QPointF(10, 10)), Qt::LeftButton,
+                                Qt::LeftButton, QEvent::MouseButtonPress, Qt::NoModifier, 0);
+            qt_handleMouseEvent(w, QPointF(10, 10), w->mapToGlobal(QPointF(10, 10)), Qt::NoButton,
+                                Qt::LeftButton, QEvent::MouseButtonRelease, Qt::NoModifier, 0);
+            QFile(done).open(QIODevice::WriteOnly);
+            userDone = true;
+        });
+        window.waiting = true;
+        window.update();
+        os::ExecCmd(u"sh -c \"touch '%1'; i=0; while [ ! -e '%2' ] && [ $i -lt 100 ]; do sleep 0.05; "
+                    "i=$((i+1)); done\""_s.arg(started, done));
+        window.waiting = false;
+        while (!userDone)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        user.join();
+        QCoreApplication::processEvents();
+        QVERIFY(window.paintedWhileWaiting);
+        QCOMPARE(window.input, 0);
+    }
+
+    void temporaryFilesAreTheUsersOwn()
+    {
+        const QString runtime = m_home.file(u"runtime"_s);
+        QVERIFY(QDir().mkpath(runtime));
+        QFile::setPermissions(runtime, QFileDevice::Permissions(0x7000));
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime));
+        const QString folder = os::GetTempPath();
+        QCOMPARE(folder, m_home.file(u"runtime/sorrelin/"_s));
+        const auto mode = [](const QString &path) {
+            struct stat info {};
+            ::stat(QFile::encodeName(path).constData(), &info);
+            return info.st_mode & 0777;
+        };
+        QCOMPARE(mode(folder), 0700u);
+        QCOMPARE(os::writeTempFile(folder + u"Log For Auto Reply.txt"_s, "log\r\n"), 5);
+        QCOMPARE(mode(folder + u"Log For Auto Reply.txt"_s), 0600u);
+        // A folder of that name that others may enter isn't used.
+        QFile::setPermissions(folder, QFileDevice::Permissions(0x7777));
+        QVERIFY_THROWS_EXCEPTION(com::ComError, os::GetTempPath());
+    }
+
 private:
     testsupport::TestHome m_home;
 };
 
-QTEST_GUILESS_MAIN(TestProcess)
+QTEST_MAIN(TestProcess)
 #include "test_process.moc"

@@ -146,6 +146,13 @@ private Q_SLOTS:
             << QStringList{u"gedit"_s} << QString()
             << QStringList{"\"/usr/bin/gedit\" --wait %1", "\"/usr/bin/gedit\" --wait \"%1\"",
                            "\"/usr/bin/gedit\" --wait \"%1\"", ""};
+        QTest::newRow("mousepad alone: its own process")
+            << QStringList{u"mousepad"_s} << QString()
+            << QStringList{"\"/usr/bin/mousepad\" --disable-server %1",
+                           "\"/usr/bin/mousepad\" --disable-server \"%1\"",
+                           "\"/usr/bin/mousepad\" --disable-server \"%1\"", ""};
+        QTest::newRow("editors that hand the file over: none")
+            << QStringList{u"xed"_s, u"pluma"_s} << QString() << QStringList{"", "", "", ""};
         QTest::newRow("the desktop's editor first")
             << QStringList{u"kate"_s, u"mousepad"_s} << u"org.kde.kate.desktop"_s
             << QStringList{"\"/usr/bin/kate\" --block %1", "\"/usr/bin/kate\" --block \"%1\"",
