@@ -1,9 +1,12 @@
 #pragma once
 
+#include "app/commands.h"
 #include "platform/ui/prompter.h"
 
 #include <QMainWindow>
 #include <QPointer>
+
+#include <array>
 
 class QAction;
 class QCheckBox;
@@ -69,7 +72,8 @@ public:
     void mnuViewToolbar_Click();
     void mnuViewStatusBar_Click();
     void mnuFileExit_Click();
-    void tbToolBar_ButtonClick(const QString &key);
+    /// Runs a command's handler, as choosing its entry or button does.
+    void run(app::Command command);
     bool Form_KeyDown(int keyCode, int shift);
     void SSTab1_Click();
 
@@ -173,10 +177,10 @@ public:
     /// last use left them.
     ui::CommonDialogState CommonDialog1;
 
-    /// A menu entry or toolbar button by its name ("mnuFileSave",
-    /// "tbToolBar.Save").
-    QAction *action(const QString &name) const;
-    void setEnabled(const QString &name, bool on);
+    /// A menu entry or toolbar button.
+    QAction *action(app::Command command) const;
+    /// Enables or disables a command; a hidden entry keeps what was set.
+    void setCommandEnabled(app::Command command, bool on);
 
     app::Program &program() { return m_program; }
     ui::Prompter &prompter();
@@ -195,11 +199,13 @@ private:
     void createInstallTab(QWidget *page);
     void connectTree();
     /// Shows or hides the tree or the pane; the last of the two stays.
-    void toggleView(const QString &entryName, const QString &buttonName, QWidget *view,
-                    const QString &otherEntry);
+    void toggleView(app::Command entryCommand, app::Command buttonCommand, QWidget *view,
+                    app::Command otherEntry);
     void setNodeCommands(int image);
     void setPaneNotice(const QString &text);
-    /// Adds the folders below `folder` to both trees, depth first.
+    /// Makes a command's action and keeps it, with its handler, in the
+    /// command table.
+    QAction *addCommand(app::Command command, const QString &text, void (frmMain::*handler)());
 
     app::Program &m_program;
     QToolBar *tbToolBar = nullptr;
@@ -211,6 +217,14 @@ private:
     QMenu *mnuEdit = nullptr;
     QMenu *mnuView = nullptr;
     QMenu *mnuHelp = nullptr;
+    /// The separator above "Exit", hidden with it in the tree's context menu.
+    QAction *mnuFileBar7 = nullptr;
+    struct CommandSlot {
+        QAction *action = nullptr;
+        void (frmMain::*handler)() = nullptr;
+    };
+    /// Every command's action and handler, by `app::Command`.
+    std::array<CommandSlot, app::kCommandCount> m_commands{};
     bool m_keyPreview = false;
     bool m_unloaded = false;
 };

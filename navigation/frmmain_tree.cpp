@@ -57,8 +57,8 @@ void frmMain::RefreshFolders()
     treOutl->setNodes(nodes);
     folderForm->treOutl->setNodesWhenNeeded(std::move(shared), folderNodes);
     treOutl_NodeClick(treOutl->selectedItem());
-    setEnabled(QStringLiteral("mnuFileExport"), true);
-    setEnabled(QStringLiteral("mnuFileInstalledAgents"), true);
+    setCommandEnabled(app::Command::FileExport, true);
+    setCommandEnabled(app::Command::FileInstalledAgents, true);
     SetHourglass(false);
     StatBar(walk.tooDeep ? store::folderLevelsText() : QStringLiteral("Ready"));
 }
@@ -66,6 +66,6 @@ void frmMain::RefreshFolders()
 void frmMain::mnuViewRefresh_Click()
 {
     RefreshFolders();
-    if (action(QStringLiteral("mnuViewPreview"))->isChecked())
+    if (action(app::Command::ViewPreview)->isChecked())
         treOutl_NodeClick(treOutl->selectedItem());
 }
