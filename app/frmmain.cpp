@@ -1,5 +1,6 @@
 #include "app/frmmain.h"
 
+#include "app/commandaction.h"
 #include "app/icons.h"
 #include "app/program.h"
 #include "platform/controls/sstree.h"
@@ -110,17 +111,16 @@ void frmMain::run(Command command)
 
 void frmMain::setCommandEnabled(Command command, bool on)
 {
-    QAction *a = action(command);
-    a->setEnabled(on);
-    // A hidden entry reads as disabled; keep what the program set.
-    a->setProperty("vbEnabled", on);
+    app::CommandAction *a = m_commands[static_cast<std::size_t>(command)].action;
+    Q_ASSERT_X(a, "frmMain::setCommandEnabled", "a command that createActions didn't make");
+    a->setCommandEnabled(on);
 }
 
-QAction *frmMain::addCommand(Command command, const QString &text, void (frmMain::*handler)())
+app::CommandAction *frmMain::addCommand(Command command, const QString &text, void (frmMain::*handler)())
 {
     CommandSlot &slot = m_commands[static_cast<std::size_t>(command)];
     Q_ASSERT_X(!slot.action, "frmMain::addCommand", "a command made twice");
-    slot.action = new QAction(text, this);
+    slot.action = new app::CommandAction(text, this);
     slot.action->setObjectName(app::commandName(command));
     slot.handler = handler;
     return slot.action;
@@ -274,10 +274,10 @@ void frmMain::createToolBar()
         }
         const Command command = *b.command;
         // The button's text is its key, the name after "tbToolBar.".
-        QAction *a = addCommand(command, app::commandName(command).sliced(10), b.handler);
+        app::CommandAction *a = addCommand(command, app::commandName(command).sliced(10), b.handler);
         a->setIcon(app::icons::toolbarImage(QString::fromLatin1(b.image)));
         a->setToolTip(QString::fromLatin1(b.tip));
-        a->setProperty("imageKey", QString::fromLatin1(b.image));
+        a->setImageKey(QString::fromLatin1(b.image));
         if (command == Command::ToolViewFolder || command == Command::ToolViewPreview) {
             a->setCheckable(true);
             a->setChecked(true);

@@ -9,6 +9,9 @@
 #include <array>
 
 class QAction;
+namespace app {
+class CommandAction;
+}
 class QCheckBox;
 class QGroupBox;
 class QLineEdit;
@@ -40,10 +43,6 @@ class ScriptPane;
 /// owns them; this header groups them the same way.
 class frmMain : public QMainWindow {
     Q_OBJECT
-    Q_PROPERTY(bool blnDirty MEMBER blnDirty)
-    Q_PROPERTY(QString strEntryID MEMBER strEntryID)
-    Q_PROPERTY(QString strStoreID MEMBER strStoreID)
-    Q_PROPERTY(QString statusText READ statusText)
 
 public:
     explicit frmMain(app::Program &program);
@@ -54,6 +53,8 @@ public:
     QString strEntryID;
     QString strStoreID;
     bool blnDirty = false;
+    /// The help's contents page; empty when the program has no help.
+    QString helpFile;
 
     // ---- Application core (app/) ----
     /// Runs the load steps; false when the program can't go on.
@@ -205,7 +206,7 @@ private:
     void setPaneNotice(const QString &text);
     /// Makes a command's action and keeps it, with its handler, in the
     /// command table.
-    QAction *addCommand(app::Command command, const QString &text, void (frmMain::*handler)());
+    app::CommandAction *addCommand(app::Command command, const QString &text, void (frmMain::*handler)());
 
     app::Program &m_program;
     QToolBar *tbToolBar = nullptr;
@@ -220,7 +221,7 @@ private:
     /// The separator above "Exit", hidden with it in the tree's context menu.
     QAction *mnuFileBar7 = nullptr;
     struct CommandSlot {
-        QAction *action = nullptr;
+        app::CommandAction *action = nullptr;
         void (frmMain::*handler)() = nullptr;
     };
     /// Every command's action and handler, by `app::Command`.

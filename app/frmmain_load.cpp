@@ -63,7 +63,7 @@ bool frmMain::Form_Load()
     // The help's contents page among the program's shared files; no help
     // file when the pages aren't there.
     const QString contents = os::helpFolder() + QStringLiteral("/contents.html");
-    setProperty("helpFile", QFileInfo::exists(contents) ? contents : QString());
+    helpFile = QFileInfo::exists(contents) ? contents : QString();
 
     routine.step([&] { p.gobjEvents = std::make_unique<events::Events>(); });
     if (routine.failed() || !p.gobjEvents) {

@@ -12,8 +12,6 @@ namespace scripts {
 /// line and line count, and the events the main window handles.
 class ScriptPane : public QPlainTextEdit {
     Q_OBJECT
-    Q_PROPERTY(QString vbText READ text)
-    Q_PROPERTY(bool locked READ isLocked)
 
 public:
     explicit ScriptPane(QWidget *parent = nullptr);

@@ -281,7 +281,7 @@ QJsonObject Driver::state()
         s.insert(QStringLiteral("dirty"), main->blnDirty);
         s.insert(QStringLiteral("strEntryID"), main->strEntryID);
         s.insert(QStringLiteral("strStoreID"), main->strStoreID);
-        s.insert(QStringLiteral("helpFile"), main->property("helpFile").toString());
+        s.insert(QStringLiteral("helpFile"), main->helpFile);
         s.insert(QStringLiteral("tree"), FormReader::nodes(main->treOutl));
     }
     QJsonArray prompts;
@@ -315,7 +315,7 @@ void Driver::run(const QString &line)
     if (command == QLatin1String("state"))
         return reply(state());
     if (command == QLatin1String("printer")) {
-        qApp->setProperty("driverPrinter", rest.trimmed());
+        m_prompter.setPrintFile(rest.trimmed());
         return reply(QJsonObject{{QStringLiteral("ok"), true}});
     }
     if (command == QLatin1String("store")) {
