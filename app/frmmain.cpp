@@ -1,7 +1,7 @@
 #include "app/frmmain.h"
 
 #include "app/commandaction.h"
-#include "app/icons.h"
+#include "app/images.h"
 #include "app/program.h"
 #include "platform/controls/sstree.h"
 #include "platform/os/helpviewer.h"
@@ -70,7 +70,7 @@ frmMain::frmMain(app::Program &program) : m_program(program)
 {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral("Sorrelin"));
-    setWindowIcon(app::icons::appIcon());
+    setWindowIcon(app::images::appIcon());
     createActions();
     createMenus();
     createToolBar();
@@ -275,7 +275,7 @@ void frmMain::createToolBar()
         const Command command = *b.command;
         // The button's text is its key, the name after "tbToolBar.".
         app::CommandAction *a = addCommand(command, app::commandName(command).sliced(10), b.handler);
-        a->setIcon(app::icons::toolbarImage(QString::fromLatin1(b.image)));
+        a->setIcon(app::images::toolbarImage(QString::fromLatin1(b.image)));
         a->setToolTip(QString::fromLatin1(b.tip));
         a->setImageKey(QString::fromLatin1(b.image));
         if (command == Command::ToolViewFolder || command == Command::ToolViewPreview) {
@@ -295,7 +295,7 @@ void frmMain::createTabs()
     m_adminPage->setObjectName(QStringLiteral("SSTab1.Administration"));
     treOutl = new controls::SSTree(m_adminPage);
     treOutl->setObjectName(QStringLiteral("treOutl"));
-    treOutl->setImageList(app::icons::treeImageList());
+    treOutl->setImageList(app::images::treeImageList());
     txtPreview = new scripts::ScriptPane(m_adminPage);
     txtPreview->setObjectName(QStringLiteral("txtPreview"));
     SSTab1->addTab(m_adminPage, QStringLiteral("Administration"));

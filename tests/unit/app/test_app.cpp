@@ -97,7 +97,7 @@ private Q_SLOTS:
     }
 
     // Every command the program names has one action, under its own name,
-    // on the toolbar or in a menu.
+    // in a menu or on the toolbar with its picture.
     void commands()
     {
         ui::ScriptedPrompter prompter;
@@ -113,6 +113,7 @@ private Q_SLOTS:
             QCOMPARE(main.findChildren<QAction *>(name).size(), 1);
             const bool button = toolbar->actions().contains(a);
             QCOMPARE(button, name.startsWith(QLatin1String("tbToolBar.")));
+            QVERIFY2(!button || !a->icon().isNull(), qPrintable(name));
             QVERIFY2(button || !a->associatedObjects().isEmpty(), qPrintable(name));
         }
     }
