@@ -54,10 +54,10 @@ void frmMain::mnuFileAgentProperties_Click()
 
     frmProperties form(*this);
     const int mask = binding->EventMask();
-    form.chkScheduled->setChecked(mask & 1);
-    form.chkNew->setChecked(mask & 2);
-    form.chkUpdate->setChecked(mask & 4);
-    form.chkDelete->setChecked(mask & 8);
+    form.chkScheduled->setChecked(mask & events::kEventScheduled);
+    form.chkNew->setChecked(mask & events::kEventNewItem);
+    form.chkUpdate->setChecked(mask & events::kEventChangedItem);
+    form.chkDelete->setChecked(mask & events::kEventDeletedItem);
     form.cmdSchedule->setEnabled(form.chkScheduled->isChecked());
     form.txtAgentName->setText(agent->message.Subject());
     form.chkActive->setChecked(binding->Active());

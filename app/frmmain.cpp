@@ -5,6 +5,7 @@
 #include "app/program.h"
 #include "platform/controls/sstree.h"
 #include "platform/os/helpviewer.h"
+#include "platform/os/twips.h"
 #include "scripts/scriptpane.h"
 
 #include <QAction>
@@ -78,7 +79,7 @@ frmMain::frmMain(app::Program &program) : m_program(program)
     createStatusBar();
     connectTree();
     // Twips of the form's definition: 7440 by 5052 client area.
-    resize(7440 / 15, 5052 / 15 + 50);
+    resize(os::px(7440), os::px(5052) + 50);
     qApp->installEventFilter(this);
     setProperty("helpContext", 3);
     new os::HelpKey(this); // F1 opens the help of the window or control

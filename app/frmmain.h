@@ -81,6 +81,8 @@ public:
     // ---- Folder navigation (navigation/) ----
     void RefreshFolders();
     void mnuViewRefresh_Click();
+    /// The session's user, or the empty text when the session can't tell.
+    QString currentUser() const;
     QString StripCurrentUser(const QString &fullPath) const;
     void treOutl_NodeClick(QTreeWidgetItem *node);
     void GotoNode(const QString &strID);

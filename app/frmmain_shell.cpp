@@ -6,6 +6,7 @@
 #include "app/program.h"
 #include "platform/controls/sstree.h"
 #include "platform/os/screen.h"
+#include "platform/os/twips.h"
 #include "scripts/scriptpane.h"
 
 #include <QAction>
@@ -18,19 +19,9 @@
 #include <QTabWidget>
 #include <QToolBar>
 
-namespace {
-// Lengths of the window's layout are twips; the screen has 15 to a pixel at
-// 96 dots per inch.
-constexpr int kTwipsPerPixel = 15;
-int px(int twips)
-{
-    return twips / kTwipsPerPixel;
-}
-int twips(int pixels)
-{
-    return pixels * kTwipsPerPixel;
-}
-} // namespace
+using os::kTwipsPerPixel;
+using os::px;
+using os::twips;
 
 void frmMain::StatBar(const QString &strText, bool blnWait)
 {

@@ -40,8 +40,8 @@ struct ReportSetup {
     double printMargins = 0.5;
     bool printSwitch12 = false;
     PrintTitle printTitle = PrintTitle::FormCaption;
-    QString saveAsBase; ///< "Routing Map": the window has Save As
-    QString defaultButton;
+    QString saveAsBase{}; ///< "Routing Map": the window has Save As
+    QString defaultButton{};
     int helpContext = 0;
 };
 

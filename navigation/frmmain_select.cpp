@@ -97,7 +97,6 @@ void frmMain::treOutl_NodeClick(QTreeWidgetItem *node)
 {
     if (!node)
         return;
-    com::ResumeNext routine;
     const QString tag = SSTree::tag(node);
     const QString key = SSTree::key(node);
     const QString text = SSTree::text(node);
@@ -121,8 +120,7 @@ void frmMain::treOutl_NodeClick(QTreeWidgetItem *node)
         return;
     }
 
-    const QString user = routine.value<QString>([&] { return m_program.gobjSession->CurrentUser(); });
-    const bool underFavorites = navigation::isUnderFavorites(SSTree::fullPath(node), user);
+    const bool underFavorites = navigation::isUnderFavorites(SSTree::fullPath(node), currentUser());
     switch (image) {
     case navigation::kImageFolderWithAgents:
         setPaneNotice(underFavorites ? kFavoritesText : QStringLiteral("Select an agent below this node."));

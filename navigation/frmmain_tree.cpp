@@ -15,14 +15,18 @@
 
 using controls::SSTree;
 
+QString frmMain::currentUser() const
+{
+    try {
+        return m_program.gobjSession->CurrentUser();
+    } catch (const com::ComError &) {
+        return QString();
+    }
+}
+
 QString frmMain::StripCurrentUser(const QString &fullPath) const
 {
-    QString user;
-    try {
-        user = m_program.gobjSession->CurrentUser();
-    } catch (const com::ComError &) {
-    }
-    return navigation::stripCurrentUser(fullPath, user);
+    return navigation::stripCurrentUser(fullPath, currentUser());
 }
 
 void frmMain::RefreshFolders()

@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -67,7 +68,9 @@ private:
     Location::Engine m_engine = Location::Engine::SQLite;
 };
 
-/// How long a write waits for another program's lock before it gives up.
-inline constexpr int kBusyWaitMs = 10000;
+/// How long a write waits for another program's lock before it gives up:
+/// ten seconds unless set otherwise (tests that meet a lock shorten it).
+std::chrono::milliseconds busyWait();
+void setBusyWait(std::chrono::milliseconds wait);
 
 } // namespace store
