@@ -178,11 +178,7 @@ void frmMain::cmdFolder_Click()
         StatBar(QString());
         return;
     }
-    QString user;
-    try {
-        user = m_program.gobjSession->CurrentUser();
-    } catch (const com::ComError &) {
-    }
+    const QString user = currentUser();
     for (QTreeWidgetItem *node : folderForm->treOutl->selectedNodes()) {
         const QString path = StripCurrentUser(SSTree::fullPath(node));
         switch (SSTree::image(node)) {
@@ -265,12 +261,10 @@ bool frmMain::InstallScript(const QString &strFilePath, const QString &strAgentN
             if (chkScheduled->checkState() == Qt::Checked)
                 agents::writeSchedule(binding);
             binding.setName(strAgentName);
-            const int16_t mask =
-                chkRouting->isChecked()
-                    ? 15
-                    : static_cast<int16_t>((chkScheduled->isChecked() ? 1 : 0) +
-                                           (chkNew->isChecked() ? 2 : 0) + (chkUpdate->isChecked() ? 4 : 0) +
-                                           (chkDelete->isChecked() ? 8 : 0));
+            const int16_t mask = chkRouting->isChecked()
+                                     ? int16_t{events::kEventAll}
+                                     : events::eventMask(chkScheduled->isChecked(), chkNew->isChecked(),
+                                                         chkUpdate->isChecked(), chkDelete->isChecked());
             binding.setActive(mask != 0);
             binding.setEventMask(mask);
             binding.setHandlerClassID(chkRouting->isChecked() ? events::kRoutingHandler

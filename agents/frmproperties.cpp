@@ -233,9 +233,8 @@ void frmProperties::saveChanges()
     if (chkScheduled->checkState() == Qt::Checked)
         agents::writeSchedule(binding);
     binding.setName(txtAgentName->text());
-    binding.setEventMask(
-        static_cast<int16_t>((chkScheduled->isChecked() ? 1 : 0) + (chkNew->isChecked() ? 2 : 0) +
-                             (chkUpdate->isChecked() ? 4 : 0) + (chkDelete->isChecked() ? 8 : 0)));
+    binding.setEventMask(events::eventMask(chkScheduled->isChecked(), chkNew->isChecked(),
+                                           chkUpdate->isChecked(), chkDelete->isChecked()));
     if (blnNew) {
         binding.setHandlerClassID(events::kScriptHandler);
     } else if (SSTree::image(node) == navigation::kImageScriptAgent) {

@@ -1,9 +1,11 @@
 #include "app/frmmain.h"
 
-#include "app/icons.h"
+#include "app/commandaction.h"
+#include "app/images.h"
 #include "app/program.h"
 #include "platform/controls/sstree.h"
 #include "platform/os/helpviewer.h"
+#include "platform/os/twips.h"
 #include "scripts/scriptpane.h"
 
 #include <QAction>
@@ -12,61 +14,56 @@
 #include <QLabel>
 #include <QLocale>
 #include <QMenuBar>
-#include <QRegularExpression>
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QTime>
 #include <QTimer>
 #include <QToolBar>
 
+#include <optional>
+#include <variant>
+
 namespace {
 
-/// One menu entry: name, caption, shortcut, and whether it is a separator.
-struct MenuEntry {
-    const char *name;
-    const char *caption;
-    const char *shortcut = nullptr;
-};
+using app::Command;
 
-/// One toolbar button: key, tool tip, image key; an empty key is a separator.
+/// One toolbar button: its command, tool tip, image key and handler; a
+/// button without a command is a separator.
 struct ToolButton {
-    const char *key;
-    const char *tip;
-    const char *image;
+    std::optional<Command> command;
+    const char *tip = "";
+    const char *image = "";
+    void (frmMain::*handler)() = nullptr;
 };
 
 const ToolButton kToolButtons[] = {
-    {"New", "New Script", "New"},
-    {"Open", "Open Script in Editor", "OpenScript"},
-    {"Save", "Save Script", "Save"},
-    {"Delete", "Delete Agent", "Delete"},
-    {"", "", ""},
-    {"Properties", "Folder Properties", "Properties"},
-    {"Agent Properties", "Agent Properties", "ScriptProperties"},
-    {"Log", "Agent Log", "Question"},
-    {"", "", ""},
-    {"Send", "Send Script", "Send"},
-    {"Installed", "Installed Agents", "Grid"},
-    {"", "", ""},
-    {"Cut", "Cut", "Cut"},
-    {"Copy", "Copy", "Copy"},
-    {"Paste", "Paste", "Paste"},
-    {"", "", ""},
-    {"DateTime", "Insert Date/Time", "TimeDate"},
-    {"", "", ""},
-    {"ViewFolder", "View Folder List", "Folder"},
-    {"ViewPreview", "View Script Preview", "Script"},
-    {"", "", ""},
-    {"Favorite", "Go to Favorite Folder", "Favorite"},
+    {Command::ToolNew, "New Script", "New", &frmMain::mnuFileNew_Click},
+    {Command::ToolOpen, "Open Script in Editor", "OpenScript", &frmMain::mnuFileOpen_Click},
+    {Command::ToolSave, "Save Script", "Save", &frmMain::mnuFileSave_Click},
+    {Command::ToolDelete, "Delete Agent", "Delete", &frmMain::mnuFileDelete_Click},
+    {},
+    {Command::ToolProperties, "Folder Properties", "Properties", &frmMain::mnuFolderProperties_Click},
+    {Command::ToolAgentProperties, "Agent Properties", "ScriptProperties",
+     &frmMain::mnuFileAgentProperties_Click},
+    {Command::ToolLog, "Agent Log", "Question", &frmMain::mnuFileAgentLog_Click},
+    {},
+    {Command::ToolSend, "Send Script", "Send", &frmMain::mnuFileSend_Click},
+    {Command::ToolInstalled, "Installed Agents", "Grid", &frmMain::mnuFileInstalledAgents_Click},
+    {},
+    {Command::ToolCut, "Cut", "Cut", &frmMain::mnuEditCut_Click},
+    {Command::ToolCopy, "Copy", "Copy", &frmMain::mnuEditCopy_Click},
+    {Command::ToolPaste, "Paste", "Paste", &frmMain::mnuEditPaste_Click},
+    {},
+    {Command::ToolDateTime, "Insert Date/Time", "TimeDate", &frmMain::mnuEditTimeDate_Click},
+    {},
+    {Command::ToolViewFolder, "View Folder List", "Folder", &frmMain::mnuViewFolderTree_Click},
+    {Command::ToolViewPreview, "View Script Preview", "Script", &frmMain::mnuViewPreview_Click},
+    {},
+    {Command::ToolFavorite, "Go to Favorite Folder", "Favorite", &frmMain::GoToFavorite},
 };
 
-/// Separators are named as numbered bars ("mnuFileBar7"); "mnuViewStatusBar"
-/// is an entry.
-bool isSeparatorName(const QString &name)
-{
-    static const QRegularExpression bar(QStringLiteral("Bar\\d+$"));
-    return bar.match(name).hasMatch();
-}
+/// A menu's layout: its commands, and its separators by their names.
+using MenuItem = std::variant<Command, const char *>;
 
 } // namespace
 
@@ -74,7 +71,7 @@ frmMain::frmMain(app::Program &program) : m_program(program)
 {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral("Sorrelin"));
-    setWindowIcon(app::icons::appIcon());
+    setWindowIcon(app::images::appIcon());
     createActions();
     createMenus();
     createToolBar();
@@ -82,7 +79,7 @@ frmMain::frmMain(app::Program &program) : m_program(program)
     createStatusBar();
     connectTree();
     // Twips of the form's definition: 7440 by 5052 client area.
-    resize(7440 / 15, 5052 / 15 + 50);
+    resize(os::px(7440), os::px(5052) + 50);
     qApp->installEventFilter(this);
     setProperty("helpContext", 3);
     new os::HelpKey(this); // F1 opens the help of the window or control
@@ -98,93 +95,105 @@ ui::Prompter &frmMain::prompter()
     return m_program.prompter;
 }
 
-QAction *frmMain::action(const QString &name) const
+QAction *frmMain::action(Command command) const
 {
-    return findChild<QAction *>(name);
+    QAction *a = m_commands[static_cast<std::size_t>(command)].action;
+    Q_ASSERT_X(a, "frmMain::action", "a command that createActions didn't make");
+    return a;
 }
 
-void frmMain::setEnabled(const QString &name, bool on)
+void frmMain::run(Command command)
 {
-    if (QAction *a = action(name)) {
-        a->setEnabled(on);
-        // A hidden entry reads as disabled; keep what the program set.
-        a->setProperty("vbEnabled", on);
-    }
+    const CommandSlot &slot = m_commands[static_cast<std::size_t>(command)];
+    Q_ASSERT_X(slot.handler, "frmMain::run", "a command without a handler");
+    if (slot.handler)
+        (this->*slot.handler)();
+}
+
+void frmMain::setCommandEnabled(Command command, bool on)
+{
+    app::CommandAction *a = m_commands[static_cast<std::size_t>(command)].action;
+    Q_ASSERT_X(a, "frmMain::setCommandEnabled", "a command that createActions didn't make");
+    a->setCommandEnabled(on);
+}
+
+app::CommandAction *frmMain::addCommand(Command command, const QString &text, void (frmMain::*handler)())
+{
+    CommandSlot &slot = m_commands[static_cast<std::size_t>(command)];
+    Q_ASSERT_X(!slot.action, "frmMain::addCommand", "a command made twice");
+    slot.action = new app::CommandAction(text, this);
+    slot.action->setObjectName(app::commandName(command));
+    slot.handler = handler;
+    return slot.action;
 }
 
 void frmMain::createActions()
 {
-    // An entry of the menus. Those made without a command are the entries
-    // whose windows (editors, lists, routing views, options, help) the
-    // program doesn't have yet: they stand where they belong and take part
-    // in the enabling, and choosing one does nothing.
-    const auto entry = [this](const char *name, const char *caption, const char *shortcut) {
-        auto *a = new QAction(QString::fromLatin1(caption), this);
-        a->setObjectName(QString::fromLatin1(name));
+    // An entry of the menus. Those made without a handler are the entries
+    // whose windows the program doesn't have: they stand where they belong
+    // and take part in the enabling, and choosing one does nothing.
+    const auto make = [this](Command command, const char *caption, const char *shortcut,
+                             void (frmMain::*handler)()) {
+        QAction *a = addCommand(command, QString::fromLatin1(caption), handler);
         if (shortcut)
             a->setShortcut(QKeySequence(QString::fromLatin1(shortcut)));
+        if (handler)
+            connect(a, &QAction::triggered, this, handler);
         return a;
     };
-    const auto make = [this, &entry](const char *name, const char *caption, const char *shortcut,
-                                     auto handler) {
-        QAction *a = entry(name, caption, shortcut);
-        connect(a, &QAction::triggered, this, handler);
-        return a;
-    };
-    make("mnuFileNew", "&New Script...", "Ctrl+N", &frmMain::mnuFileNew_Click);
-    make("mnuFileOpen", "&Open Script", "Ctrl+O", &frmMain::mnuFileOpen_Click);
-    make("mnuFileOpenFolder", "Open &Folder", "F3", &frmMain::mnuFileOpenFolder_Click);
-    make("mnuFileSave", "&Save Script", "Ctrl+S", &frmMain::mnuFileSave_Click);
-    make("mnuFileSaveAs", "Save Script &As...", nullptr, &frmMain::mnuFileSaveAs_Click);
+    make(Command::FileNew, "&New Script...", "Ctrl+N", &frmMain::mnuFileNew_Click);
+    make(Command::FileOpen, "&Open Script", "Ctrl+O", &frmMain::mnuFileOpen_Click);
+    make(Command::FileOpenFolder, "Open &Folder", "F3", &frmMain::mnuFileOpenFolder_Click);
+    make(Command::FileSave, "&Save Script", "Ctrl+S", &frmMain::mnuFileSave_Click);
+    make(Command::FileSaveAs, "Save Script &As...", nullptr, &frmMain::mnuFileSaveAs_Click);
     // Del deletes an agent from the tree only (its key-up there), never a
     // character of the pane: the entry shows the key without owning it.
-    make("mnuFileDelete", "Dele&te Agent\tDel", nullptr, &frmMain::mnuFileDelete_Click);
-    make("mnuFileAgentLog", "Agent &Log", "F2", &frmMain::mnuFileAgentLog_Click);
-    make("mnuFileAgentProperties", "Agent P&roperties", "F8", &frmMain::mnuFileAgentProperties_Click);
-    make("mnuFolderProperties", "Folder Propert&ies", "F4", &frmMain::mnuFolderProperties_Click);
-    make("mnuFileRouteMap", "Route &Map", "F11", &frmMain::mnuFileRouteMap_Click);
-    make("mnuFileProcInst", "Process Instan&ces...", "F12", &frmMain::mnuFileProcInst_Click);
-    make("mnuFileExport", "&Export Agent List...", nullptr, &frmMain::mnuFileExport_Click);
-    make("mnuFileInstalledAgents", "I&nstalled Agents", nullptr, &frmMain::mnuFileInstalledAgents_Click);
-    make("mnuFileSend", "Sen&d...", nullptr, &frmMain::mnuFileSend_Click);
-    make("mnuFileExit", "E&xit", nullptr, &frmMain::mnuFileExit_Click);
+    make(Command::FileDelete, "Dele&te Agent\tDel", nullptr, &frmMain::mnuFileDelete_Click);
+    make(Command::FileAgentLog, "Agent &Log", "F2", &frmMain::mnuFileAgentLog_Click);
+    make(Command::FileAgentProperties, "Agent P&roperties", "F8", &frmMain::mnuFileAgentProperties_Click);
+    make(Command::FolderProperties, "Folder Propert&ies", "F4", &frmMain::mnuFolderProperties_Click);
+    make(Command::FileRouteMap, "Route &Map", "F11", &frmMain::mnuFileRouteMap_Click);
+    make(Command::FileProcInst, "Process Instan&ces...", "F12", &frmMain::mnuFileProcInst_Click);
+    make(Command::FileExport, "&Export Agent List...", nullptr, &frmMain::mnuFileExport_Click);
+    make(Command::FileInstalledAgents, "I&nstalled Agents", nullptr, &frmMain::mnuFileInstalledAgents_Click);
+    make(Command::FileSend, "Sen&d...", nullptr, &frmMain::mnuFileSend_Click);
+    make(Command::FileExit, "E&xit", nullptr, &frmMain::mnuFileExit_Click);
 
-    make("mnuEditUndo", "&Undo", "Ctrl+Z", &frmMain::mnuEditUndo_Click);
-    make("mnuEditCut", "Cu&t", "Ctrl+X", &frmMain::mnuEditCut_Click);
-    make("mnuEditCopy", "&Copy", "Ctrl+C", &frmMain::mnuEditCopy_Click);
-    make("mnuEditPaste", "&Paste", "Ctrl+V", &frmMain::mnuEditPaste_Click);
-    make("mnuEditSelectAll", "Select &All", "Ctrl+A", &frmMain::mnuEditSelectAll_Click);
-    make("mnuEditTimeDate", "Time/&Date", "Ctrl+T", &frmMain::mnuEditTimeDate_Click)->setVisible(false);
-    entry("mnuEditFind", "&Find...", nullptr)->setVisible(false);
-    entry("mnuEditReplace", "&Replace...", nullptr)->setVisible(false);
+    make(Command::EditUndo, "&Undo", "Ctrl+Z", &frmMain::mnuEditUndo_Click);
+    make(Command::EditCut, "Cu&t", "Ctrl+X", &frmMain::mnuEditCut_Click);
+    make(Command::EditCopy, "&Copy", "Ctrl+C", &frmMain::mnuEditCopy_Click);
+    make(Command::EditPaste, "&Paste", "Ctrl+V", &frmMain::mnuEditPaste_Click);
+    make(Command::EditSelectAll, "Select &All", "Ctrl+A", &frmMain::mnuEditSelectAll_Click);
+    make(Command::EditTimeDate, "Time/&Date", "Ctrl+T", &frmMain::mnuEditTimeDate_Click)->setVisible(false);
+    make(Command::EditFind, "&Find...", nullptr, nullptr)->setVisible(false);
+    make(Command::EditReplace, "&Replace...", nullptr, nullptr)->setVisible(false);
 
     // The view entries carry check marks that their commands set; a click
     // on one must not flip the mark before the command looks at it.
-    const auto toggle = [this, &entry](const char *name, const char *caption, void (frmMain::*handler)()) {
-        QAction *a = entry(name, caption, nullptr);
+    const auto toggle = [this](Command command, const char *caption, void (frmMain::*handler)()) {
+        QAction *a = addCommand(command, QString::fromLatin1(caption), handler);
         a->setCheckable(true);
+        a->setChecked(true);
         connect(a, &QAction::triggered, this, [this, a, handler](bool checked) {
             a->setChecked(!checked);
             (this->*handler)();
         });
     };
-    toggle("mnuViewFolderTree", "&Folder Tree", &frmMain::mnuViewFolderTree_Click);
-    toggle("mnuViewPreview", "Script Pre&view", &frmMain::mnuViewPreview_Click);
-    toggle("mnuViewToolbar", "&Toolbar", &frmMain::mnuViewToolbar_Click);
-    toggle("mnuViewStatusBar", "Status &Bar", &frmMain::mnuViewStatusBar_Click);
-    for (const char *name : {"mnuViewFolderTree", "mnuViewPreview", "mnuViewToolbar", "mnuViewStatusBar"})
-        action(QString::fromLatin1(name))->setChecked(true);
-    make("mnuViewSetFont", "Set &Font...", nullptr, &frmMain::mnuViewSetFont);
-    make("mnuViewDecrease", "&Decrease Font Size ", "F6", &frmMain::mnuViewDecrease_Click);
-    make("mnuViewIncrease", "&Increase Font Size", "F7", &frmMain::mnuViewIncrease_Click);
-    make("mnuViewFavorite", "Set Fa&vorite Folder", "F9", &frmMain::mnuViewFavorite_Click);
-    make("mnuViewRefresh", "&Refresh Folder List", "F5", &frmMain::mnuViewRefresh_Click);
-    make("mnuViewOptions", "&Options...", nullptr, &frmMain::mnuViewOptions_Click);
+    toggle(Command::ViewFolderTree, "&Folder Tree", &frmMain::mnuViewFolderTree_Click);
+    toggle(Command::ViewPreview, "Script Pre&view", &frmMain::mnuViewPreview_Click);
+    toggle(Command::ViewToolbar, "&Toolbar", &frmMain::mnuViewToolbar_Click);
+    toggle(Command::ViewStatusBar, "Status &Bar", &frmMain::mnuViewStatusBar_Click);
+    make(Command::ViewSetFont, "Set &Font...", nullptr, &frmMain::mnuViewSetFont);
+    make(Command::ViewDecrease, "&Decrease Font Size ", "F6", &frmMain::mnuViewDecrease_Click);
+    make(Command::ViewIncrease, "&Increase Font Size", "F7", &frmMain::mnuViewIncrease_Click);
+    make(Command::ViewFavorite, "Set Fa&vorite Folder", "F9", &frmMain::mnuViewFavorite_Click);
+    make(Command::ViewRefresh, "&Refresh Folder List", "F5", &frmMain::mnuViewRefresh_Click);
+    make(Command::ViewOptions, "&Options...", nullptr, &frmMain::mnuViewOptions_Click);
 
-    make("mnuHelpContents", "&Contents", nullptr, &frmMain::mnuHelpContents_Click);
-    make("mnuHelpSearch", "&Search For Help On...", nullptr, &frmMain::mnuHelpSearch_Click);
-    make("mnuHelpTechSupport", "&Technical Support", nullptr, &frmMain::mnuHelpTechSupport_Click);
-    make("mnuHelpAbout", "&About Sorrelin", nullptr, &frmMain::mnuHelpAbout_Click);
+    make(Command::HelpContents, "&Contents", nullptr, &frmMain::mnuHelpContents_Click);
+    make(Command::HelpSearch, "&Search For Help On...", nullptr, &frmMain::mnuHelpSearch_Click);
+    make(Command::HelpTechSupport, "&Technical Support", nullptr, &frmMain::mnuHelpTechSupport_Click);
+    make(Command::HelpAbout, "&About Sorrelin", nullptr, &frmMain::mnuHelpAbout_Click);
 }
 
 void frmMain::createMenus()
@@ -195,53 +204,59 @@ void frmMain::createMenus()
         m->menuAction()->setObjectName(QString::fromLatin1(name));
         return m;
     };
-    const auto fill = [this](QMenu *m, std::initializer_list<const char *> names) {
-        for (const char *name : names) {
-            const QString n = QString::fromLatin1(name);
-            if (isSeparatorName(n)) {
-                QAction *sep = m->addSeparator();
-                sep->setObjectName(n);
-            } else {
-                m->addAction(action(n));
+    // Each separator is named as a numbered bar; the hidden ones stand
+    // around the hidden entries.
+    const auto fill = [this](QMenu *m, std::initializer_list<MenuItem> items) {
+        for (const MenuItem &item : items) {
+            if (const Command *command = std::get_if<Command>(&item)) {
+                m->addAction(action(*command));
+                continue;
             }
+            QAction *bar = m->addSeparator();
+            bar->setObjectName(QString::fromLatin1(std::get<const char *>(item)));
+            if (bar->objectName() == QLatin1String("mnuFileBar7"))
+                mnuFileBar7 = bar;
+            if (bar->objectName() == QLatin1String("mnuEditBar2") ||
+                bar->objectName() == QLatin1String("mnuEditBar3"))
+                bar->setVisible(false);
         }
     };
     mnuFile = menu("mnuFile", "&File");
-    fill(mnuFile, {"mnuFileNew",
-                   "mnuFileOpen",
-                   "mnuFileOpenFolder",
+    fill(mnuFile, {Command::FileNew,
+                   Command::FileOpen,
+                   Command::FileOpenFolder,
                    "mnuFileBar1",
-                   "mnuFileSave",
-                   "mnuFileSaveAs",
+                   Command::FileSave,
+                   Command::FileSaveAs,
                    "mnuFileBar2",
-                   "mnuFileDelete",
+                   Command::FileDelete,
                    "mnuFileBar3",
-                   "mnuFileAgentLog",
-                   "mnuFileAgentProperties",
-                   "mnuFolderProperties",
+                   Command::FileAgentLog,
+                   Command::FileAgentProperties,
+                   Command::FolderProperties,
                    "mnuFileBar4",
-                   "mnuFileRouteMap",
-                   "mnuFileProcInst",
+                   Command::FileRouteMap,
+                   Command::FileProcInst,
                    "mnuFileBar5",
-                   "mnuFileExport",
-                   "mnuFileInstalledAgents",
+                   Command::FileExport,
+                   Command::FileInstalledAgents,
                    "mnuFileBar6",
-                   "mnuFileSend",
+                   Command::FileSend,
                    "mnuFileBar7",
-                   "mnuFileExit"});
+                   Command::FileExit});
     mnuEdit = menu("mnuEdit", "&Edit");
-    fill(mnuEdit,
-         {"mnuEditUndo", "mnuEditBar1", "mnuEditCut", "mnuEditCopy", "mnuEditPaste", "mnuEditSelectAll",
-          "mnuEditBar2", "mnuEditTimeDate", "mnuEditBar3", "mnuEditFind", "mnuEditReplace"});
-    for (const char *hidden : {"mnuEditBar2", "mnuEditBar3"})
-        action(QString::fromLatin1(hidden))->setVisible(false);
+    fill(mnuEdit, {Command::EditUndo, "mnuEditBar1", Command::EditCut, Command::EditCopy, Command::EditPaste,
+                   Command::EditSelectAll, "mnuEditBar2", Command::EditTimeDate, "mnuEditBar3",
+                   Command::EditFind, Command::EditReplace});
     connect(mnuEdit, &QMenu::aboutToShow, this, &frmMain::mnuEdit_Click);
     mnuView = menu("mnuView", "&View");
-    fill(mnuView, {"mnuViewFolderTree", "mnuViewPreview", "mnuViewToolbar", "mnuViewStatusBar", "mnuViewBar2",
-                   "mnuViewSetFont", "mnuViewDecrease", "mnuViewIncrease", "mnuViewBar3", "mnuViewFavorite",
-                   "mnuViewRefresh", "mnuViewOptions"});
+    fill(mnuView,
+         {Command::ViewFolderTree, Command::ViewPreview, Command::ViewToolbar, Command::ViewStatusBar,
+          "mnuViewBar2", Command::ViewSetFont, Command::ViewDecrease, Command::ViewIncrease, "mnuViewBar3",
+          Command::ViewFavorite, Command::ViewRefresh, Command::ViewOptions});
     mnuHelp = menu("mnuHelp", "&Help");
-    fill(mnuHelp, {"mnuHelpContents", "mnuHelpSearch", "mnuHelpTechSupport", "mnuHelpBar1", "mnuHelpAbout"});
+    fill(mnuHelp, {Command::HelpContents, Command::HelpSearch, Command::HelpTechSupport, "mnuHelpBar1",
+                   Command::HelpAbout});
 }
 
 void frmMain::createToolBar()
@@ -253,21 +268,23 @@ void frmMain::createToolBar()
     tbToolBar->toggleViewAction()->setVisible(false);
     int separator = 0;
     for (const ToolButton &b : kToolButtons) {
-        const QString key = QString::fromLatin1(b.key);
-        if (key.isEmpty()) {
+        if (!b.command) {
             tbToolBar->addSeparator()->setObjectName(
                 QStringLiteral("tbToolBar.separator%1").arg(++separator));
             continue;
         }
-        QAction *a = tbToolBar->addAction(app::icons::toolbarImage(QString::fromLatin1(b.image)), key);
-        a->setObjectName(QStringLiteral("tbToolBar.") + key);
+        const Command command = *b.command;
+        // The button's text is its key, the name after "tbToolBar.".
+        app::CommandAction *a = addCommand(command, app::commandName(command).sliced(10), b.handler);
+        a->setIcon(app::images::toolbarImage(QString::fromLatin1(b.image)));
         a->setToolTip(QString::fromLatin1(b.tip));
-        a->setProperty("imageKey", QString::fromLatin1(b.image));
-        if (key == QLatin1String("ViewFolder") || key == QLatin1String("ViewPreview")) {
+        a->setImageKey(QString::fromLatin1(b.image));
+        if (command == Command::ToolViewFolder || command == Command::ToolViewPreview) {
             a->setCheckable(true);
             a->setChecked(true);
         }
-        connect(a, &QAction::triggered, this, [this, key] { tbToolBar_ButtonClick(key); });
+        tbToolBar->addAction(a);
+        connect(a, &QAction::triggered, this, [this, command] { run(command); });
     }
 }
 
@@ -279,7 +296,7 @@ void frmMain::createTabs()
     m_adminPage->setObjectName(QStringLiteral("SSTab1.Administration"));
     treOutl = new controls::SSTree(m_adminPage);
     treOutl->setObjectName(QStringLiteral("treOutl"));
-    treOutl->setImageList(app::icons::treeImageList());
+    treOutl->setImageList(app::images::treeImageList());
     txtPreview = new scripts::ScriptPane(m_adminPage);
     txtPreview->setObjectName(QStringLiteral("txtPreview"));
     SSTab1->addTab(m_adminPage, QStringLiteral("Administration"));

@@ -1,11 +1,17 @@
 #pragma once
 
+#include "app/commands.h"
 #include "platform/ui/prompter.h"
 
 #include <QMainWindow>
 #include <QPointer>
 
+#include <array>
+
 class QAction;
+namespace app {
+class CommandAction;
+}
 class QCheckBox;
 class QGroupBox;
 class QLineEdit;
@@ -37,10 +43,6 @@ class ScriptPane;
 /// owns them; this header groups them the same way.
 class frmMain : public QMainWindow {
     Q_OBJECT
-    Q_PROPERTY(bool blnDirty MEMBER blnDirty)
-    Q_PROPERTY(QString strEntryID MEMBER strEntryID)
-    Q_PROPERTY(QString strStoreID MEMBER strStoreID)
-    Q_PROPERTY(QString statusText READ statusText)
 
 public:
     explicit frmMain(app::Program &program);
@@ -51,6 +53,8 @@ public:
     QString strEntryID;
     QString strStoreID;
     bool blnDirty = false;
+    /// The help's contents page; empty when the program has no help.
+    QString helpFile;
 
     // ---- Application core (app/) ----
     /// Runs the load steps; false when the program can't go on.
@@ -69,13 +73,16 @@ public:
     void mnuViewToolbar_Click();
     void mnuViewStatusBar_Click();
     void mnuFileExit_Click();
-    void tbToolBar_ButtonClick(const QString &key);
+    /// Runs a command's handler, as choosing its entry or button does.
+    void run(app::Command command);
     bool Form_KeyDown(int keyCode, int shift);
     void SSTab1_Click();
 
     // ---- Folder navigation (navigation/) ----
     void RefreshFolders();
     void mnuViewRefresh_Click();
+    /// The session's user, or the empty text when the session can't tell.
+    QString currentUser() const;
     QString StripCurrentUser(const QString &fullPath) const;
     void treOutl_NodeClick(QTreeWidgetItem *node);
     void GotoNode(const QString &strID);
@@ -177,10 +184,10 @@ public:
     /// last use left them.
     ui::CommonDialogState CommonDialog1;
 
-    /// A menu entry or toolbar button by its name ("mnuFileSave",
-    /// "tbToolBar.Save").
-    QAction *action(const QString &name) const;
-    void setEnabled(const QString &name, bool on);
+    /// A menu entry or toolbar button.
+    QAction *action(app::Command command) const;
+    /// Enables or disables a command; a hidden entry keeps what was set.
+    void setCommandEnabled(app::Command command, bool on);
 
     app::Program &program() { return m_program; }
     ui::Prompter &prompter();
@@ -199,11 +206,13 @@ private:
     void createInstallTab(QWidget *page);
     void connectTree();
     /// Shows or hides the tree or the pane; the last of the two stays.
-    void toggleView(const QString &entryName, const QString &buttonName, QWidget *view,
-                    const QString &otherEntry);
+    void toggleView(app::Command entryCommand, app::Command buttonCommand, QWidget *view,
+                    app::Command otherEntry);
     void setNodeCommands(int image);
     void setPaneNotice(const QString &text);
-    /// Adds the folders below `folder` to both trees, depth first.
+    /// Makes a command's action and keeps it, with its handler, in the
+    /// command table.
+    app::CommandAction *addCommand(app::Command command, const QString &text, void (frmMain::*handler)());
 
     app::Program &m_program;
     QToolBar *tbToolBar = nullptr;
@@ -215,6 +224,14 @@ private:
     QMenu *mnuEdit = nullptr;
     QMenu *mnuView = nullptr;
     QMenu *mnuHelp = nullptr;
+    /// The separator above "Exit", hidden with it in the tree's context menu.
+    QAction *mnuFileBar7 = nullptr;
+    struct CommandSlot {
+        app::CommandAction *action = nullptr;
+        void (frmMain::*handler)() = nullptr;
+    };
+    /// Every command's action and handler, by `app::Command`.
+    std::array<CommandSlot, app::kCommandCount> m_commands{};
     bool m_keyPreview = false;
     bool m_unloaded = false;
 };

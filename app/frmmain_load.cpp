@@ -29,29 +29,29 @@ QString readSetting(const QString &name)
 }
 
 // The commands that wait for the first refresh when the tree starts empty.
-const char *const kRefreshCommands[] = {
-    "tbToolBar.New",
-    "tbToolBar.Open",
-    "tbToolBar.Save",
-    "tbToolBar.Send",
-    "tbToolBar.Delete",
-    "tbToolBar.Properties",
-    "tbToolBar.Agent Properties",
-    "mnuFileNew",
-    "mnuFileOpen",
-    "mnuFileSave",
-    "mnuFileSaveAs",
-    "mnuFileDelete",
-    "mnuFileSend",
-    "mnuEditFind",
-    "mnuEditReplace",
-    "mnuFolderProperties",
-    "mnuFileAgentProperties",
-    "mnuFileAgentLog",
-    "mnuFileProcInst",
-    "mnuFileRouteMap",
-    "mnuFileExport",
-    "mnuFileInstalledAgents",
+const app::Command kRefreshCommands[] = {
+    app::Command::ToolNew,
+    app::Command::ToolOpen,
+    app::Command::ToolSave,
+    app::Command::ToolSend,
+    app::Command::ToolDelete,
+    app::Command::ToolProperties,
+    app::Command::ToolAgentProperties,
+    app::Command::FileNew,
+    app::Command::FileOpen,
+    app::Command::FileSave,
+    app::Command::FileSaveAs,
+    app::Command::FileDelete,
+    app::Command::FileSend,
+    app::Command::EditFind,
+    app::Command::EditReplace,
+    app::Command::FolderProperties,
+    app::Command::FileAgentProperties,
+    app::Command::FileAgentLog,
+    app::Command::FileProcInst,
+    app::Command::FileRouteMap,
+    app::Command::FileExport,
+    app::Command::FileInstalledAgents,
 };
 
 } // namespace
@@ -63,7 +63,7 @@ bool frmMain::Form_Load()
     // The help's contents page among the program's shared files; no help
     // file when the pages aren't there.
     const QString contents = os::helpFolder() + QStringLiteral("/contents.html");
-    setProperty("helpFile", QFileInfo::exists(contents) ? contents : QString());
+    helpFile = QFileInfo::exists(contents) ? contents : QString();
 
     routine.step([&] { p.gobjEvents = std::make_unique<events::Events>(); });
     if (routine.failed() || !p.gobjEvents) {
@@ -100,8 +100,8 @@ bool frmMain::Form_Load()
         routine.step([&] { RefreshFolders(); });
     } else {
         p.gstrRefreshOnStartup = QStringLiteral("no");
-        for (const char *name : kRefreshCommands)
-            setEnabled(QString::fromLatin1(name), false);
+        for (const app::Command command : kRefreshCommands)
+            setCommandEnabled(command, false);
     }
 
     const QString mode = readSetting(QStringLiteral("SaveChangesMode"));
@@ -117,18 +117,18 @@ bool frmMain::Form_Load()
 
     // The views, each restored from its yes-or-no value.
     const bool folders = app::isYes(readSetting(QStringLiteral("ViewFolders")));
-    action(QStringLiteral("mnuViewFolderTree"))->setChecked(folders);
-    action(QStringLiteral("tbToolBar.ViewFolder"))->setChecked(folders);
+    action(app::Command::ViewFolderTree)->setChecked(folders);
+    action(app::Command::ToolViewFolder)->setChecked(folders);
     treOutl->setVisible(folders);
     const bool preview = app::isYes(readSetting(QStringLiteral("ViewPreview")));
-    action(QStringLiteral("mnuViewPreview"))->setChecked(preview);
-    action(QStringLiteral("tbToolBar.ViewPreview"))->setChecked(preview);
+    action(app::Command::ViewPreview)->setChecked(preview);
+    action(app::Command::ToolViewPreview)->setChecked(preview);
     txtPreview->setVisible(preview);
     const bool toolbar = app::isYes(readSetting(QStringLiteral("ViewToolbar")));
-    action(QStringLiteral("mnuViewToolbar"))->setChecked(toolbar);
+    action(app::Command::ViewToolbar)->setChecked(toolbar);
     tbToolBar->setVisible(toolbar);
     const bool statusbar = app::isYes(readSetting(QStringLiteral("ViewStatusBar")));
-    action(QStringLiteral("mnuViewStatusBar"))->setChecked(statusbar);
+    action(app::Command::ViewStatusBar)->setChecked(statusbar);
     statusBar()->setVisible(statusbar);
 
     // The pane's font.
@@ -165,12 +165,10 @@ void frmMain::SaveRegSettings()
     write(QStringLiteral("FontBold"), app::yesNo(font.bold()));
     write(QStringLiteral("FontItalic"), app::yesNo(font.italic()));
     write(QStringLiteral("Maximized"), app::yesNo(isMaximized() && !isMinimized()));
-    write(QStringLiteral("ViewToolbar"), app::yesNo(action(QStringLiteral("mnuViewToolbar"))->isChecked()));
-    write(QStringLiteral("ViewStatusBar"),
-          app::yesNo(action(QStringLiteral("mnuViewStatusBar"))->isChecked()));
-    write(QStringLiteral("ViewPreview"), app::yesNo(action(QStringLiteral("mnuViewPreview"))->isChecked()));
-    write(QStringLiteral("ViewFolders"),
-          app::yesNo(action(QStringLiteral("mnuViewFolderTree"))->isChecked()));
+    write(QStringLiteral("ViewToolbar"), app::yesNo(action(app::Command::ViewToolbar)->isChecked()));
+    write(QStringLiteral("ViewStatusBar"), app::yesNo(action(app::Command::ViewStatusBar)->isChecked()));
+    write(QStringLiteral("ViewPreview"), app::yesNo(action(app::Command::ViewPreview)->isChecked()));
+    write(QStringLiteral("ViewFolders"), app::yesNo(action(app::Command::ViewFolderTree)->isChecked()));
     if (p.gvarPrintDialogs.isNull() || p.gvarPrintDialogs.toString().isEmpty())
         p.gvarPrintDialogs = QStringLiteral("yes");
     write(QStringLiteral("PrintDialogs"), p.gvarPrintDialogs.toString());

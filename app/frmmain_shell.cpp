@@ -6,6 +6,7 @@
 #include "app/program.h"
 #include "platform/controls/sstree.h"
 #include "platform/os/screen.h"
+#include "platform/os/twips.h"
 #include "scripts/scriptpane.h"
 
 #include <QAction>
@@ -18,19 +19,9 @@
 #include <QTabWidget>
 #include <QToolBar>
 
-namespace {
-// Lengths of the window's layout are twips; the screen has 15 to a pixel at
-// 96 dots per inch.
-constexpr int kTwipsPerPixel = 15;
-int px(int twips)
-{
-    return twips / kTwipsPerPixel;
-}
-int twips(int pixels)
-{
-    return pixels * kTwipsPerPixel;
-}
-} // namespace
+using os::kTwipsPerPixel;
+using os::px;
+using os::twips;
 
 void frmMain::StatBar(const QString &strText, bool blnWait)
 {
@@ -115,8 +106,8 @@ void frmMain::Form_Resize()
         return; // the resize that follows lays the controls out
     }
     // The toolbar and status bar take their own room; the tab fills the rest.
-    const bool tree = action(QStringLiteral("mnuViewFolderTree"))->isChecked();
-    const bool pane = action(QStringLiteral("mnuViewPreview"))->isChecked();
+    const bool tree = action(app::Command::ViewFolderTree)->isChecked();
+    const bool pane = action(app::Command::ViewPreview)->isChecked();
     const int w = twips(m_adminPage->width());
     const int h = twips(m_adminPage->height());
     treOutl->setVisible(tree);
@@ -149,11 +140,11 @@ void frmMain::PositionForm(QWidget *form)
     form->move(geometry.screen.topLeft() + place / kTwipsPerPixel);
 }
 
-void frmMain::toggleView(const QString &entryName, const QString &buttonName, QWidget *view,
-                         const QString &otherEntry)
+void frmMain::toggleView(app::Command entryCommand, app::Command buttonCommand, QWidget *view,
+                         app::Command otherEntry)
 {
-    QAction *entry = action(entryName);
-    QAction *button = action(buttonName);
+    QAction *entry = action(entryCommand);
+    QAction *button = action(buttonCommand);
     if (entry->isChecked() && !action(otherEntry)->isChecked()) {
         // The last view can't go.
         button->setChecked(true);
@@ -176,19 +167,19 @@ void frmMain::toggleView(const QString &entryName, const QString &buttonName, QW
 
 void frmMain::mnuViewFolderTree_Click()
 {
-    toggleView(QStringLiteral("mnuViewFolderTree"), QStringLiteral("tbToolBar.ViewFolder"), treOutl,
-               QStringLiteral("mnuViewPreview"));
+    toggleView(app::Command::ViewFolderTree, app::Command::ToolViewFolder, treOutl,
+               app::Command::ViewPreview);
 }
 
 void frmMain::mnuViewPreview_Click()
 {
-    toggleView(QStringLiteral("mnuViewPreview"), QStringLiteral("tbToolBar.ViewPreview"), txtPreview,
-               QStringLiteral("mnuViewFolderTree"));
+    toggleView(app::Command::ViewPreview, app::Command::ToolViewPreview, txtPreview,
+               app::Command::ViewFolderTree);
 }
 
 void frmMain::mnuViewToolbar_Click()
 {
-    QAction *entry = action(QStringLiteral("mnuViewToolbar"));
+    QAction *entry = action(app::Command::ViewToolbar);
     entry->setChecked(!tbToolBar->isVisible());
     tbToolBar->setVisible(entry->isChecked());
     Form_Resize();
@@ -196,7 +187,7 @@ void frmMain::mnuViewToolbar_Click()
 
 void frmMain::mnuViewStatusBar_Click()
 {
-    QAction *entry = action(QStringLiteral("mnuViewStatusBar"));
+    QAction *entry = action(app::Command::ViewStatusBar);
     entry->setChecked(!statusBar()->isVisible());
     statusBar()->setVisible(entry->isChecked());
     Form_Resize();
@@ -229,54 +220,18 @@ bool frmMain::Form_KeyDown(int keyCode, int shift)
     case 86: // Ctrl+V: nothing is pasted outside the pane
         return true;
     case 78:
-        if (action(QStringLiteral("mnuFileNew"))->isEnabled())
+        if (action(app::Command::FileNew)->isEnabled())
             mnuFileNew_Click();
         return true;
     case 79:
-        if (action(QStringLiteral("mnuFileOpen"))->isEnabled())
-            action(QStringLiteral("mnuFileOpen"))->trigger();
+        if (action(app::Command::FileOpen)->isEnabled())
+            action(app::Command::FileOpen)->trigger();
         return true;
     case 83:
-        if (action(QStringLiteral("mnuFileSave"))->isEnabled())
+        if (action(app::Command::FileSave)->isEnabled())
             mnuFileSave_Click();
         return true;
     default:
         return false;
     }
-}
-
-void frmMain::tbToolBar_ButtonClick(const QString &key)
-{
-    if (key == QLatin1String("New"))
-        mnuFileNew_Click();
-    else if (key == QLatin1String("Open"))
-        mnuFileOpen_Click();
-    else if (key == QLatin1String("Save"))
-        mnuFileSave_Click();
-    else if (key == QLatin1String("Log"))
-        mnuFileAgentLog_Click();
-    else if (key == QLatin1String("Installed"))
-        mnuFileInstalledAgents_Click();
-    else if (key == QLatin1String("Delete"))
-        mnuFileDelete_Click();
-    else if (key == QLatin1String("Agent Properties"))
-        mnuFileAgentProperties_Click();
-    else if (key == QLatin1String("Properties"))
-        mnuFolderProperties_Click();
-    else if (key == QLatin1String("Send"))
-        mnuFileSend_Click();
-    else if (key == QLatin1String("Cut"))
-        mnuEditCut_Click();
-    else if (key == QLatin1String("Copy"))
-        mnuEditCopy_Click();
-    else if (key == QLatin1String("Paste"))
-        mnuEditPaste_Click();
-    else if (key == QLatin1String("DateTime"))
-        mnuEditTimeDate_Click();
-    else if (key == QLatin1String("ViewFolder"))
-        mnuViewFolderTree_Click();
-    else if (key == QLatin1String("ViewPreview"))
-        mnuViewPreview_Click();
-    else if (key == QLatin1String("Favorite"))
-        GoToFavorite();
 }

@@ -1,6 +1,6 @@
 #include "app/frmsplash.h"
 
-#include "app/icons.h"
+#include "app/images.h"
 #include "app/version.h"
 
 #include <QGuiApplication>
@@ -19,7 +19,7 @@ frmSplash::frmSplash(QWidget *parent) : QWidget(parent, Qt::SplashScreen | Qt::F
 
     auto *image = new QLabel(this);
     image->setObjectName(QStringLiteral("Image1"));
-    image->setPixmap(app::icons::splashPicture().pixmap(96, 96));
+    image->setPixmap(app::images::splashPicture().pixmap(96, 96));
     image->setGeometry(24, 40, 96, 96);
 
     auto *name = new QLabel(QStringLiteral("Sorrelin for Microsoft Exchange"), this);

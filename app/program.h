@@ -57,9 +57,6 @@ struct Program {
     bool blnStoreLossShown = false;
 };
 
-/// The one program of this process; valid from `Main` until it returns.
-Program &program();
-
 /// Start-up: logs on, shows the splash, loads and shows the main window.
 /// Returns false when the program must end at once (the user cancelled the
 /// logon, or a failure was shown). The caller then runs the event loop until

@@ -21,8 +21,6 @@ namespace app {
 
 namespace {
 
-Program *g_program = nullptr;
-
 void stopMessage(Program &program, const QString &text)
 {
     program.prompter.msgBox(text, ui::Buttons::OK, ui::Icon::Stop, 1, QString());
@@ -64,21 +62,9 @@ void reportSettingsFile(Program &program)
 
 } // namespace
 
-Program::Program(ui::Prompter &p) : prompter(p)
-{
-    g_program = this;
-}
+Program::Program(ui::Prompter &p) : prompter(p) {}
 
-Program::~Program()
-{
-    if (g_program == this)
-        g_program = nullptr;
-}
-
-Program &program()
-{
-    return *g_program;
-}
+Program::~Program() = default;
 
 QString appPath()
 {

@@ -4,6 +4,7 @@
 #include "app/generaldate.h"
 #include "app/program.h"
 #include "platform/com/routine.h"
+#include "platform/os/twips.h"
 #include "scripts/filequestions.h"
 #include "scripts/fontladder.h"
 
@@ -17,22 +18,14 @@ namespace catalogue {
 
 namespace {
 
-constexpr int kTwipsPerPixel = 15;
 constexpr int kButtonWidth = 1212;
 constexpr int kButtonHeight = 372;
 constexpr int kLeastWidth = 6900;
 constexpr int kButtonSpacing = 1332;
 constexpr int kPrintAllRows = 7;
 
-int px(int twips)
-{
-    return twips / kTwipsPerPixel;
-}
-
-int twips(int pixels)
-{
-    return pixels * kTwipsPerPixel;
-}
+using os::px;
+using os::twips;
 
 /// Places a control by twips, and keeps them for those who read the layout
 /// back: a pixel is 15 twips, and the layout's lengths aren't multiples of it.

@@ -40,8 +40,8 @@ struct ReportSetup {
     double printMargins = 0.5;
     bool printSwitch12 = false;
     PrintTitle printTitle = PrintTitle::FormCaption;
-    QString saveAsBase; ///< "Routing Map": the window has Save As
-    QString defaultButton;
+    QString saveAsBase{}; ///< "Routing Map": the window has Save As
+    QString defaultButton{};
     int helpContext = 0;
 };
 
@@ -64,6 +64,8 @@ public:
     ReportWindow(const ReportSetup &setup, frmMain &main, QWidget *parent = nullptr);
 
     controls::SSDBGrid *SSDBGrid1 = nullptr;
+    /// The folder the rows come from, as the print's header names it.
+    QString strFolderPath;
     /// A button of the row by name ("cmdGoTo"), or null.
     QPushButton *button(const QString &name) const;
     const ReportSetup &setup() const { return m_setup; }

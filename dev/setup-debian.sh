@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian 12 packages Sorrelin needs to build, test and run.
 set -euo pipefail
-packages=(build-essential cmake ninja-build qt6-base-dev libqt6sql6-sqlite libqt6sql6-psql libsqlite3-dev rapidjson-dev
+packages=(build-essential cmake ninja-build qt6-base-dev qt6-svg-dev libqt6sql6-sqlite libqt6sql6-psql libsqlite3-dev rapidjson-dev
           postgresql
           xvfb xauth fonts-dejavu-core poppler-utils dpkg-dev file python3)
 missing=()

@@ -1,6 +1,6 @@
 #include "dialogs/frmabout.h"
 
-#include "app/icons.h"
+#include "app/images.h"
 #include "app/program.h"
 #include "app/version.h"
 #include "dialogs/formbuild.h"
@@ -23,7 +23,7 @@ frmAbout::frmAbout(app::Program &program, QWidget *owner)
     setModal(true);
 
     picIcon = dialogs::label("picIcon", QString(), this);
-    picIcon->setPixmap(app::icons::appIcon().pixmap(48, 48));
+    picIcon->setPixmap(app::images::appIcon().pixmap(48, 48));
     lblTitle = dialogs::label("lblTitle", QStringLiteral("Kelverd Sorrelin for Microsoft Exchange"), this);
     QFont big = lblTitle->font();
     big.setPointSizeF(big.pointSizeF() * 1.4);

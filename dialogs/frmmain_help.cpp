@@ -8,7 +8,7 @@ namespace {
 /// Opens one view of the help viewer; a failure shows its description.
 template <class Open> void openHelp(frmMain &form, const QString &noHelpText, Open open)
 {
-    if (form.property("helpFile").toString().isEmpty()) {
+    if (form.helpFile.isEmpty()) {
         form.prompter().msgBox(noHelpText, ui::Buttons::OK, ui::Icon::Information, 1, form.windowTitle());
         return;
     }

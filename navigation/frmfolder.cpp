@@ -1,6 +1,6 @@
 #include "navigation/frmfolder.h"
 
-#include "app/icons.h"
+#include "app/images.h"
 #include "platform/controls/sstree.h"
 #include "platform/ui/prompter.h"
 
@@ -19,7 +19,7 @@ frmFolder::frmFolder(ui::Prompter &prompter, QWidget *owner)
 
     treOutl = new controls::SSTree(this);
     treOutl->setObjectName(QStringLiteral("treOutl"));
-    treOutl->setImageList(app::icons::treeImageList());
+    treOutl->setImageList(app::images::treeImageList());
     treOutl->setGeometry(0, 0, 446, 281);
 
     cmdOK = new QPushButton(QStringLiteral("OK"), this);

@@ -24,7 +24,7 @@ const QString kSettingsKey = QStringLiteral("Software\\Kelverd\\Sorrelin\\5.5\\G
 /// The commands that depend on the kind of the selected node, in the order
 /// of the enabling table, with the kinds for which each is on.
 struct NodeCommand {
-    const char *name;
+    app::Command command;
     bool (*on)(int image);
 };
 
@@ -50,29 +50,29 @@ bool notRoot(int image)
 }
 
 const NodeCommand kNodeCommands[] = {
-    {"mnuFileNew", folderWithRights},
-    {"tbToolBar.New", folderWithRights},
-    {"mnuFileOpen", agent},
-    {"tbToolBar.Open", agent},
-    {"mnuFileSave", agent},
-    {"tbToolBar.Save", agent},
-    {"mnuFileSaveAs", agent},
-    {"mnuFileDelete", agent},
-    {"tbToolBar.Delete", agent},
-    {"mnuFileSend", agent},
-    {"tbToolBar.Send", agent},
-    {"mnuFileAgentProperties", agent},
-    {"tbToolBar.Agent Properties", agent},
-    {"mnuFileAgentLog", agent},
-    {"tbToolBar.Log", agent},
-    {"tbToolBar.DateTime", agent},
-    {"mnuEditFind", agent},
-    {"mnuEditReplace", agent},
-    {"mnuFileRouteMap", routing},
-    {"mnuFileProcInst", routing},
-    {"mnuFileOpenFolder", folderOrStore},
-    {"mnuFolderProperties", notRoot},
-    {"tbToolBar.Properties", notRoot},
+    {app::Command::FileNew, folderWithRights},
+    {app::Command::ToolNew, folderWithRights},
+    {app::Command::FileOpen, agent},
+    {app::Command::ToolOpen, agent},
+    {app::Command::FileSave, agent},
+    {app::Command::ToolSave, agent},
+    {app::Command::FileSaveAs, agent},
+    {app::Command::FileDelete, agent},
+    {app::Command::ToolDelete, agent},
+    {app::Command::FileSend, agent},
+    {app::Command::ToolSend, agent},
+    {app::Command::FileAgentProperties, agent},
+    {app::Command::ToolAgentProperties, agent},
+    {app::Command::FileAgentLog, agent},
+    {app::Command::ToolLog, agent},
+    {app::Command::ToolDateTime, agent},
+    {app::Command::EditFind, agent},
+    {app::Command::EditReplace, agent},
+    {app::Command::FileRouteMap, routing},
+    {app::Command::FileProcInst, routing},
+    {app::Command::FileOpenFolder, folderOrStore},
+    {app::Command::FolderProperties, notRoot},
+    {app::Command::ToolProperties, notRoot},
 };
 
 const QString kFavoritesText = QStringLiteral("Cannot view agents under Favorites.\r\n"
@@ -83,7 +83,7 @@ const QString kFavoritesText = QStringLiteral("Cannot view agents under Favorite
 void frmMain::setNodeCommands(int image)
 {
     for (const NodeCommand &c : kNodeCommands)
-        setEnabled(QString::fromLatin1(c.name), c.on(image));
+        setCommandEnabled(c.command, c.on(image));
     txtPreview->setLocked(!agent(image));
 }
 
@@ -97,7 +97,6 @@ void frmMain::treOutl_NodeClick(QTreeWidgetItem *node)
 {
     if (!node)
         return;
-    com::ResumeNext routine;
     const QString tag = SSTree::tag(node);
     const QString key = SSTree::key(node);
     const QString text = SSTree::text(node);
@@ -107,12 +106,12 @@ void frmMain::treOutl_NodeClick(QTreeWidgetItem *node)
     strEntryID = key == QLatin1String("root") ? QString() : key;
 
     const bool hasEntry = !strEntryID.isEmpty();
-    setEnabled(QStringLiteral("mnuFolderProperties"), hasEntry);
-    setEnabled(QStringLiteral("mnuFileOpenFolder"), hasEntry);
-    setEnabled(QStringLiteral("tbToolBar.Properties"), hasEntry);
+    setCommandEnabled(app::Command::FolderProperties, hasEntry);
+    setCommandEnabled(app::Command::FileOpenFolder, hasEntry);
+    setCommandEnabled(app::Command::ToolProperties, hasEntry);
 
-    action(QStringLiteral("mnuFolderProperties"))->setText(QStringLiteral("Propert&ies for ") + text);
-    action(QStringLiteral("tbToolBar.Properties"))->setToolTip(QStringLiteral("Properties for ") + text);
+    action(app::Command::FolderProperties)->setText(QStringLiteral("Propert&ies for ") + text);
+    action(app::Command::ToolProperties)->setToolTip(QStringLiteral("Properties for ") + text);
     setWindowTitle(text + QStringLiteral(" - Sorrelin"));
 
     if (agent(image)) {
@@ -121,8 +120,7 @@ void frmMain::treOutl_NodeClick(QTreeWidgetItem *node)
         return;
     }
 
-    const QString user = routine.value<QString>([&] { return m_program.gobjSession->CurrentUser(); });
-    const bool underFavorites = navigation::isUnderFavorites(SSTree::fullPath(node), user);
+    const bool underFavorites = navigation::isUnderFavorites(SSTree::fullPath(node), currentUser());
     switch (image) {
     case navigation::kImageFolderWithAgents:
         setPaneNotice(underFavorites ? kFavoritesText : QStringLiteral("Select an agent below this node."));
@@ -141,7 +139,7 @@ void frmMain::treOutl_NodeClick(QTreeWidgetItem *node)
         QString help = QStringLiteral("* on numeric keypad expands all nodes below selection.\r\n"
                                       "- collapses selected node.\r\n"
                                       "+ expands selected node.");
-        if (!action(QStringLiteral("mnuViewFolderTree"))->isChecked())
+        if (!action(app::Command::ViewFolderTree)->isChecked())
             help += QStringLiteral("\r\n\r\nSelect View Folder Tree command to view folders.");
         setPaneNotice(help);
         break;
@@ -162,7 +160,7 @@ void frmMain::GotoNode(const QString &strID)
         treOutl->scrollToItem(selected);
         treOutl_NodeClick(selected);
     }
-    if (!action(QStringLiteral("mnuViewFolderTree"))->isChecked())
+    if (!action(app::Command::ViewFolderTree)->isChecked())
         mnuViewFolderTree_Click();
     treOutl->setFocus();
 }
@@ -200,7 +198,7 @@ void frmMain::GoToFavorite()
     treOutl->select(node);
     treOutl->scrollToItem(node);
     treOutl_NodeClick(node);
-    if (!action(QStringLiteral("mnuViewFolderTree"))->isChecked())
+    if (!action(app::Command::ViewFolderTree)->isChecked())
         mnuViewFolderTree_Click();
     treOutl->setFocus();
 }
@@ -244,7 +242,7 @@ void frmMain::treOutl_DblClick()
     if (!selected)
         return;
     if (SSTree::image(selected) >= navigation::kImageScriptAgent) {
-        tbToolBar_ButtonClick(QStringLiteral("Open"));
+        run(app::Command::ToolOpen);
         return;
     }
     if (!strEntryID.isEmpty() || !strStoreID.isEmpty()) {
@@ -283,12 +281,11 @@ void frmMain::treOutl_MouseUp(int button, const QPoint &globalPos)
     if (button != 2)
         return;
     // The File menu without "Exit" is the tree's context menu.
-    QAction *bar7 = action(QStringLiteral("mnuFileBar7"));
-    QAction *exit = action(QStringLiteral("mnuFileExit"));
-    bar7->setVisible(false);
+    QAction *exit = action(app::Command::FileExit);
+    mnuFileBar7->setVisible(false);
     exit->setVisible(false);
     mnuFile->exec(globalPos);
-    bar7->setVisible(true);
+    mnuFileBar7->setVisible(true);
     exit->setVisible(true);
 }
 

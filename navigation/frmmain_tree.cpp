@@ -15,14 +15,18 @@
 
 using controls::SSTree;
 
+QString frmMain::currentUser() const
+{
+    try {
+        return m_program.gobjSession->CurrentUser();
+    } catch (const com::ComError &) {
+        return QString();
+    }
+}
+
 QString frmMain::StripCurrentUser(const QString &fullPath) const
 {
-    QString user;
-    try {
-        user = m_program.gobjSession->CurrentUser();
-    } catch (const com::ComError &) {
-    }
-    return navigation::stripCurrentUser(fullPath, user);
+    return navigation::stripCurrentUser(fullPath, currentUser());
 }
 
 void frmMain::RefreshFolders()
@@ -43,8 +47,8 @@ void frmMain::RefreshFolders()
     treOutl->setNodes(table.nodes);
     folderForm->treOutl->setNodesWhenNeeded(table.nodes, table.folderNodes);
     treOutl_NodeClick(treOutl->selectedItem());
-    setEnabled(QStringLiteral("mnuFileExport"), true);
-    setEnabled(QStringLiteral("mnuFileInstalledAgents"), true);
+    setCommandEnabled(app::Command::FileExport, true);
+    setCommandEnabled(app::Command::FileInstalledAgents, true);
     SetHourglass(false);
     StatBar(table.tooDeep ? store::folderLevelsText() : QStringLiteral("Ready"));
 }
@@ -52,6 +56,6 @@ void frmMain::RefreshFolders()
 void frmMain::mnuViewRefresh_Click()
 {
     RefreshFolders();
-    if (action(QStringLiteral("mnuViewPreview"))->isChecked())
+    if (action(app::Command::ViewPreview)->isChecked())
         treOutl_NodeClick(treOutl->selectedItem());
 }

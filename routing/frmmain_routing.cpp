@@ -165,7 +165,7 @@ void frmMain::DisplayProcInst()
     snapshot.reset();
     SetHourglass(false);
     const QString strFolderPath = StripCurrentUser(SSTree::fullPath(parent));
-    form->setProperty("strFolderPath", strFolderPath);
+    form->strFolderPath = strFolderPath;
     form->setWindowTitle(QStringLiteral("Messages - ") + strFolderPath);
     form->exec();
 }

@@ -105,7 +105,7 @@ void cmdTracking_click(const catalogue::ReportWindow &messages, frmMain &main)
     }
     routine.step([&] { form->setWindowTitle(QStringLiteral("Tracking - ") + objectRef(message).Subject()); });
     setTotals(*form, approve, reject);
-    form->setProperty("strFolderPath", messages.property("strFolderPath"));
+    form->strFolderPath = messages.strFolderPath;
     SetHourglass(false);
     form->exec();
 }
@@ -116,7 +116,6 @@ catalogue::ReportWindow *newFrmMessages(frmMain &main)
 {
     auto *form = new catalogue::ReportWindow(catalogue::frmMessagesSetup(), main, &main);
     SSDBGrid1_InitColumnProps(*form->SSDBGrid1);
-    form->setProperty("strFolderPath", QString());
     const auto map = [form, &main] { showMap(*form, main, true); };
     QObject::connect(form->button(QStringLiteral("cmdMap")), &QPushButton::clicked, form, map);
     QObject::connect(form->SSDBGrid1, &controls::SSDBGrid::DblClick, form, map);

@@ -22,7 +22,7 @@ QString labelText(const catalogue::ReportWindow &form, const QString &name)
 void SSDBGrid1_PrintInitialize(const catalogue::ReportWindow &form, controls::PrintInfo &info)
 {
     info.pageHeader = QLatin1Char('\t') + form.windowTitle() + QStringLiteral(" - ") +
-                      form.property("strFolderPath").toString();
+                      form.strFolderPath;
     info.pageFooter = QStringLiteral("\tApprove: ") + labelText(form, QStringLiteral("lblApprove")) +
                       QStringLiteral(" - Reject: ") + labelText(form, QStringLiteral("lblReject"));
 }
@@ -34,7 +34,6 @@ catalogue::ReportWindow *newFrmTracking(frmMain &main)
     auto *form = new catalogue::ReportWindow(catalogue::frmTrackingSetup(), main, &main);
     form->SSDBGrid1->setColumns({QStringLiteral("Recipient"), QStringLiteral("Status"), QStringLiteral("At")},
                                 {4995, 3493, 3704});
-    form->setProperty("strFolderPath", QString());
     QLabel *icon = form->addLabel(QStringLiteral("Image1"), QString(), 60, 3360, 480, 480);
     icon->setPixmap(QApplication::style()->standardIcon(QStyle::SP_MessageBoxInformation).pixmap(32, 32));
     form->addLabel(QStringLiteral("Label1"), QStringLiteral("Approve:"), 540, 3360, 735, kLabelHeight);

@@ -10,7 +10,7 @@ namespace routing {
 
 /// The vote table window with its columns set up and no rows, the totals
 /// "Approve:" and "Reject:" under the grid, and its own page: the caption
-/// and `strFolderPath` (a property of the window) at the top, the totals
+/// and the window's `strFolderPath` at the top, the totals
 /// at the bottom.
 catalogue::ReportWindow *newFrmTracking(frmMain &main);
 

@@ -42,7 +42,7 @@ void frmMain::txtPreview_KeyUp(int keyCode, int shift)
 {
     Q_UNUSED(shift);
     UpdateStatus();
-    const bool paneShown = action(QStringLiteral("mnuViewPreview"))->isChecked();
+    const bool paneShown = action(app::Command::ViewPreview)->isChecked();
     const double size = txtPreview->font().pointSizeF();
     if (keyCode == 117) // F6
         setPaneSize(txtPreview, keyDecrease(size, paneShown));
@@ -52,7 +52,7 @@ void frmMain::txtPreview_KeyUp(int keyCode, int shift)
 
 void frmMain::mnuEdit_Click()
 {
-    action(QStringLiteral("mnuEditUndo"))->setEnabled(txtPreview->canUndo());
+    action(app::Command::EditUndo)->setEnabled(txtPreview->canUndo());
 }
 
 void frmMain::mnuEditUndo_Click()
@@ -95,7 +95,7 @@ void frmMain::mnuEditTimeDate_Click()
 void frmMain::mnuViewDecrease_Click()
 {
     setPaneSize(txtPreview, menuDecrease(txtPreview->font().pointSizeF(),
-                                         action(QStringLiteral("mnuViewPreview"))->isChecked()));
+                                         action(app::Command::ViewPreview)->isChecked()));
 }
 
 void frmMain::mnuViewIncrease_Click()

@@ -121,7 +121,7 @@ void frmMain::txtPreview_GotFocus()
 {
     m_keyPreview = false;
     if (controls::SSTree::image(treOutl->selectedItem()) >= navigation::kImageScriptAgent)
-        setEnabled(QStringLiteral("tbToolBar.DateTime"), true);
+        setCommandEnabled(app::Command::ToolDateTime, true);
     UpdateStatus();
 }
 
@@ -134,6 +134,6 @@ void frmMain::txtPreview_LostFocus()
     if (blnDirty)
         mnuFileSave_Click();
     StatBar(QString());
-    setEnabled(QStringLiteral("tbToolBar.DateTime"), false);
+    setCommandEnabled(app::Command::ToolDateTime, false);
     m_keyPreview = true;
 }

@@ -15,8 +15,6 @@ namespace scripts {
 /// names them until the next input, key or click.
 class ScriptPane : public QPlainTextEdit {
     Q_OBJECT
-    Q_PROPERTY(QString vbText READ text)
-    Q_PROPERTY(bool locked READ isLocked)
 
 public:
     explicit ScriptPane(QWidget *parent = nullptr);

@@ -6,14 +6,9 @@
 #include "platform/controls/ssdbgrid.h"
 #include "platform/ui/prompter.h"
 
-#include <QApplication>
-#include <QDir>
 #include <QHeaderView>
 #include <QPainter>
 #include <QPrinter>
-#include <QPrinterInfo>
-#include <QRegularExpression>
-#include <QStandardPaths>
 
 namespace controls {
 
@@ -29,24 +24,6 @@ void drawBand(QPainter &painter, const QRectF &band, const QString &text)
     const Qt::Alignment where[] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
     for (int i = 0; i < parts.size() && i < 3; ++i)
         painter.drawText(band, where[i] | Qt::AlignVCenter, parts.at(i));
-}
-
-/// Where a print goes when the user didn't pick a printer.
-void chooseOutput(QPrinter &printer, const QString &title)
-{
-    const QString toFile = qApp->property("driverPrinter").toString();
-    if (!toFile.isEmpty()) {
-        printer.setOutputFormat(QPrinter::PdfFormat);
-        printer.setOutputFileName(toFile);
-    } else if (QPrinterInfo::defaultPrinter().isNull()) {
-        // No printer set up: a PDF file in the user's documents.
-        const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-        QDir().mkpath(folder);
-        QString name = title.trimmed().isEmpty() ? QStringLiteral("Sorrelin") : title.trimmed();
-        name.replace(QRegularExpression(QStringLiteral("[\\\\/:*?\"<>|]")), QStringLiteral(" "));
-        printer.setOutputFormat(QPrinter::PdfFormat);
-        printer.setOutputFileName(folder + QLatin1Char('/') + name + QStringLiteral(".pdf"));
-    }
 }
 
 class PageWriter {
@@ -169,7 +146,7 @@ void SSDBGrid::PrintData(int printType, bool pageSetupDialog, bool printDialog, 
     PrintInfo info;
     Q_EMIT PrintInitialize(info);
     QPrinter printer(QPrinter::HighResolution);
-    chooseOutput(printer, window()->windowTitle());
+    prompter.choosePrinter(printer, window()->windowTitle());
     printer.setPageMargins(QMarginsF(info.marginLeft, info.marginTop, info.marginRight, info.marginBottom),
                            QPageLayout::Inch);
     if (pageSetupDialog && !prompter.pageSetup(printer))

@@ -2,6 +2,7 @@
 
 #include "platform/com/comerror.h"
 #include "platform/controls/sstree.h"
+#include "platform/os/twips.h"
 
 #include <QApplication>
 #include <QFile>
@@ -14,8 +15,8 @@ namespace controls {
 
 namespace {
 
-// Twips of a column as the screen shows it: 15 to a pixel.
-constexpr int kTwipsPerPixel = 15;
+// Column widths are twips.
+using os::kTwipsPerPixel;
 constexpr int kDefaultWidth = 1440;
 // A cell's text sits in this role; what shows may differ (a tick).
 constexpr int kCellRole = Qt::UserRole + 1;

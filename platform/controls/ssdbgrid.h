@@ -76,10 +76,9 @@ public:
 
     /// Prints every row: PrintInitialize gets the settings, the dialogs are
     /// asked as the flags say (Cancel in one ends the print), then RowPrint
-    /// may rewrite each row's printed copy. Goes to the system's default
-    /// printer, to a PDF file when none is set up, or to the file that the
-    /// application's "driverPrinter" property names. Raises a ComError when
-    /// the printer can't be written.
+    /// may rewrite each row's printed copy. The prompter chooses the printer
+    /// before the dialogs. Raises a ComError when the printer can't be
+    /// written.
     void PrintData(int printType, bool pageSetupDialog, bool printDialog, ui::Prompter &prompter);
 
     /// Writes a text file: the visible columns' captions, then each row's

@@ -260,11 +260,6 @@ void SSTree::setImage(Node *node, int image)
     node->setData(0, ImageRole, image);
 }
 
-void SSTree::setTag(Node *node, const QString &tag)
-{
-    node->setData(0, TagRole, tag);
-}
-
 QString SSTree::fullPath(const Node *node)
 {
     QString path;

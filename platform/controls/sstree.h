@@ -59,7 +59,6 @@ public:
     static int image(const Node *node);
     static QString tag(const Node *node);
     void setImage(Node *node, int image);
-    static void setTag(Node *node, const QString &tag);
     /// The `Text` of every node from the top down, joined by "\".
     static QString fullPath(const Node *node);
 

@@ -15,6 +15,23 @@ namespace events {
 
 struct BindingData;
 
+/// The bits of a binding's event mask.
+enum EventBit : int16_t {
+    kEventScheduled = 1,
+    kEventNewItem = 2,
+    kEventChangedItem = 4,
+    kEventDeletedItem = 8,
+    kEventAll = 15,
+};
+
+/// The mask of an agent that runs on each event whose flag is set.
+constexpr int16_t eventMask(bool scheduled, bool newItem, bool changedItem, bool deletedItem)
+{
+    return static_cast<int16_t>((scheduled ? kEventScheduled : 0) | (newItem ? kEventNewItem : 0) |
+                                (changedItem ? kEventChangedItem : 0) |
+                                (deletedItem ? kEventDeletedItem : 0));
+}
+
 /// One event binding of a folder: which events start which handler. What is
 /// set on it stays pending until `SaveChanges`. Copies of a handle share one
 /// binding. Every write by a user who is no author on the folder's host
@@ -31,7 +48,7 @@ public:
     void setName(const QString &name);
     bool Active() const;
     void setActive(bool active);
-    /// Bits: 1 scheduled, 2 new item, 4 changed item, 8 deleted item.
+    /// The `EventBit`s the agent runs on.
     int16_t EventMask() const;
     void setEventMask(int16_t mask);
     /// The handler's class identifier in registry form, with braces.

@@ -33,8 +33,6 @@ MailWindow::MailWindow(MailItem &item) : QDialog(QApplication::activeWindow()), 
     m_body = new QPlainTextEdit(this);
     m_body->setObjectName(QStringLiteral("Body"));
     m_body->setPlainText(item.Body);
-    // The body keeps its line ends as the item gave them until the user types.
-    m_body->setProperty("vbText", item.Body);
     m_body->setMinimumSize(m_body->fontMetrics().averageCharWidth() * 60,
                            m_body->fontMetrics().height() * 10);
 
@@ -66,12 +64,14 @@ MailWindow::MailWindow(MailItem &item) : QDialog(QApplication::activeWindow()), 
 
     connect(m_to, &QLineEdit::textChanged, this, [this](const QString &t) { m_item.To = t; });
     connect(m_subject, &QLineEdit::textChanged, this, [this](const QString &t) { m_item.Subject = t; });
-    connect(m_body, &QPlainTextEdit::textChanged, this, [this] {
-        m_item.Body = m_body->toPlainText();
-        m_body->setProperty("vbText", m_item.Body);
-    });
+    connect(m_body, &QPlainTextEdit::textChanged, this, [this] { m_item.Body = m_body->toPlainText(); });
     connect(send, &QPushButton::clicked, this, &MailWindow::send);
     connect(close, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+QString MailWindow::body() const
+{
+    return m_item.Body;
 }
 
 void MailWindow::send()

@@ -21,6 +21,10 @@ class MailWindow : public QDialog {
 public:
     explicit MailWindow(MailItem &item);
 
+    /// The item's body: as the item gave it, line ends and all, until the
+    /// user types in it.
+    QString body() const;
+
 private:
     void send();
 

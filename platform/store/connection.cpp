@@ -28,6 +28,8 @@ namespace {
 const QString kSource = QStringLiteral("Sorrelin.Store");
 constexpr int kBusyStepMs = 25;
 
+std::atomic<int> g_busyWaitMs{10000};
+
 /// The stores this process has open, by canonical path. The table only
 /// observes: a connection lives as long as a Database holds it.
 QHash<QString, std::weak_ptr<Connection>> &openStores()
@@ -52,7 +54,7 @@ int onBusy(void *context, int count)
         if (connection->busyObserver)
             connection->busyObserver(true);
     }
-    if (count * kBusyStepMs >= kBusyWaitMs)
+    if (count * kBusyStepMs >= g_busyWaitMs)
         return 0;
     QThread::msleep(kBusyStepMs);
     return 1;
@@ -77,7 +79,7 @@ void setUpServerSession(QSqlDatabase &db, Connection::Access access)
 {
     // A write waits for another program's row locks as long as it would for
     // an SQLite store's lock, then gives up in words.
-    QSqlQuery(db).exec(QStringLiteral("SET lock_timeout = %1").arg(kBusyWaitMs));
+    QSqlQuery(db).exec(QStringLiteral("SET lock_timeout = %1").arg(g_busyWaitMs.load()));
     // A reader can't write by mistake.
     if (access == Connection::Access::ReadOnly)
         QSqlQuery(db).exec(QStringLiteral("SET default_transaction_read_only = on"));
@@ -106,6 +108,16 @@ com::ComError serverOpenError(const Location &location, const QString &cause)
 }
 
 } // namespace
+
+std::chrono::milliseconds busyWait()
+{
+    return std::chrono::milliseconds(g_busyWaitMs.load());
+}
+
+void setBusyWait(std::chrono::milliseconds wait)
+{
+    g_busyWaitMs = static_cast<int>(wait.count());
+}
 
 Connection::Connection(QString name, QString canonicalPath, Access access)
     : m_name(std::move(name)), m_canonicalPath(std::move(canonicalPath)), m_access(access)

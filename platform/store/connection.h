@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -91,7 +92,9 @@ private:
     std::pair<quint64, quint64> m_fileId{};
 };
 
-/// How long a write waits for another program's lock before it gives up.
-inline constexpr int kBusyWaitMs = 10000;
+/// How long a write waits for another program's lock before it gives up:
+/// ten seconds unless set otherwise (tests that meet a lock shorten it).
+std::chrono::milliseconds busyWait();
+void setBusyWait(std::chrono::milliseconds wait);
 
 } // namespace store

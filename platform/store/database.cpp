@@ -51,7 +51,7 @@ com::ComError sqlError(const QString &path, const QSqlError &e)
                            "for it; nothing was written. Try again when the other program has "
                            "finished.")
                 .arg(file)
-                .arg(kBusyWaitMs / 1000));
+                .arg(busyWait().count() / 1000));
     case kSqliteReadOnly:
         return storeError(com::err::NoAccess,
                           QStringLiteral("The store %1 is read-only; nothing was written.").arg(file));

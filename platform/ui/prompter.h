@@ -70,6 +70,10 @@ public:
     /// cancels; on OK, `printer` holds the choice.
     virtual bool pageSetup(QPrinter &printer) = 0;
     virtual bool print(QPrinter &printer) = 0;
+
+    /// Where a print goes before its dialogs: the default printer, or with
+    /// none set up a PDF file named after `title` in the user's documents.
+    virtual void choosePrinter(QPrinter &printer, const QString &title);
 };
 
 } // namespace ui

@@ -337,4 +337,14 @@ bool ScriptedPrompter::print(QPrinter &printer)
     return printDialog(QStringLiteral("print"), printer);
 }
 
+void ScriptedPrompter::choosePrinter(QPrinter &printer, const QString &title)
+{
+    if (m_printFile.isEmpty()) {
+        Prompter::choosePrinter(printer, title);
+        return;
+    }
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(m_printFile);
+}
+
 } // namespace ui

@@ -44,6 +44,9 @@ public:
     /// The profile the profile dialog takes when nothing is queued (else
     /// the one it offers).
     void setDefaultProfile(const QString &name) { m_defaultProfile = name; }
+    /// Prints go to this PDF file, or, when it is empty, where they go for
+    /// people.
+    void setPrintFile(const QString &path) { m_printFile = path; }
 
     /// The prompts since the last call, oldest first.
     QList<PromptRecord> takePrompts();
@@ -61,6 +64,7 @@ public:
     QString chooseProfile(const ProfileChoice &choice) override;
     bool pageSetup(QPrinter &printer) override;
     bool print(QPrinter &printer) override;
+    void choosePrinter(QPrinter &printer, const QString &title) override;
 
     static QString iconName(Icon icon);
     static QString buttonsName(Buttons buttons);
@@ -80,6 +84,7 @@ private:
     QList<PromptRecord> m_prompts;
     QStringList m_errors;
     QString m_defaultProfile;
+    QString m_printFile;
 };
 
 } // namespace ui

@@ -16,7 +16,8 @@ fail() {
 for f in bin/sorrelin bin/sorrelin-store bin/sorrelin-driver share/sorrelin/demo.json \
     share/sorrelin/help/contents.html share/sorrelin/help/index.html share/sorrelin/help/topic-3.html \
     share/applications/sorrelin.desktop share/icons/hicolor/16x16/apps/sorrelin.png \
-    share/icons/hicolor/48x48/apps/sorrelin.png share/icons/hicolor/256x256/apps/sorrelin.png; do
+    share/icons/hicolor/48x48/apps/sorrelin.png share/icons/hicolor/256x256/apps/sorrelin.png \
+    share/icons/hicolor/scalable/apps/sorrelin.svg; do
     [ -s "$prefix/$f" ] || fail "$f is not installed"
 done
 grep -q '^Exec=sorrelin$' "$prefix/share/applications/sorrelin.desktop" || fail "the desktop entry runs something else"

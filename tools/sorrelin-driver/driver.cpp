@@ -300,7 +300,7 @@ QJsonObject Driver::state()
         s.insert(QStringLiteral("dirty"), main->blnDirty);
         s.insert(QStringLiteral("strEntryID"), main->strEntryID);
         s.insert(QStringLiteral("strStoreID"), main->strStoreID);
-        s.insert(QStringLiteral("helpFile"), main->property("helpFile").toString());
+        s.insert(QStringLiteral("helpFile"), main->helpFile);
         s.insert(QStringLiteral("tree"), FormReader::nodes(main->treOutl));
     }
     QJsonArray prompts;
@@ -376,7 +376,7 @@ void Driver::stateCommand(const QString &)
 
 void Driver::printer(const QString &rest)
 {
-    qApp->setProperty("driverPrinter", rest.trimmed());
+    m_prompter.setPrintFile(rest.trimmed());
     reply(QJsonObject{{QStringLiteral("ok"), true}});
 }
 

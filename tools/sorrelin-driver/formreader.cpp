@@ -1,7 +1,10 @@
 #include "tools/sorrelin-driver/formreader.h"
 
+#include "app/commandaction.h"
 #include "platform/controls/ssdbgrid.h"
 #include "platform/controls/sstree.h"
+#include "platform/outlook/mailwindow.h"
+#include "scripts/scriptpane.h"
 
 #include <QAction>
 #include <QApplication>
@@ -109,16 +112,17 @@ QJsonObject describe(QObject *object)
             c.insert(QStringLiteral("visible"), a->isVisible());
             c.insert(QStringLiteral("pressed"), a->isChecked());
             c.insert(QStringLiteral("tooltip"), a->toolTip());
-            c.insert(QStringLiteral("image"), a->property("imageKey").toString());
+            const auto *button = qobject_cast<app::CommandAction *>(a);
+            c.insert(QStringLiteral("image"), button ? button->imageKey() : QString());
         } else {
             const QString text = a->text();
             c.insert(QStringLiteral("caption"),
                      a->isSeparator() ? QStringLiteral("-") : text.section(QLatin1Char('\t'), 0, 0));
             if (text.contains(QLatin1Char('\t')))
                 c.insert(QStringLiteral("shortcut"), text.section(QLatin1Char('\t'), 1));
-            const QVariant set = a->property("vbEnabled");
-            c.insert(QStringLiteral("enabled"),
-                     set.isValid() && !a->isVisible() ? set.toBool() : a->isEnabled());
+            const auto *command = qobject_cast<app::CommandAction *>(a);
+            const std::optional<bool> set = command ? command->commandEnabled() : std::nullopt;
+            c.insert(QStringLiteral("enabled"), set && !a->isVisible() ? *set : a->isEnabled());
             c.insert(QStringLiteral("visible"), a->isVisible());
             c.insert(QStringLiteral("checked"), a->isChecked());
             if (!a->shortcut().isEmpty())
@@ -154,8 +158,13 @@ QJsonObject describe(QObject *object)
         if (!edit->toolTip().isEmpty())
             c.insert(QStringLiteral("tooltip"), edit->toolTip());
     } else if (auto *plain = qobject_cast<QPlainTextEdit *>(w)) {
-        const QVariant vb = plain->property("vbText");
-        c.insert(QStringLiteral("text"), vb.isValid() ? vb.toString() : plain->toPlainText());
+        // The pane and the mail's body give back the line ends they were set with.
+        QString text = plain->toPlainText();
+        if (const auto *pane = qobject_cast<scripts::ScriptPane *>(plain))
+            text = pane->text();
+        else if (const auto *mail = qobject_cast<outlook::MailWindow *>(plain->window()))
+            text = mail->body();
+        c.insert(QStringLiteral("text"), text);
         c.insert(QStringLiteral("locked"), plain->isReadOnly());
         c.insert(QStringLiteral("font"), plain->font().family());
         c.insert(QStringLiteral("size"), plain->font().pointSizeF());

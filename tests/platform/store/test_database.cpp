@@ -85,6 +85,7 @@ private Q_SLOTS:
         const auto db = store::Database::open(path);
         QVector<bool> told;
         db->setBusyObserver([&](bool waiting) { told << waiting; });
+        store::setBusyWait(std::chrono::milliseconds(200));
         {
             // Another program holds the write lock for longer than a write waits.
             const testsupport::StoreWriteLock lock(path);

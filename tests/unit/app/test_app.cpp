@@ -1,10 +1,15 @@
 // Where the main window goes (the taskbar found from the screen and its
 // work area, the window centred in what the taskbar leaves), and the
-// settings' texts.
+// settings' texts; the main window's commands.
+#include "app/frmmain.h"
 #include "app/positionform.h"
+#include "app/program.h"
 #include "app/settingstext.h"
 #include "platform/os/screen.h"
+#include "platform/ui/scriptedprompter.h"
 
+#include <QMenu>
+#include <QToolBar>
 #include <QtTest>
 
 class TestApp : public QObject {
@@ -90,7 +95,29 @@ private Q_SLOTS:
         QFETCH(QString, expected);
         QCOMPARE(app::formatFontSize(size), expected);
     }
+
+    // Every command the program names has one action, under its own name,
+    // in a menu or on the toolbar with its picture.
+    void commands()
+    {
+        ui::ScriptedPrompter prompter;
+        app::Program program(prompter);
+        frmMain main(program);
+        const auto *toolbar = main.findChild<QToolBar *>(QStringLiteral("tbToolBar"));
+        QVERIFY(toolbar);
+        for (const app::CommandName &c : app::kCommandNames) {
+            const QString name = QString::fromLatin1(c.name);
+            QAction *a = main.action(c.command);
+            QVERIFY2(a, qPrintable(name));
+            QCOMPARE(a->objectName(), name);
+            QCOMPARE(main.findChildren<QAction *>(name).size(), 1);
+            const bool button = toolbar->actions().contains(a);
+            QCOMPARE(button, name.startsWith(QLatin1String("tbToolBar.")));
+            QVERIFY2(!button || !a->icon().isNull(), qPrintable(name));
+            QVERIFY2(button || !a->associatedObjects().isEmpty(), qPrintable(name));
+        }
+    }
 };
 
-QTEST_GUILESS_MAIN(TestApp)
+QTEST_MAIN(TestApp)
 #include "test_app.moc"
