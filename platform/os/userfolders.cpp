@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QStandardPaths>
 
 namespace os {
 
@@ -16,6 +17,13 @@ void redirectUserFolders(const QString &root)
         QDir().mkpath(path);
         qputenv(variable, QFile::encodeName(path));
     }
+}
+
+QString documentsFolder()
+{
+    // Made where it is missing, as the desktop's own user folders are.
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QDir().mkpath(documents) ? documents : QDir::homePath();
 }
 
 } // namespace os

@@ -25,6 +25,7 @@ struct CommonDialogState {
     QString initDir;
     QString defaultExt;
     int flags = 0;
+    int executableFilter = 0; ///< the filter (from 1) that lists only files the user may run; 0: none
     bool cancelError = false;
     QString fontName;
     double fontSize = 0;

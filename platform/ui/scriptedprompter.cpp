@@ -182,6 +182,8 @@ bool ScriptedPrompter::fileDialog(const QString &kind, CommonDialogState &state)
     r.extra.insert(QStringLiteral("fileName"), state.fileName);
     r.extra.insert(QStringLiteral("initDir"), state.initDir);
     r.extra.insert(QStringLiteral("flags"), state.flags);
+    if (state.executableFilter > 0)
+        r.extra.insert(QStringLiteral("executableFilter"), state.executableFilter);
     bool chosen = false;
     if (!next(r, r.answer)) {
         r.answer = kCancel;
@@ -228,6 +230,8 @@ bool ScriptedPrompter::showFont(CommonDialogState &state)
     r.extra.insert(QStringLiteral("fontBold"), state.fontBold);
     r.extra.insert(QStringLiteral("fontItalic"), state.fontItalic);
     r.extra.insert(QStringLiteral("flags"), state.flags);
+    if (state.executableFilter > 0)
+        r.extra.insert(QStringLiteral("executableFilter"), state.executableFilter);
     bool chosen = false;
     if (!next(r, r.answer)) {
         r.answer = kCancel;
