@@ -15,6 +15,8 @@
 #include <QRegularExpression>
 #include <QStandardPaths>
 
+#include <numeric>
+
 namespace controls {
 
 namespace {
@@ -31,8 +33,9 @@ void drawBand(QPainter &painter, const QRectF &band, const QString &text)
         painter.drawText(band, where[i] | Qt::AlignVCenter, parts.at(i));
 }
 
-/// Where a print goes when the user didn't pick a printer.
-void chooseOutput(QPrinter &printer, const QString &title)
+/// Where a print goes when the user didn't pick a printer: true when that
+/// is a file in the user's documents.
+bool chooseOutput(QPrinter &printer, const QString &title)
 {
     const QString toFile = qApp->property("driverPrinter").toString();
     if (!toFile.isEmpty()) {
@@ -46,7 +49,9 @@ void chooseOutput(QPrinter &printer, const QString &title)
         name.replace(QRegularExpression(QStringLiteral("[\\\\/:*?\"<>|]")), QStringLiteral(" "));
         printer.setOutputFormat(QPrinter::PdfFormat);
         printer.setOutputFileName(folder + QLatin1Char('/') + name + QStringLiteral(".pdf"));
+        return true;
     }
+    return false;
 }
 
 class PageWriter {
@@ -65,11 +70,8 @@ public:
             m_widths << grid.columnWidthTwips(c) * dpi / kTwipsPerInch;
             total += m_widths.constLast();
         }
-        const double page = printer.width();
-        if (total > page)
-            for (double &w : m_widths)
-                w *= page / total;
         m_pad = dpi / 24;
+        fitToPage(printer.width(), total);
         m_band = QFontMetricsF(m_font).height() * 2;
     }
 
@@ -95,6 +97,49 @@ public:
     }
 
 private:
+    /// Narrows the columns to the page's width where they are wider
+    /// together, but none below the longest word of its heading, so that
+    /// every heading prints whole.
+    void fitToPage(double page, double total)
+    {
+        if (total <= page)
+            return;
+        const QFontMetricsF metrics(m_headFont);
+        QList<double> least;
+        for (int c : m_columns) {
+            double word = 0;
+            for (const QString &w : m_grid.columnCaption(c).split(QLatin1Char(' '), Qt::SkipEmptyParts))
+                word = qMax(word, metrics.horizontalAdvance(w));
+            least << word + 2 * m_pad + 1;
+        }
+        // Headings too wide for the page together in this font: every column
+        // narrows alike.
+        if (std::accumulate(least.cbegin(), least.cend(), 0.0) >= page) {
+            for (double &w : m_widths)
+                w *= page / total;
+            return;
+        }
+        // Columns held at their least width give up no more; the others share the rest.
+        QList<bool> held(m_widths.size(), false);
+        for (bool again = true; again;) {
+            again = false;
+            double free = page, flexible = 0;
+            for (int i = 0; i < m_widths.size(); ++i) {
+                if (held[i])
+                    free -= least[i];
+                else
+                    flexible += m_widths[i];
+            }
+            const double scale = flexible > 0 ? qMax(0.0, free) / flexible : 1;
+            for (int i = 0; i < m_widths.size(); ++i)
+                if (!held[i] && m_widths[i] * scale < least[i])
+                    held[i] = again = true;
+            if (!again)
+                for (int i = 0; i < m_widths.size(); ++i)
+                    m_widths[i] = held[i] ? least[i] : m_widths[i] * scale;
+        }
+    }
+
     double bottom() const { return m_printer.height() - m_band; }
 
     double rowHeight(const QStringList &cells, const QFont &font) const
@@ -169,7 +214,7 @@ void SSDBGrid::PrintData(int printType, bool pageSetupDialog, bool printDialog, 
     PrintInfo info;
     Q_EMIT PrintInitialize(info);
     QPrinter printer(QPrinter::HighResolution);
-    chooseOutput(printer, window()->windowTitle());
+    const bool toDocuments = chooseOutput(printer, window()->windowTitle());
     printer.setPageMargins(QMarginsF(info.marginLeft, info.marginTop, info.marginRight, info.marginBottom),
                            QPageLayout::Inch);
     if (pageSetupDialog && !prompter.pageSetup(printer))
@@ -182,6 +227,8 @@ void SSDBGrid::PrintData(int printType, bool pageSetupDialog, bool printDialog, 
                             QStringLiteral("The printer can't be written: %1").arg(printer.outputFileName()));
     PageWriter(printer, painter, info, *this).print();
     painter.end();
+    if (toDocuments && printer.outputFormat() == QPrinter::PdfFormat)
+        Q_EMIT PrintedToFile(printer.outputFileName());
 }
 
 } // namespace controls
