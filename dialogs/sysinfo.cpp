@@ -55,11 +55,7 @@ void StartSysInfo(registry::Registry &reg, ui::Prompter &prompter)
                 throw com::ComError(53, QStringLiteral("Sorrelin"), QStringLiteral("File not found"));
             program = QLatin1Char('"') + program + QLatin1Char('"');
         }
-        // A value that names a program as it stands is that program, blanks
-        // and all; else it is a command line, with quotes around a path
-        // that holds blanks.
-        QStringList words =
-            QFileInfo(program).isFile() ? QStringList{program} : os::splitCommandLine(program);
+        QStringList words = os::splitCommandLine(program);
         if (words.isEmpty() || !QProcess::startDetached(words.takeFirst(), words))
             throw com::ComError(53, QStringLiteral("Sorrelin"), QStringLiteral("File not found"));
     } catch (const com::ComError &) {
