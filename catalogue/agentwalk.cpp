@@ -28,7 +28,8 @@ QString textField(const mapi::Message &message, uint32_t tag)
 QString quoted(const QString &text)
 {
     // A quote inside the field is doubled, as comma-separated files have it.
-    return QLatin1Char('"') + QString(text).replace(QLatin1Char('"'), QLatin1String("\"\"")) + QLatin1Char('"');
+    return QLatin1Char('"') + QString(text).replace(QLatin1Char('"'), QLatin1String("\"\"")) +
+           QLatin1Char('"');
 }
 
 } // namespace

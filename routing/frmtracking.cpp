@@ -39,7 +39,8 @@ void fitTotals(catalogue::ReportWindow &form, const std::array<QLabel *, 2> &fir
     int captionWidth = 0, height = 0;
     for (const auto &row : {first, second}) {
         captionWidth = std::max({captionWidth, row[0]->width(), row[0]->sizeHint().width()});
-        height = std::max({height, row[0]->height(), row[0]->sizeHint().height(), row[1]->sizeHint().height()});
+        height =
+            std::max({height, row[0]->height(), row[0]->sizeHint().height(), row[1]->sizeHint().height()});
     }
     int top = first[0]->y();
     for (const auto &row : {first, second}) {
@@ -62,10 +63,14 @@ catalogue::ReportWindow *newFrmTracking(frmMain &main)
     form->setProperty("strFolderPath", QString());
     QLabel *icon = form->addLabel(QStringLiteral("Image1"), QString(), 60, 3360, 480, 480);
     icon->setPixmap(QApplication::style()->standardIcon(QStyle::SP_MessageBoxInformation).pixmap(32, 32));
-    QLabel *approve = form->addLabel(QStringLiteral("Label1"), QStringLiteral("Approve:"), 540, 3360, 735, kLabelHeight);
-    QLabel *approved = form->addLabel(QStringLiteral("lblApprove"), QStringLiteral("0"), 1320, 3360, 600, kLabelHeight);
-    QLabel *reject = form->addLabel(QStringLiteral("Label2"), QStringLiteral("Reject:"), 540, 3600, 735, kLabelHeight);
-    QLabel *rejected = form->addLabel(QStringLiteral("lblReject"), QStringLiteral("0"), 1320, 3600, 600, kLabelHeight);
+    QLabel *approve =
+        form->addLabel(QStringLiteral("Label1"), QStringLiteral("Approve:"), 540, 3360, 735, kLabelHeight);
+    QLabel *approved =
+        form->addLabel(QStringLiteral("lblApprove"), QStringLiteral("0"), 1320, 3360, 600, kLabelHeight);
+    QLabel *reject =
+        form->addLabel(QStringLiteral("Label2"), QStringLiteral("Reject:"), 540, 3600, 735, kLabelHeight);
+    QLabel *rejected =
+        form->addLabel(QStringLiteral("lblReject"), QStringLiteral("0"), 1320, 3600, 600, kLabelHeight);
     fitTotals(*form, {approve, approved}, {reject, rejected});
     QObject::connect(form, &catalogue::ReportWindow::printInitialized, form,
                      [form](controls::PrintInfo &info) { SSDBGrid1_PrintInitialize(*form, info); });

@@ -46,7 +46,8 @@ QString helpFolder()
 QList<HelpPage> helpPages()
 {
     QList<HelpPage> pages;
-    const QStringList files = QDir(helpFolder()).entryList({QStringLiteral("*.html")}, QDir::Files, QDir::Name);
+    const QStringList files =
+        QDir(helpFolder()).entryList({QStringLiteral("*.html")}, QDir::Files, QDir::Name);
     for (const QString &file : files) {
         QTextDocument doc;
         doc.setHtml(readHelpFile(file));

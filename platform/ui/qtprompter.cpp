@@ -68,7 +68,8 @@ protected:
     {
         if (!m_on)
             return true;
-        const QFileInfo file(sourceModel()->index(row, 0, parent).data(QFileSystemModel::FilePathRole).toString());
+        const QFileInfo file(
+            sourceModel()->index(row, 0, parent).data(QFileSystemModel::FilePathRole).toString());
         return file.isDir() || file.isExecutable();
     }
 

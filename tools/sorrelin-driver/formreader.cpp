@@ -281,8 +281,9 @@ QJsonArray FormReader::clipped(QWidget *form)
         if (!isControlName(w->objectName()) || w->window() != form || !w->isVisibleTo(form))
             continue;
         // A label of one line narrower than its text shows the text cut.
-        if (const auto *label = qobject_cast<QLabel *>(w);
-            label && !label->wordWrap() && !label->text().isEmpty() && label->sizeHint().width() > label->width()) {
+        if (const auto *label = qobject_cast<QLabel *>(w); label && !label->wordWrap() &&
+                                                           !label->text().isEmpty() &&
+                                                           label->sizeHint().width() > label->width()) {
             names.append(w->objectName());
             continue;
         }

@@ -49,10 +49,7 @@ class TestHelpViewer : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup()
-    {
-        delete os::HelpViewer::instance();
-    }
+    void cleanup() { delete os::HelpViewer::instance(); }
 
     void indexEntry_data()
     {
