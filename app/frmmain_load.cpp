@@ -10,6 +10,7 @@
 #include "platform/events/events.h"
 #include "platform/mapi/session.h"
 #include "platform/os/helpviewer.h"
+#include "platform/os/userfolders.h"
 #include "platform/outlook/application.h"
 #include "scripts/scriptpane.h"
 
@@ -91,7 +92,7 @@ bool frmMain::Form_Load()
         p.gstrSaveChangesMode = QStringLiteral("prompt");
         p.gstrDefaultEditor = QStringLiteral("Notepad");
         p.gstrOtherPath = QStringLiteral("n/a");
-        p.gstrLocationPath = app::appPath();
+        p.gstrLocationPath = os::documentsFolder();
         SaveRegSettings();
     }
 
@@ -113,7 +114,7 @@ bool frmMain::Form_Load()
     p.gvarPrintDialogs =
         basRegistry::QueryValue(registry::HKEY_CURRENT_USER, kSettingsKey, QStringLiteral("PrintDialogs"));
     if (p.gstrLocationPath.isEmpty())
-        p.gstrLocationPath = app::appPath();
+        p.gstrLocationPath = os::documentsFolder();
 
     // The views, each restored from its yes-or-no value.
     const bool folders = app::isYes(readSetting(QStringLiteral("ViewFolders")));
@@ -177,7 +178,7 @@ void frmMain::SaveRegSettings()
     write(QStringLiteral("DefaultEditor"), p.gstrDefaultEditor);
     write(QStringLiteral("OtherPath"), p.gstrOtherPath);
     if (p.gstrLocationPath.isEmpty())
-        p.gstrLocationPath = app::appPath();
+        p.gstrLocationPath = os::documentsFolder();
     write(QStringLiteral("LocationPath"), p.gstrLocationPath);
     if (routine.failed())
         prompter().msgBox(

@@ -14,7 +14,8 @@ void exportAgentList(frmMain &main, const QString &fileName, const QString &stat
         throw com::ComError(com::err::PathNotFound, QStringLiteral("Sorrelin"),
                             QStringLiteral("Path not found: %1 (%2)").arg(fileName, file.errorString()));
     const auto write = [&file](const QString &line) {
-        const QByteArray bytes = line.toLatin1();
+        // UTF-8, which is what the spreadsheet programs read: names keep every letter.
+        const QByteArray bytes = line.toUtf8();
         if (file.write(bytes) != bytes.size())
             throw com::ComError(com::err::FileAccess, QStringLiteral("Sorrelin"),
                                 QStringLiteral("Path/File access error: %1").arg(file.errorString()));

@@ -6,7 +6,7 @@ class frmMain;
 
 namespace catalogue {
 
-/// Writes the agent list to a comma-separated file, replacing one that is
+/// Writes the agent list to a comma-separated file in UTF-8, replacing one that is
 /// there: the header, then a line for each agent of the main window's tree
 /// as the walk finds it. Raises the first failure, the file's or the walk's;
 /// what was written until then stays in the file. `status` is the status

@@ -28,7 +28,9 @@ QString textField(const mapi::Message &message, uint32_t tag)
 
 QString quoted(const QString &text)
 {
-    return QLatin1Char('"') + text + QLatin1Char('"');
+    // A quote inside the field is doubled, as comma-separated files have it.
+    return QLatin1Char('"') + QString(text).replace(QLatin1Char('"'), QLatin1String("\"\"")) +
+           QLatin1Char('"');
 }
 
 /// The walk borrows the main window's current object: however it ends, the

@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QDateTime>
+#include <QDir>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
@@ -60,6 +61,10 @@ ReportWindow::ReportWindow(const ReportSetup &setup, frmMain &main, QWidget *par
     SSDBGrid1->setHeadFontSize(8);
     connect(SSDBGrid1, &controls::SSDBGrid::PrintInitialize, this, &ReportWindow::SSDBGrid1_PrintInitialize);
     connect(SSDBGrid1, &controls::SSDBGrid::KeyUp, this, &ReportWindow::SSDBGrid1_KeyUp);
+    // A print that went to a file instead of paper says where.
+    connect(SSDBGrid1, &controls::SSDBGrid::PrintedToFile, this, [this](const QString &file) {
+        m_main.StatBar(QStringLiteral("Printed to ") + QDir::toNativeSeparators(file));
+    });
 
     for (const ReportButton &b : setup.buttons) {
         auto *button = new QPushButton(b.caption, this);

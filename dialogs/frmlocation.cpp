@@ -46,7 +46,7 @@ void frmLocation::Drive1_Change()
 
 void frmLocation::cmdOK_Click()
 {
-    m_target.setText(Dir1->Path().toLower());
+    m_target.setText(Dir1->Path());
     accept();
 }
 

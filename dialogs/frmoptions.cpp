@@ -7,6 +7,7 @@
 #include "platform/com/routine.h"
 #include "platform/controls/folderlists.h"
 #include "platform/controls/sscombo.h"
+#include "platform/os/userfolders.h"
 
 #include <QBoxLayout>
 #include <QCheckBox>
@@ -134,7 +135,10 @@ void frmOptions::Form_Load()
             cmbEditor->addItem(QString::fromLatin1(name));
     });
     routine.step([&] {
-        // A name that isn't in the list shows no entry.
+        // A name that isn't in the list (set by hand, or by another version)
+        // shows as it stands, as one more entry, so that OK keeps it.
+        if (!p.gstrDefaultEditor.isEmpty() && cmbEditor->findText(p.gstrDefaultEditor) < 0)
+            cmbEditor->addItem(p.gstrDefaultEditor);
         cmbEditor->setCurrentIndex(cmbEditor->findText(p.gstrDefaultEditor));
     });
     routine.step([&] {
@@ -142,8 +146,8 @@ void frmOptions::Form_Load()
             txtOther->setText(p.gstrOtherPath);
     });
     routine.step([&] {
-        txtLocation->setText(p.gstrLocationPath.isEmpty() ? app::appPath().toLower()
-                                                          : p.gstrLocationPath.toLower());
+        // Folder names keep their case: the file system tells them apart by it.
+        txtLocation->setText(p.gstrLocationPath.isEmpty() ? os::documentsFolder() : p.gstrLocationPath);
     });
     routine.step([&] { chkPrintDialogs->setChecked(p.gvarPrintDialogs.toString() == QLatin1String("yes")); });
     routine.step([&] {
@@ -172,19 +176,23 @@ void frmOptions::cmdFind_Click()
     com::ResumeNext routine;
     routine.step([&] {
         dialog.dialogTitle = QStringLiteral("Select Other Script Editor");
-        dialog.filter = QStringLiteral("Executable Files (*.exe)|*.exe");
+        // Programs have no name ending of their own here: the first filter
+        // lists the files that may be run, the second every file.
+        dialog.filter = QStringLiteral("Executable Files|*|All Files (*.*)|*.*");
         dialog.filterIndex = 1;
+        dialog.executableFilter = 1;
         dialog.flags = 4100;
         dialog.cancelError = true;
         if (m_main.prompter().showOpen(dialog))
             txtOther->setText(dialog.fileName);
     });
+    routine.step([&] { dialog.executableFilter = 0; }); // the next dialog lists every file again
 }
 
 void frmOptions::cmdModify_Click()
 {
     frmLocation form(*txtLocation, this);
-    const QString path = txtLocation->text().isEmpty() ? app::appPath() : txtLocation->text();
+    const QString path = txtLocation->text().isEmpty() ? os::documentsFolder() : txtLocation->text();
     com::ResumeNext routine;
     routine.step([&] { form.Drive1->setDrive(path); });
     routine.step([&] { form.Dir1->setPath(path); });

@@ -7,6 +7,9 @@
 #include <QLabel>
 #include <QStyle>
 
+#include <algorithm>
+#include <array>
+
 namespace routing {
 
 namespace {
@@ -27,6 +30,29 @@ void SSDBGrid1_PrintInitialize(const catalogue::ReportWindow &form, controls::Pr
                       QStringLiteral(" - Reject: ") + labelText(form, QStringLiteral("lblReject"));
 }
 
+/// The totals' captions and numbers as wide and high as their text in the
+/// desktop's font, in two rows below the grid, and the window high enough
+/// for them and the icon: no text is cut, whatever the font's size.
+void fitTotals(catalogue::ReportWindow &form, const std::array<QLabel *, 2> &first,
+               const std::array<QLabel *, 2> &second)
+{
+    int captionWidth = 0, height = 0;
+    for (const auto &row : {first, second}) {
+        captionWidth = std::max({captionWidth, row[0]->width(), row[0]->sizeHint().width()});
+        height =
+            std::max({height, row[0]->height(), row[0]->sizeHint().height(), row[1]->sizeHint().height()});
+    }
+    int top = first[0]->y();
+    for (const auto &row : {first, second}) {
+        row[0]->setGeometry(row[0]->x(), top, captionWidth, height);
+        const int numberLeft = qMax(row[1]->x(), row[0]->geometry().right() + 4);
+        row[1]->setGeometry(numberLeft, top, qMax(row[1]->width(), row[1]->sizeHint().width()), height);
+        top += height;
+    }
+    const QRect all = form.childrenRect();
+    form.setFixedSize(form.size().expandedTo(QSize(all.right() + 1, all.bottom() + 1)));
+}
+
 } // namespace
 
 catalogue::ReportWindow *newFrmTracking(frmMain &main)
@@ -36,10 +62,15 @@ catalogue::ReportWindow *newFrmTracking(frmMain &main)
                                 {4995, 3493, 3704});
     QLabel *icon = form->addLabel(QStringLiteral("Image1"), QString(), 60, 3360, 480, 480);
     icon->setPixmap(QApplication::style()->standardIcon(QStyle::SP_MessageBoxInformation).pixmap(32, 32));
-    form->addLabel(QStringLiteral("Label1"), QStringLiteral("Approve:"), 540, 3360, 735, kLabelHeight);
-    form->addLabel(QStringLiteral("lblApprove"), QStringLiteral("0"), 1320, 3360, 600, kLabelHeight);
-    form->addLabel(QStringLiteral("Label2"), QStringLiteral("Reject:"), 540, 3600, 735, kLabelHeight);
-    form->addLabel(QStringLiteral("lblReject"), QStringLiteral("0"), 1320, 3600, 600, kLabelHeight);
+    QLabel *approve =
+        form->addLabel(QStringLiteral("Label1"), QStringLiteral("Approve:"), 540, 3360, 735, kLabelHeight);
+    QLabel *approved =
+        form->addLabel(QStringLiteral("lblApprove"), QStringLiteral("0"), 1320, 3360, 600, kLabelHeight);
+    QLabel *reject =
+        form->addLabel(QStringLiteral("Label2"), QStringLiteral("Reject:"), 540, 3600, 735, kLabelHeight);
+    QLabel *rejected =
+        form->addLabel(QStringLiteral("lblReject"), QStringLiteral("0"), 1320, 3600, 600, kLabelHeight);
+    fitTotals(*form, {approve, approved}, {reject, rejected});
     QObject::connect(form, &catalogue::ReportWindow::printInitialized, form,
                      [form](controls::PrintInfo &info) { SSDBGrid1_PrintInitialize(*form, info); });
     return form;

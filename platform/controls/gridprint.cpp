@@ -10,6 +10,8 @@
 #include <QPainter>
 #include <QPrinter>
 
+#include <numeric>
+
 namespace controls {
 
 namespace {
@@ -42,11 +44,8 @@ public:
             m_widths << grid.columnWidthTwips(c) * dpi / kTwipsPerInch;
             total += m_widths.constLast();
         }
-        const double page = printer.width();
-        if (total > page)
-            for (double &w : m_widths)
-                w *= page / total;
         m_pad = dpi / 24;
+        fitToPage(printer.width(), total);
         m_band = QFontMetricsF(m_font).height() * 2;
     }
 
@@ -72,6 +71,49 @@ public:
     }
 
 private:
+    /// Narrows the columns to the page's width where they are wider
+    /// together, but none below the longest word of its heading, so that
+    /// every heading prints whole.
+    void fitToPage(double page, double total)
+    {
+        if (total <= page)
+            return;
+        const QFontMetricsF metrics(m_headFont);
+        QList<double> least;
+        for (int c : m_columns) {
+            double word = 0;
+            for (const QString &w : m_grid.columnCaption(c).split(QLatin1Char(' '), Qt::SkipEmptyParts))
+                word = qMax(word, metrics.horizontalAdvance(w));
+            least << word + 2 * m_pad + 1;
+        }
+        // Headings too wide for the page together in this font: every column
+        // narrows alike.
+        if (std::accumulate(least.cbegin(), least.cend(), 0.0) >= page) {
+            for (double &w : m_widths)
+                w *= page / total;
+            return;
+        }
+        // Columns held at their least width give up no more; the others share the rest.
+        QList<bool> held(m_widths.size(), false);
+        for (bool again = true; again;) {
+            again = false;
+            double free = page, flexible = 0;
+            for (int i = 0; i < m_widths.size(); ++i) {
+                if (held[i])
+                    free -= least[i];
+                else
+                    flexible += m_widths[i];
+            }
+            const double scale = flexible > 0 ? qMax(0.0, free) / flexible : 1;
+            for (int i = 0; i < m_widths.size(); ++i)
+                if (!held[i] && m_widths[i] * scale < least[i])
+                    held[i] = again = true;
+            if (!again)
+                for (int i = 0; i < m_widths.size(); ++i)
+                    m_widths[i] = held[i] ? least[i] : m_widths[i] * scale;
+        }
+    }
+
     double bottom() const { return m_printer.height() - m_band; }
 
     double rowHeight(const QStringList &cells, const QFont &font) const
@@ -146,7 +188,7 @@ void SSDBGrid::PrintData(int printType, bool pageSetupDialog, bool printDialog, 
     PrintInfo info;
     Q_EMIT PrintInitialize(info);
     QPrinter printer(QPrinter::HighResolution);
-    prompter.choosePrinter(printer, window()->windowTitle());
+    const bool toDocuments = prompter.choosePrinter(printer, window()->windowTitle());
     printer.setPageMargins(QMarginsF(info.marginLeft, info.marginTop, info.marginRight, info.marginBottom),
                            QPageLayout::Inch);
     if (pageSetupDialog && !prompter.pageSetup(printer))
@@ -159,6 +201,8 @@ void SSDBGrid::PrintData(int printType, bool pageSetupDialog, bool printDialog, 
                             QStringLiteral("The printer can't be written: %1").arg(printer.outputFileName()));
     PageWriter(printer, painter, info, *this).print();
     painter.end();
+    if (toDocuments && printer.outputFormat() == QPrinter::PdfFormat)
+        Q_EMIT PrintedToFile(printer.outputFileName());
 }
 
 } // namespace controls

@@ -90,6 +90,8 @@ Q_SIGNALS:
     void PrintInitialize(controls::PrintInfo &info);
     /// `cells` is the printed copy of the row, which a handler may rewrite.
     void RowPrint(int bookmark, int pageNumber, QStringList &cells);
+    /// A print went to a file of the program's choosing (no printer is set up).
+    void PrintedToFile(const QString &fileName);
     void KeyUp(int keyCode, int shift);
     /// A double click of the left button anywhere in the grid.
     void DblClick();

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QStandardPaths>
 
 namespace os {
 
@@ -21,6 +22,13 @@ void redirectUserFolders(const QString &root)
                                   QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
         qputenv(variable, QFile::encodeName(path));
     }
+}
+
+QString documentsFolder()
+{
+    // Made where it is missing, as the desktop's own user folders are.
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QDir().mkpath(documents) ? documents : QDir::homePath();
 }
 
 } // namespace os

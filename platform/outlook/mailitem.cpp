@@ -50,6 +50,11 @@ QString attachmentNameField(int n)
     return QStringLiteral("Attachment%1.Name").arg(n);
 }
 
+QString attachmentFileNameField(int n)
+{
+    return QStringLiteral("Attachment%1.FileName").arg(n);
+}
+
 QString attachmentDataField(int n)
 {
     return QStringLiteral("Attachment%1.Data").arg(n);
@@ -62,7 +67,7 @@ void Attachments::Add(const QString &source, int type, int position, const QStri
         throw com::ComError(com::err::CallFailed, kSource,
                             QStringLiteral("Cannot find this file: %1").arg(source));
     const QString name = displayName.isEmpty() ? QFileInfo(source).fileName() : displayName;
-    m_items.insert(qBound(0, position - 1, Count()), Attachment{source, name});
+    m_items.insert(qBound(0, position - 1, Count()), Attachment{source, name, QFileInfo(source).fileName()});
 }
 
 MailItem::MailItem(mapi::StatePtr state) : m_state(std::move(state)) {}
@@ -110,7 +115,9 @@ void MailItem::Send()
         field(tagName(PR_DISPLAY_TO), To.toLatin1());
         field(tagName(PR_BODY), Body.toLatin1());
         for (int i = 0; i < data.size(); ++i) {
-            field(attachmentNameField(i + 1), m_attachments.items().at(i).displayName.toLatin1());
+            const Attachment &a = m_attachments.items().at(i);
+            field(attachmentNameField(i + 1), a.displayName.toLatin1());
+            field(attachmentFileNameField(i + 1), a.fileName.toLatin1());
             field(attachmentDataField(i + 1), data.at(i));
         }
     });

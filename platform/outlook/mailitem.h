@@ -7,10 +7,12 @@
 
 namespace outlook {
 
-/// One attachment: the file it was made from and the name it shows.
+/// One attachment: the file it was made from, the name it shows, and the
+/// file name it goes out with (the source's, ending and all).
 struct Attachment {
     QString path;
     QString displayName;
+    QString fileName;
 };
 
 /// A mail item's attachments, in the order they were added.
@@ -54,6 +56,7 @@ inline constexpr uint32_t PR_DISPLAY_TO = 0x0E04001E;
 inline constexpr uint32_t PR_BODY = 0x1000001E;
 /// The names of an attachment's fields on a sent item; `n` counts from 1.
 QString attachmentNameField(int n);
+QString attachmentFileNameField(int n);
 QString attachmentDataField(int n);
 
 } // namespace outlook

@@ -25,6 +25,7 @@ struct CommonDialogState {
     QString initDir;
     QString defaultExt;
     int flags = 0;
+    int executableFilter = 0; ///< the filter (from 1) that lists only files the user may run; 0: none
     bool cancelError = false;
     QString fontName;
     double fontSize = 0;
@@ -72,8 +73,9 @@ public:
     virtual bool print(QPrinter &printer) = 0;
 
     /// Where a print goes before its dialogs: the default printer, or with
-    /// none set up a PDF file named after `title` in the user's documents.
-    virtual void choosePrinter(QPrinter &printer, const QString &title);
+    /// none set up a PDF file named after `title` in the user's documents;
+    /// true in that last case, so that the caller can say where it went.
+    virtual bool choosePrinter(QPrinter &printer, const QString &title);
 };
 
 } // namespace ui

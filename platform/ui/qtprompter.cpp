@@ -7,11 +7,13 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QFileSystemModel>
 #include <QFontDialog>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QPageSetupDialog>
 #include <QPrintDialog>
+#include <QSortFilterProxyModel>
 
 namespace ui {
 
@@ -50,6 +52,31 @@ QList<QMessageBox::StandardButton> qtButtons(Buttons buttons)
     return {QMessageBox::Ok};
 }
 
+/// Lists, while it is on, only the folders and the files that may be run.
+class RunnableFiles : public QSortFilterProxyModel {
+public:
+    using QSortFilterProxyModel::QSortFilterProxyModel;
+
+    void setOn(bool on)
+    {
+        m_on = on;
+        invalidateRowsFilter();
+    }
+
+protected:
+    bool filterAcceptsRow(int row, const QModelIndex &parent) const override
+    {
+        if (!m_on)
+            return true;
+        const QFileInfo file(
+            sourceModel()->index(row, 0, parent).data(QFileSystemModel::FilePathRole).toString());
+        return file.isDir() || file.isExecutable();
+    }
+
+private:
+    bool m_on = false;
+};
+
 bool fileDialog(CommonDialogState &state, QFileDialog::AcceptMode mode)
 {
     QFileDialog dialog(QApplication::activeWindow(), state.dialogTitle, state.initDir);
@@ -69,6 +96,15 @@ bool fileDialog(CommonDialogState &state, QFileDialog::AcceptMode mode)
         dialog.setNameFilters(filters);
         dialog.selectNameFilter(
             filters.value(qBound(1, state.filterIndex, static_cast<int>(filters.size())) - 1));
+    }
+    if (state.executableFilter > 0) {
+        auto *runnable = new RunnableFiles(&dialog);
+        dialog.setProxyModel(runnable);
+        const auto follow = [runnable, filters, &state](const QString &nameFilter) {
+            runnable->setOn(filterIndexOf(filters, nameFilter) == state.executableFilter);
+        };
+        QObject::connect(&dialog, &QFileDialog::filterSelected, runnable, follow);
+        follow(dialog.selectedNameFilter());
     }
     if (!state.fileName.isEmpty())
         dialog.selectFile(state.fileName);

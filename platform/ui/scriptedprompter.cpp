@@ -182,6 +182,8 @@ bool ScriptedPrompter::fileDialog(const QString &kind, CommonDialogState &state)
     r.extra.insert(QStringLiteral("fileName"), state.fileName);
     r.extra.insert(QStringLiteral("initDir"), state.initDir);
     r.extra.insert(QStringLiteral("flags"), state.flags);
+    if (state.executableFilter > 0)
+        r.extra.insert(QStringLiteral("executableFilter"), state.executableFilter);
     bool chosen = false;
     if (!next(r, r.answer)) {
         r.answer = kCancel;
@@ -228,6 +230,8 @@ bool ScriptedPrompter::showFont(CommonDialogState &state)
     r.extra.insert(QStringLiteral("fontBold"), state.fontBold);
     r.extra.insert(QStringLiteral("fontItalic"), state.fontItalic);
     r.extra.insert(QStringLiteral("flags"), state.flags);
+    if (state.executableFilter > 0)
+        r.extra.insert(QStringLiteral("executableFilter"), state.executableFilter);
     bool chosen = false;
     if (!next(r, r.answer)) {
         r.answer = kCancel;
@@ -337,14 +341,13 @@ bool ScriptedPrompter::print(QPrinter &printer)
     return printDialog(QStringLiteral("print"), printer);
 }
 
-void ScriptedPrompter::choosePrinter(QPrinter &printer, const QString &title)
+bool ScriptedPrompter::choosePrinter(QPrinter &printer, const QString &title)
 {
-    if (m_printFile.isEmpty()) {
-        Prompter::choosePrinter(printer, title);
-        return;
-    }
+    if (m_printFile.isEmpty())
+        return Prompter::choosePrinter(printer, title);
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setOutputFileName(m_printFile);
+    return false;
 }
 
 } // namespace ui

@@ -64,7 +64,7 @@ public:
     QString chooseProfile(const ProfileChoice &choice) override;
     bool pageSetup(QPrinter &printer) override;
     bool print(QPrinter &printer) override;
-    void choosePrinter(QPrinter &printer, const QString &title) override;
+    bool choosePrinter(QPrinter &printer, const QString &title) override;
 
     static QString iconName(Icon icon);
     static QString buttonsName(Buttons buttons);

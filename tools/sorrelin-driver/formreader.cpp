@@ -289,6 +289,13 @@ QJsonArray FormReader::clipped(QWidget *form)
     for (QWidget *w : form->findChildren<QWidget *>()) {
         if (!isControlName(w->objectName()) || w->window() != form || !w->isVisibleTo(form))
             continue;
+        // A label of one line narrower than its text shows the text cut.
+        if (const auto *label = qobject_cast<QLabel *>(w); label && !label->wordWrap() &&
+                                                           !label->text().isEmpty() &&
+                                                           label->sizeHint().width() > label->width()) {
+            names.append(w->objectName());
+            continue;
+        }
         // Whole only when no container above it, the window included, cuts
         // any of it off.
         const QRect own(w->mapTo(form, QPoint(0, 0)), w->size());

@@ -65,6 +65,10 @@ QString modalInFront(const QWidget *widget)
     const QWidget *modal = QApplication::activeModalWidget();
     if (!modal || !widget)
         return QString();
+    // A window that stands beside the modal one (its transient) is not behind it.
+    if (modal->windowHandle() && widget->window()->windowHandle() &&
+        modal->windowHandle()->isAncestorOf(widget->window()->windowHandle(), QWindow::IncludeTransients))
+        return QString();
     for (const QWidget *w = widget->window(); w;
          w = w->parentWidget() ? w->parentWidget()->window() : nullptr)
         if (w == modal)

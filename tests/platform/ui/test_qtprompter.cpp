@@ -3,11 +3,13 @@
 #include "platform/ui/qtprompter.h"
 #include "tests/support/testenv.h"
 
+#include <QComboBox>
 #include <QFileDialog>
 #include <QFontDialog>
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPrinter>
@@ -202,6 +204,49 @@ private Q_SLOTS:
         QCOMPARE(state.fileName, QDir::toNativeSeparators(dir + u"/Saved Agent.vbs"_s));
         QCOMPARE(state.fileTitle, u"Saved Agent.vbs"_s);
         QCOMPARE(state.filterIndex, chosenFilter);
+    }
+
+    void executableFilter()
+    {
+        // The first filter lists the folders and the programs, the second every file.
+        const QString dir = m_home.file(u"programs"_s);
+        QVERIFY(QDir().mkpath(dir + u"/sub"_s));
+        for (const auto &[name, permissions] :
+             {std::pair{u"run"_s, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner},
+              std::pair{u"notes.txt"_s, QFile::ReadOwner | QFile::WriteOwner}}) {
+            QFile file(dir + u'/' + name);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.close();
+            QVERIFY(file.setPermissions(permissions));
+        }
+        ui::CommonDialogState state;
+        state.filter = u"Executable Files|*|All Files (*.*)|*.*"_s;
+        state.filterIndex = 1;
+        state.executableFilter = 1;
+        state.initDir = dir;
+        state.flags = 4100;
+        QStringList programs, all;
+        const auto listed = [](QFileDialog *dialog) {
+            auto *view = dialog->findChild<QListView *>(u"listView"_s);
+            QStringList names;
+            for (int r = 0; r < view->model()->rowCount(view->rootIndex()); ++r)
+                names << view->model()->index(r, 0, view->rootIndex()).data().toString();
+            names.sort();
+            return names;
+        };
+        const auto ran = whenShown<QFileDialog>([&](QFileDialog *dialog) {
+            QTRY_COMPARE_WITH_TIMEOUT(listed(dialog).size(), 2, 5000);
+            programs = listed(dialog);
+            // The user picks the second filter in the list.
+            QTest::keyClick(dialog->findChild<QComboBox *>(u"fileTypeCombo"_s), Qt::Key_Down);
+            QTRY_COMPARE_WITH_TIMEOUT(listed(dialog).size(), 3, 5000);
+            all = listed(dialog);
+            dialog->reject();
+        });
+        QVERIFY(!m_prompter.showOpen(state));
+        QVERIFY(*ran);
+        QCOMPARE(programs, (QStringList{u"run"_s, u"sub"_s}));
+        QCOMPARE(all, (QStringList{u"notes.txt"_s, u"run"_s, u"sub"_s}));
     }
 
     void fontDialog()

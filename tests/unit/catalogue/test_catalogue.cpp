@@ -34,7 +34,7 @@ private Q_SLOTS:
         QCOMPARE(cells.at(12), u"ID"_s);
     }
 
-    void quotesGoOutAsTheyAre()
+    void quotesInsideAreDoubled()
     {
         catalogue::AgentFacts a;
         a.name = u"Auto \"Reply\""_s;
@@ -50,9 +50,9 @@ private Q_SLOTS:
         QCOMPARE(catalogue::listRow(a),
                  u"Auto \"Reply\"\t\\Mailbox\\Inbox\tEXCH01\tScript Handler\t2 Jan 2026 03:04:05"
                  "\tAlice\t4 Mar 2026 05:06:07\tBob\t0\t0\t-1\t-1\tABC"_s);
-        // Quotes inside a text go out as they are; "Server" twice; no entry id.
+        // A quote inside a text is doubled; "Server" twice; no entry id.
         QCOMPARE(catalogue::exportLine(a),
-                 u"\"Auto \"Reply\"\",\"\\Mailbox\\Inbox\",\"EXCH01\",\"2 Jan 2026 03:04:05\","
+                 u"\"Auto \"\"Reply\"\"\",\"\\Mailbox\\Inbox\",\"EXCH01\",\"2 Jan 2026 03:04:05\","
                  "\"Alice\",\"4 Mar 2026 05:06:07\",\"Bob\",\"EXCH01\",\"Script Handler\","
                  "0,0,-1,-1\r\n"_s);
     }

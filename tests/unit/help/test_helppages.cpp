@@ -62,6 +62,10 @@ private Q_SLOTS:
         const QString text = readPage(page);
         QVERIFY(!text.isEmpty());
         QVERIFY2(text.contains("<title>"_L1), "every page has a title");
+        // A picture between paragraphs would split the text around it.
+        static const QRegularExpression picture(u"(.{0,19})<img "_s);
+        for (auto it = picture.globalMatch(text); it.hasNext();)
+            QCOMPARE(it.next().captured(1), u"<p class=\"picture\">"_s);
         for (const QString &target : targets(text)) {
             const QString file = target.section(QLatin1Char('#'), 0, 0);
             const QString anchor = target.section(QLatin1Char('#'), 1);
