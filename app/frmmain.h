@@ -1,5 +1,6 @@
 #pragma once
 
+#include "agents/changeguard.h"
 #include "platform/ui/prompter.h"
 
 #include <QMainWindow>
@@ -213,4 +214,6 @@ private:
     QMenu *mnuHelp = nullptr;
     bool m_keyPreview = false;
     bool m_unloaded = false;
+    /// The change of the agent whose script the pane shows, as loaded.
+    agents::LoadedChange m_loadedScript;
 };

@@ -20,10 +20,13 @@ bool frmMain::GetScript()
     StatBar(QStringLiteral("Retrieving script"), true);
     bool ok = false;
     try {
+        // The change first: a write between the two reads is asked about later.
+        const agents::LoadedChange change = agents::loadChange(*m_program.gobjSession, strEntryID);
         mapi::Message message = m_program.gobjSession->GetMessage(strEntryID, strStoreID);
         const QByteArray script = message.Fields(mapi::PR_SCRIPT).Value().toByteArray();
         txtPreview->setText(scripts::scriptToPane(script));
         blnDirty = false;
+        m_loadedScript = change;
         ok = true;
     } catch (const com::ComError &) {
         // The pane keeps what it showed; nothing is reported.
@@ -79,10 +82,17 @@ void frmMain::mnuFileSave_Click()
             }
             binding->PrepareCustomChanges();
             message.Fields(mapi::PR_SCRIPT).setValue(scripts::paneToScript(txtPreview->text()));
-            const auto transaction = m_program.gobjSession->BeginTransaction();
+            if (m_loadedScript.entryId != strEntryID)
+                m_loadedScript = agents::loadChange(*m_program.gobjSession, strEntryID);
+            const auto transaction =
+                agents::beginGuardedWrite(*m_program.gobjSession, prompter(), m_loadedScript, message.Subject());
+            if (!transaction) {
+                SetHourglass(false);
+                return;
+            }
             message.Update();
             binding->SaveCustomChanges(message);
-            transaction->commit();
+            agents::commitGuardedWrite(*m_program.gobjSession, *transaction, m_loadedScript);
             blnDirty = false;
             SetHourglass(false);
         },

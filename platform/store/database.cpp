@@ -1,5 +1,7 @@
 #include "platform/store/database.h"
 
+#include "platform/store/agentchanges.h"
+#include "platform/store/changewatch.h"
 #include "platform/store/schema.h"
 
 #include <QDateTime>
@@ -155,6 +157,8 @@ std::unique_ptr<Database> Database::open(const QString &path, Access access)
         }
         std::unique_ptr<Database> db(new Database(path, Connection::openServer(location, access)));
         db->checkServerStore();
+        if (access == Access::ReadWrite)
+            addAgentChanges(*db);
         return db;
     }
     const QFileInfo info(path);
@@ -169,8 +173,10 @@ std::unique_ptr<Database> Database::open(const QString &path, Access access)
     }
     std::unique_ptr<Database> db(new Database(path, Connection::open(path, canonical, access)));
     db->checkStore();
-    if (access == Access::ReadWrite)
+    if (access == Access::ReadWrite) {
         db->runPragmas();
+        addAgentChanges(*db);
+    }
     return db;
 }
 
@@ -196,6 +202,7 @@ std::unique_ptr<Database> Database::create(const QString &path, const std::funct
             db->run(sql);
         db->setMeta(QStringLiteral("schema"), QString::number(kSchemaVersion));
         db->setMeta(QStringLiteral("created"), now());
+        addAgentChanges(*db);
         if (fill)
             fill(*db);
     });
@@ -418,7 +425,7 @@ QString Database::now()
     return QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
 }
 
-Database::Transaction::Transaction(Database &db, Kind kind) : m_db(db)
+Database::Transaction::Transaction(Database &db, Kind kind) : m_db(db), m_kind(kind)
 {
     m_outer = m_db.m_connection->depth == 0;
     if (m_outer)
@@ -436,6 +443,9 @@ void Database::Transaction::commit()
     if (!m_outer)
         return;
     try {
+        // Other programs on a server store learn of the change when it lands.
+        if (m_kind == Kind::Write && m_db.onServer())
+            m_db.run(QStringLiteral("NOTIFY ") + QLatin1String(kChangeChannel));
         m_db.run(QStringLiteral("COMMIT"));
     } catch (const com::ComError &) {
         // A commit that fails leaves nothing half written behind it.
