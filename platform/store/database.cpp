@@ -1,7 +1,6 @@
 #include "platform/store/database.h"
 
 #include "platform/store/agentchanges.h"
-#include "platform/store/changewatch.h"
 #include "platform/store/schema.h"
 
 #include <QDateTime>
@@ -14,6 +13,8 @@ namespace store {
 namespace {
 
 const QString kSource = QStringLiteral("Sorrelin.Store");
+// The notice that every write transaction on a server store sends.
+const QString kChangeChannel = QStringLiteral("sorrelin_store_changed");
 
 // SQLite's primary result codes that the words below tell apart.
 constexpr int kSqliteBusy = 5;
@@ -445,7 +446,7 @@ void Database::Transaction::commit()
     try {
         // Other programs on a server store learn of the change when it lands.
         if (m_kind == Kind::Write && m_db.onServer())
-            m_db.run(QStringLiteral("NOTIFY ") + QLatin1String(kChangeChannel));
+            m_db.run(QStringLiteral("NOTIFY ") + kChangeChannel);
         m_db.run(QStringLiteral("COMMIT"));
     } catch (const com::ComError &) {
         // A commit that fails leaves nothing half written behind it.
