@@ -1,5 +1,6 @@
 // Commands on the selected agent: its properties and its deletion.
 #include "agents/agentmodel.h"
+#include "agents/changeguard.h"
 #include "agents/frmproperties.h"
 #include "agents/schedule.h"
 #include "agents/schedulewrite.h"
@@ -39,6 +40,8 @@ void frmMain::mnuFileAgentProperties_Click()
         return;
     com::ResumeNext routine;
     SetHourglass(true);
+    const agents::LoadedChange change = routine.value<agents::LoadedChange>(
+        [&] { return agents::loadChange(*m_program.gobjSession, strEntryID); }, {strEntryID, 0});
     std::optional<agents::Agent> found =
         agents::findAgent(*m_program.gobjSession, *m_program.gobjEvents, strEntryID, strStoreID);
     if (!found) {
@@ -53,6 +56,7 @@ void frmMain::mnuFileAgentProperties_Click()
         [&] { return agents::handlerName(*m_program.gobjEvents, agent->source, *binding); });
 
     frmProperties form(*this);
+    form.loadedChange = change;
     form.showEvents(binding->EventMask());
     form.cmdSchedule->setEnabled(form.chkScheduled->isChecked());
     form.txtAgentName->setText(agent->message.Subject());
@@ -111,11 +115,23 @@ void frmMain::mnuFileDelete_Click()
                 break;
             }
     });
+    // Deleted over another program's change knowingly only: the agent as the
+    // pane loaded it.
+    agents::LoadedChange loaded = m_loadedScript;
+    if (loaded.entryId != strEntryID)
+        loaded = routine.value<agents::LoadedChange>(
+            [&] { return agents::loadChange(*m_program.gobjSession, strEntryID); }, {strEntryID, 0});
     // Binding first, then the binding message, then the state message. The
     // store sees the three removals at once, or none of them when the binding
     // stays (a user without rights): an agent is never left half there.
     std::unique_ptr<store::Database::Transaction> transaction;
-    routine.step([&] { transaction = m_program.gobjSession->BeginTransaction(); });
+    routine.clear();
+    routine.step([&] {
+        transaction =
+            agents::beginGuardedWrite(*m_program.gobjSession, prompter(), loaded, SSTree::text(node));
+    });
+    if (!transaction && !routine.failed())
+        return;
     routine.clear();
     routine.step([&] { agent->bindings().Remove(*binding); });
     const bool bindingRemoved = !routine.failed();

@@ -196,7 +196,8 @@ void frmProperties::cmdOK_Click()
     if (prompter.msgBox(QStringLiteral("Apply changes to '") + txtAgentName->text() + QStringLiteral("'?"),
                         ui::Buttons::YesNo, ui::Icon::Question, 1, QString()) == ui::Answer::No)
         return closingSteps();
-    com::withHandler([&] { saveChanges(); },
+    bool declined = false;
+    com::withHandler([&] { declined = !saveChanges(); },
                      [&](const com::ComError &e) {
                          if (e.number() == com::err::PermissionDenied)
                              prompter.msgBox(
@@ -207,10 +208,16 @@ void frmProperties::cmdOK_Click()
                              prompter.msgBox(com::errorText(e, com::ErrorForm::Description), ui::Buttons::OK,
                                              ui::Icon::Information, 1, QString());
                      });
+    if (declined) {
+        // The colleague's change stays, and so does the dialog.
+        m_main.StatBar(QString());
+        SetHourglass(false);
+        return;
+    }
     closingSteps();
 }
 
-void frmProperties::saveChanges()
+bool frmProperties::saveChanges()
 {
     app::Program &program = m_main.program();
     mapi::Session &session = *program.gobjSession;
@@ -244,7 +251,11 @@ void frmProperties::saveChanges()
     }
     binding.setActive(chkActive->checkState() == Qt::Checked);
     // The binding, its messages and (for a new agent) its script land together.
-    const auto transaction = session.BeginTransaction();
+    const auto transaction =
+        blnNew ? session.BeginTransaction()
+               : agents::beginGuardedWrite(session, m_main.prompter(), loadedChange, SSTree::text(node));
+    if (!transaction)
+        return false;
     binding.SaveChanges();
     if (blnNew) {
         mapi::Message created = session.GetMessage(binding.EntryID(), QString());
@@ -258,7 +269,11 @@ void frmProperties::saveChanges()
         binding.SaveCustomChanges(created);
     }
     source.SaveChanges();
-    transaction->commit();
+    if (blnNew)
+        transaction->commit();
+    else
+        agents::commitGuardedWrite(session, *transaction, loadedChange);
     if (blnName || blnNew)
         m_main.RefreshFolders();
+    return true;
 }

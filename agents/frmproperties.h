@@ -1,5 +1,7 @@
 #pragma once
 
+#include "agents/changeguard.h"
+
 #include <QDialog>
 
 #include <array>
@@ -33,6 +35,8 @@ public:
     bool blnName = false;
     bool blnNew = false;
     bool blnIsLoading = false;
+    /// The agent's change as the dialog was filled (edit mode).
+    agents::LoadedChange loadedChange;
 
     QLineEdit *txtAgentName;
     QCheckBox *chkActive;
@@ -55,7 +59,8 @@ protected:
 
 private:
     void closingSteps();
-    void saveChanges();
+    /// False when the user chose not to write over another program's change.
+    bool saveChanges();
 
     frmMain &m_main;
     QPushButton *cmdOK, *cmdCancel;

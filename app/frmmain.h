@@ -1,5 +1,6 @@
 #pragma once
 
+#include "agents/changeguard.h"
 #include "app/commands.h"
 #include "platform/ui/prompter.h"
 
@@ -234,4 +235,6 @@ private:
     std::array<CommandSlot, app::kCommandCount> m_commands{};
     bool m_keyPreview = false;
     bool m_unloaded = false;
+    /// The change of the agent whose script the pane shows, as loaded.
+    agents::LoadedChange m_loadedScript;
 };

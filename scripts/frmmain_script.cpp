@@ -21,6 +21,8 @@ bool frmMain::GetScript()
     StatBar(QStringLiteral("Retrieving script"), true);
     bool ok = false;
     try {
+        // The change first: a write between the two reads is asked about later.
+        const agents::LoadedChange change = agents::loadChange(*m_program.gobjSession, strEntryID);
         mapi::Message message = m_program.gobjSession->GetMessage(strEntryID, strStoreID);
         const QVariant script = message.Fields(mapi::PR_SCRIPT).Value();
         if (!script.isValid())
@@ -28,6 +30,7 @@ bool frmMain::GetScript()
                                 QStringLiteral("The agent's message has no script field"));
         txtPreview->setText(scripts::scriptToPane(script.toByteArray()));
         blnDirty = false;
+        m_loadedScript = change;
         ok = true;
     } catch (const com::ComError &) {
         // The pane keeps what it showed; nothing is reported.
@@ -93,10 +96,17 @@ bool frmMain::SaveScript()
             }
             binding->PrepareCustomChanges();
             message.Fields(mapi::PR_SCRIPT).setValue(scripts::paneToScript(text));
-            const auto transaction = m_program.gobjSession->BeginTransaction();
+            if (m_loadedScript.entryId != strEntryID)
+                m_loadedScript = agents::loadChange(*m_program.gobjSession, strEntryID);
+            const auto transaction =
+                agents::beginGuardedWrite(*m_program.gobjSession, prompter(), m_loadedScript, message.Subject());
+            if (!transaction) {
+                SetHourglass(false);
+                return;
+            }
             message.Update();
             binding->SaveCustomChanges(message);
-            transaction->commit();
+            agents::commitGuardedWrite(*m_program.gobjSession, *transaction, m_loadedScript);
             blnDirty = false;
             dealtWith = true;
             SetHourglass(false);

@@ -4,6 +4,7 @@
 #include "platform/events/bindingdata.h"
 #include "platform/events/errors.h"
 #include "platform/events/schedule.h"
+#include "platform/store/agentchanges.h"
 
 #include <QVector>
 
@@ -93,6 +94,7 @@ void Bindings::Remove(const Binding &binding)
         if (q.numRowsAffected() == 0)
             throw eventsError(com::err::NotFound,
                               QStringLiteral("The binding \"%1\" is not in this folder.").arg(b.name));
+        store::raiseAgentChange(*d->state->db, b.entryId, d->state->user);
     }
     const auto gone = std::remove_if(d->loaded->begin(), d->loaded->end(), [&](const Binding &item) {
         return item.data() == binding.data() || (b.row != 0 && item.data()->row == b.row);

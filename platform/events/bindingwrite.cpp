@@ -5,6 +5,7 @@
 #include "platform/events/guid.h"
 #include "platform/events/schedule.h"
 #include "platform/mapi/tags.h"
+#include "platform/store/agentchanges.h"
 
 namespace events {
 
@@ -65,6 +66,7 @@ void insertBinding(BindingData &d, const QString &now)
     d.row = st.db->insertedId(q);
     d.entryId = entryId;
     d.stateId = stateId;
+    store::raiseAgentChange(*st.db, entryId, st.user);
 }
 
 void updateBinding(BindingData &d, const QString &now)
@@ -78,6 +80,7 @@ void updateBinding(BindingData &d, const QString &now)
     if (q.numRowsAffected() == 0)
         throw eventsError(com::err::NotFound,
                           QStringLiteral("The binding \"%1\" has been removed.").arg(d.name));
+    store::raiseAgentChange(*st.db, d.entryId, st.user);
     // The binding message follows, if it is still there.
     QSqlQuery &m = st.run(QStringLiteral("SELECT id FROM messages WHERE entry_id = ?"), {d.entryId});
     const qint64 message = m.next() ? m.value(0).toLongLong() : 0;

@@ -2,6 +2,7 @@
 
 #include "platform/mapi/messagedata.h"
 #include "platform/mapi/tags.h"
+#include "platform/store/agentchanges.h"
 
 namespace mapi {
 
@@ -129,6 +130,8 @@ void Message::Update()
                    {d->subject, now, d->row});
         if (touch.numRowsAffected() == 0)
             throw notFound(QStringLiteral("The message has been deleted."));
+        if (d->cls == kBindingClass)
+            store::raiseAgentChange(*st.db, d->id, st.user);
         for (auto it = fields.constBegin(); it != fields.constEnd(); ++it) {
             if (it.value().isValid())
                 st.run(QStringLiteral("INSERT INTO fields(message, tag, value) VALUES(?, ?, ?)"
@@ -151,6 +154,8 @@ void Message::Delete()
         QSqlQuery &q = st.run(QStringLiteral("DELETE FROM messages WHERE id = ?"), {d->row});
         if (q.numRowsAffected() == 0)
             throw notFound(QStringLiteral("The message has already been deleted."));
+        if (d->cls == kBindingClass)
+            store::raiseAgentChange(*st.db, d->id, st.user);
     });
     d->pending.clear();
 }

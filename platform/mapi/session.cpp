@@ -60,6 +60,18 @@ std::unique_ptr<store::Database::Transaction> Session::BeginRead()
                                                           store::Database::Transaction::Kind::Read);
 }
 
+store::AgentChange Session::AgentChange(const QString &entryId) const
+{
+    m_state->check();
+    return store::agentChange(*m_state->db, entryId);
+}
+
+store::AgentChange Session::HoldAgentChange(const QString &entryId)
+{
+    m_state->check();
+    return store::holdAgentChange(*m_state->db, entryId);
+}
+
 void Session::SetBusyObserver(store::BusyObserver observer)
 {
     m_state->check();

@@ -7,6 +7,7 @@
 #include "platform/mapi/messagelist.h"
 #include "platform/mapi/sessionstate.h"
 #include "platform/mapi/tags.h"
+#include "platform/store/agentchanges.h"
 
 #include <QString>
 #include <QVector>
@@ -69,6 +70,12 @@ public:
     /// One snapshot of the store for the reads that follow, until it goes:
     /// a long walk reads a store that stands still, and faster.
     std::unique_ptr<store::Database::Transaction> BeginRead();
+
+    /// The last change of the agent whose binding message is `entryId`.
+    store::AgentChange AgentChange(const QString &entryId) const;
+    /// The same inside a transaction of BeginTransaction, held against
+    /// other programs' writes until that transaction ends.
+    store::AgentChange HoldAgentChange(const QString &entryId);
 
     /// Tells `observer` when a write starts and stops waiting for another
     /// program's lock on the store.

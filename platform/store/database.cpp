@@ -1,5 +1,6 @@
 #include "platform/store/database.h"
 
+#include "platform/store/agentchanges.h"
 #include "platform/store/schema.h"
 
 #include <QDateTime>
@@ -12,6 +13,8 @@ namespace store {
 namespace {
 
 const QString kSource = QStringLiteral("Sorrelin.Store");
+// The notice that every write transaction on a server store sends.
+const QString kChangeChannel = QStringLiteral("sorrelin_store_changed");
 
 // SQLite's primary result codes that the words below tell apart.
 constexpr int kSqliteBusy = 5;
@@ -206,6 +209,8 @@ std::unique_ptr<Database> Database::open(const QString &path, Access access)
         }
         std::unique_ptr<Database> db(new Database(path, Connection::openServer(location, access)));
         db->checkServerStore();
+        if (access == Access::ReadWrite)
+            addAgentChanges(*db);
         return db;
     }
     const QFileInfo info(path);
@@ -220,8 +225,10 @@ std::unique_ptr<Database> Database::open(const QString &path, Access access)
     }
     std::unique_ptr<Database> db(new Database(path, Connection::open(path, canonical, access)));
     db->checkStore();
-    if (access == Access::ReadWrite)
+    if (access == Access::ReadWrite) {
         db->runPragmas();
+        addAgentChanges(*db);
+    }
     return db;
 }
 
@@ -247,6 +254,7 @@ std::unique_ptr<Database> Database::create(const QString &path, const std::funct
             db->run(sql);
         db->setMeta(QStringLiteral("schema"), QString::number(kSchemaVersion));
         db->setMeta(QStringLiteral("created"), now());
+        addAgentChanges(*db);
         if (fill)
             fill(*db);
     });
@@ -472,7 +480,7 @@ QString Database::now()
     return QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
 }
 
-Database::Transaction::Transaction(Database &db, Kind kind) : m_db(db)
+Database::Transaction::Transaction(Database &db, Kind kind) : m_db(db), m_kind(kind)
 {
     m_outer = m_db.m_connection->depth == 0;
     // A write into a file that nobody will open again would be lost.
@@ -493,6 +501,9 @@ void Database::Transaction::commit()
     if (!m_outer)
         return;
     try {
+        // Other programs on a server store learn of the change when it lands.
+        if (m_kind == Kind::Write && m_db.onServer())
+            m_db.run(QStringLiteral("NOTIFY ") + kChangeChannel);
         m_db.run(QStringLiteral("COMMIT"));
     } catch (const com::ComError &) {
         // A commit that fails leaves nothing half written behind it.

@@ -49,6 +49,10 @@ public:
     /// The store as it was named: a file name or a server location.
     const QString &path() const { return m_path; }
     bool onServer() const { return m_location.onServer(); }
+    /// Whether this program may write the store, or only read it.
+    Access access() const { return m_connection->access(); }
+    /// The name of the Qt SQL connection behind the store.
+    const QString &connectionName() const { return m_connection->name(); }
 
     /// Runs an INSERT into a table with an `id` column and gives the new row's id.
     qint64 insert(const QString &sql, const QVariantList &values = {}) const;
@@ -128,6 +132,7 @@ public:
 
     private:
         Database &m_db;
+        Kind m_kind;
         bool m_outer = false;
         bool m_done = false;
     };
