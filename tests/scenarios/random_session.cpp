@@ -316,7 +316,13 @@ private:
     void clickNode(Expect &e)
     {
         leaving(e);
-        const Node &n = m_view.tree.at(pick(static_cast<int>(m_view.tree.size())));
+        // Agents are few among the folders: every other click is on one.
+        QList<const Node *> agents;
+        for (const Node &n : m_view.tree)
+            if (n.image >= 19)
+                agents << &n;
+        const Node &n = !agents.isEmpty() && pick(2) ? *agents.at(pick(static_cast<int>(agents.size())))
+                                                     : m_view.tree.at(pick(static_cast<int>(m_view.tree.size())));
         send(QStringLiteral("click key:") + n.key);
     }
 
@@ -502,8 +508,8 @@ private:
         m_prompts.clear();
         m_errorBoxes.clear();
         const qsizetype commandsBefore = m_history.size();
-        // Go To and F5 come with an edit pending too; the other commands of
-        // the whole program want the pane left first.
+        // With an edit pending, Go To and F5 come often; the other commands
+        // of the whole program want the pane left first.
         const int kind = pick(100);
         const bool clean = !before.dirty;
         if (before.tree.isEmpty())
@@ -516,12 +522,16 @@ private:
             saveCommand(e);
         else if (kind < 52)
             leave(e);
+        else if (!clean && kind < 70)
+            installedAgents(e);
+        else if (!clean && kind < 85)
+            refresh(e);
+        else if (!clean)
+            leave(e);
         else if (kind < 62)
             installedAgents(e);
         else if (kind < 66)
             refresh(e);
-        else if (!clean)
-            leave(e);
         else if (kind < 71)
             exportList(e);
         else if (kind < 74 && before.onAgent())
