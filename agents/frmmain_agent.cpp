@@ -151,4 +151,6 @@ void frmMain::mnuFileDelete_Click()
     }
     if (treOutl_BeforeNodeDelete(node))
         treOutl->remove(node);
+    // The tree has selected a neighbour: the window follows it as a click would.
+    treOutl_NodeClick(treOutl->selectedItem());
 }

@@ -4,6 +4,7 @@
 #include "app/frmmain.h"
 #include "app/program.h"
 #include "navigation/nodekinds.h"
+#include "navigation/pendingedit.h"
 #include "platform/com/routine.h"
 #include "platform/controls/sstree.h"
 #include "platform/mapi/session.h"
@@ -80,6 +81,16 @@ const QString kFavoritesText = QStringLiteral("Cannot view agents under Favorite
 
 } // namespace
 
+bool navigation::settlePendingEdit(frmMain &main)
+{
+    // Leaving the pane saves its edit; a command that replaces the pane's
+    // text while the pane keeps the focus saves it first in the same way.
+    const bool inPane = main.focusWidget() == main.txtPreview;
+    if (inPane && main.blnDirty)
+        main.mnuFileSave_Click();
+    return !(inPane && main.blnDirty);
+}
+
 void frmMain::setNodeCommands(int image)
 {
     for (const NodeCommand &c : kNodeCommands)
@@ -152,7 +163,7 @@ void frmMain::treOutl_NodeClick(QTreeWidgetItem *node)
 
 void frmMain::GotoNode(const QString &strID)
 {
-    if (strID.isEmpty())
+    if (strID.isEmpty() || !navigation::settlePendingEdit(*this))
         return;
     if (QTreeWidgetItem *node = treOutl->node(strID))
         treOutl->select(node);
@@ -195,6 +206,8 @@ void frmMain::GoToFavorite()
             ui::Buttons::OK, ui::Icon::Information, 1, QString());
         return;
     }
+    if (!navigation::settlePendingEdit(*this))
+        return;
     treOutl->select(node);
     treOutl->scrollToItem(node);
     treOutl_NodeClick(node);

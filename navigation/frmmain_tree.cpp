@@ -4,6 +4,7 @@
 #include "app/program.h"
 #include "navigation/frmfolder.h"
 #include "navigation/nodekinds.h"
+#include "navigation/pendingedit.h"
 #include "navigation/treewalk.h"
 #include "platform/controls/sstree.h"
 #include "platform/events/events.h"
@@ -31,6 +32,8 @@ QString frmMain::StripCurrentUser(const QString &fullPath) const
 
 void frmMain::RefreshFolders()
 {
+    if (!navigation::settlePendingEdit(*this))
+        return;
     app::Program &p = m_program;
     StatBar(QStringLiteral("Refreshing folder tree"), true);
     SetHourglass(true);
@@ -55,6 +58,8 @@ void frmMain::RefreshFolders()
 
 void frmMain::mnuViewRefresh_Click()
 {
+    if (!navigation::settlePendingEdit(*this))
+        return;
     RefreshFolders();
     if (action(app::Command::ViewPreview)->isChecked())
         treOutl_NodeClick(treOutl->selectedItem());

@@ -316,7 +316,13 @@ private:
     void clickNode(Expect &e)
     {
         leaving(e);
-        const Node &n = m_view.tree.at(pick(static_cast<int>(m_view.tree.size())));
+        // Agents are few among the folders: every other click is on one.
+        QList<const Node *> agents;
+        for (const Node &n : m_view.tree)
+            if (n.image >= 19)
+                agents << &n;
+        const Node &n = !agents.isEmpty() && pick(2) ? *agents.at(pick(static_cast<int>(agents.size())))
+                                                     : m_view.tree.at(pick(static_cast<int>(m_view.tree.size())));
         send(QStringLiteral("click key:") + n.key);
     }
 
@@ -369,7 +375,14 @@ private:
             return;
         }
         const int row = pick(static_cast<int>(rows.size()));
-        e.gotoKey = rows.at(row).toArray().at(12).toString();
+        // Go To leaves the pane: an edit still pending after its save keeps
+        // the pane, and Go To goes nowhere.
+        const bool pending = m_view.focus == QLatin1String("txtPreview") && m_view.dirty;
+        leaving(e);
+        if (pending && e.dirtyAfter)
+            e.paneKept = true;
+        else
+            e.gotoKey = rows.at(row).toArray().at(12).toString();
         send(QStringLiteral("grid frmScripts %1").arg(row));
         send(how == 1 ? QStringLiteral("press frmScripts cmdGoTo")
                       : QStringLiteral("dblclick frmScripts SSDBGrid1"));
@@ -435,9 +448,15 @@ private:
         send(QStringLiteral("press frmProperties cmdOK"));
     }
 
-    void refresh(Expect &)
+    void refresh(Expect &e)
     {
-        send(pick(2) ? QStringLiteral("menu mnuViewRefresh") : QStringLiteral("key frmMain treOutl F5"));
+        // F5 in the tree leaves the pane; the menu's, with the pane focused,
+        // saves a pending edit first and refreshes nothing while it stays.
+        const bool pending = m_view.focus == QLatin1String("txtPreview") && m_view.dirty;
+        const bool menu = pick(2);
+        leaving(e);
+        e.paneKept = menu && pending && e.dirtyAfter;
+        send(menu ? QStringLiteral("menu mnuViewRefresh") : QStringLiteral("key frmMain treOutl F5"));
     }
 
     void paste(Expect &e)
@@ -489,7 +508,8 @@ private:
         m_prompts.clear();
         m_errorBoxes.clear();
         const qsizetype commandsBefore = m_history.size();
-        // Commands of the whole program want the pane left first.
+        // With an edit pending, Go To and F5 come often; the other commands
+        // of the whole program want the pane left first.
         const int kind = pick(100);
         const bool clean = !before.dirty;
         if (before.tree.isEmpty())
@@ -500,18 +520,24 @@ private:
             edit(e);
         else if (kind < 46 && before.onAgent())
             saveCommand(e);
-        else if (kind < 52 || !clean)
+        else if (kind < 52)
+            leave(e);
+        else if (!clean && kind < 70)
+            installedAgents(e);
+        else if (!clean && kind < 85)
+            refresh(e);
+        else if (!clean)
             leave(e);
         else if (kind < 62)
             installedAgents(e);
-        else if (kind < 67)
-            exportList(e);
-        else if (kind < 70 && before.onAgent())
-            deleteAgent(e);
-        else if (kind < 76 && before.onAgent())
-            properties(e);
-        else if (kind < 80)
+        else if (kind < 66)
             refresh(e);
+        else if (kind < 71)
+            exportList(e);
+        else if (kind < 74 && before.onAgent())
+            deleteAgent(e);
+        else if (kind < 80 && before.onAgent())
+            properties(e);
         else if (kind < 90)
             paste(e);
         else if (kind < 95)
