@@ -154,3 +154,9 @@ void frmMain::mnuFileDelete_Click()
     // The tree has selected a neighbour: the window follows it as a click would.
     treOutl_NodeClick(treOutl->selectedItem());
 }
+
+void frmMain::agentWritten(const agents::LoadedChange &before, const agents::LoadedChange &after)
+{
+    if (m_loadedScript.entryId == before.entryId && m_loadedScript.number == before.number)
+        m_loadedScript = after;
+}

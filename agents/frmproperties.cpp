@@ -251,11 +251,14 @@ bool frmProperties::saveChanges()
     }
     binding.setActive(chkActive->checkState() == Qt::Checked);
     // The binding, its messages and (for a new agent) its script land together.
+    const agents::LoadedChange opened = loadedChange;
     const auto transaction =
         blnNew ? session.BeginTransaction()
                : agents::beginGuardedWrite(session, m_main.prompter(), loadedChange, SSTree::text(node));
     if (!transaction)
         return false;
+    // Asked about no colleague's change: the pane that shows this agent saw what is overwritten.
+    const bool overOwnChange = loadedChange.number == opened.number;
     binding.SaveChanges();
     if (blnNew) {
         mapi::Message created = session.GetMessage(binding.EntryID(), QString());
@@ -273,6 +276,8 @@ bool frmProperties::saveChanges()
         transaction->commit();
     else
         agents::commitGuardedWrite(session, *transaction, loadedChange);
+    if (!blnNew && overOwnChange)
+        m_main.agentWritten(opened, loadedChange);
     if (blnName || blnNew)
         m_main.RefreshFolders();
     return true;

@@ -81,6 +81,11 @@ public:
 
     // ---- Folder navigation (navigation/) ----
     void RefreshFolders();
+    /// Another window of this program wrote the agent from `before` to
+    /// `after` with no colleague's change between: when the pane loaded the
+    /// same change, it now holds the one written, so that its next save
+    /// doesn't ask about the user's own write.
+    void agentWritten(const agents::LoadedChange &before, const agents::LoadedChange &after);
     void mnuViewRefresh_Click();
     /// The session's user, or the empty text when the session can't tell.
     QString currentUser() const;
