@@ -96,8 +96,10 @@ int main(int argc, char *argv[])
     if (!started)
         return 1;
     frmMain &main = *started;
-    const QList<QTreeWidgetItem *> found =
-        main.treOutl->findItems(QStringLiteral("Router"), Qt::MatchExactly | Qt::MatchRecursive);
+    QList<QTreeWidgetItem *> found;
+    for (int i = 1; i <= main.treOutl->count() && found.isEmpty(); ++i)
+        if (main.treOutl->nodeText(main.treOutl->idAt(i)) == QLatin1String("Router"))
+            found << main.treOutl->nodeAt(i);
     if (found.isEmpty())
         return 1;
     main.treOutl->setCurrentItem(found.first());

@@ -104,15 +104,16 @@ void walkAgents(frmMain &main, const QString &status, const std::function<void(c
     const int count = tree.count();
     int agents = 0;
     for (int i = 1; i <= count; ++i)
-        agents += controls::SSTree::image(tree.nodeAt(i)) >= navigation::kImageScriptAgent;
+        agents += tree.nodeImage(tree.idAt(i)) >= navigation::kImageScriptAgent;
     int done = 0;
     for (int i = 1; i <= count; ++i) {
-        if (controls::SSTree::image(tree.nodeAt(i)) < navigation::kImageScriptAgent)
+        const controls::SSTree::Id node = tree.idAt(i);
+        if (tree.nodeImage(node) < navigation::kImageScriptAgent)
             continue;
         if (++done % kProgressStep == 0)
             main.StatBar(progressText(status, done, agents), true);
-        main.strEntryID = controls::SSTree::key(tree.nodeAt(i));
-        main.strStoreID = controls::SSTree::tag(tree.nodeAt(i));
+        main.strEntryID = tree.nodeKey(node);
+        main.strStoreID = tree.nodeTag(node);
         AgentFacts agent;
         const AgentMessage *known = index.message(main.strEntryID, main.strStoreID);
         if (known && known->eventSource) {
@@ -130,7 +131,7 @@ void walkAgents(frmMain &main, const QString &status, const std::function<void(c
         if (!binding)
             throw com::ComError(91, QStringLiteral("Sorrelin"),
                                 QStringLiteral("Object variable or With block variable not set"));
-        agent.name = controls::SSTree::text(tree.nodeAt(i));
+        agent.name = tree.nodeText(node);
         auto host = hosts.constFind(agent.server);
         if (host == hosts.constEnd())
             host = hosts.insert(agent.server, allHosts.Item(agent.server));

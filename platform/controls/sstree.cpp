@@ -6,6 +6,8 @@
 #include <QMouseEvent>
 
 #include <algorithm>
+#include <numeric>
+#include <utility>
 
 namespace controls {
 
@@ -94,6 +96,7 @@ SSTree::SSTree(QWidget *parent) : QTreeWidget(parent)
     setUniformRowHeights(true);
     setIconSize(QSize(16, 16));
     setSelectionMode(QAbstractItemView::SingleSelection);
+    connect(this, &QTreeWidget::itemExpanded, this, &SSTree::itemOpened);
 }
 
 void SSTree::setImageList(QVector<QIcon> icons)
@@ -141,51 +144,164 @@ void SSTree::setNodes(std::shared_ptr<const SSTreeNodes> nodes, qsizetype count)
     setUpdatesEnabled(false);
     clearNodes();
     m_nodes = std::move(nodes);
-    const auto n = qint32(count < 0 ? m_nodes->size() : std::min(count, m_nodes->size()));
-    const SSTreeNodes &table = *m_nodes;
-    // Every node first, then each one's children in a single list, before
-    // the tree holds any of them: nothing is shown or sorted meanwhile.
-    m_items.resize(n);
-    m_order.reserve(n);
-    for (qint32 i = 0; i < n; ++i) {
-        m_items[i] = new Item(table, i); // owned by its parent once added below
-        m_order.append(m_items.at(i));
-    }
-    const auto childItems = [&](qint32 parent) {
-        QList<Node *> list;
-        for (const qint32 child : table.children(parent))
-            if (child < n) // the nodes of the table's rest have indexes above
-                list.append(m_items.at(child));
-        return list;
-    };
-    for (qint32 i = 0; i < n; ++i)
-        if (!table.children(i).empty())
-            m_items.at(i)->addChildren(childItems(i));
-    addTopLevelItems(childItems(SSTreeNodes::kNone)); // owned by the tree
-
-    // With a layout pending, opening a node only records it. The nodes are
-    // reached through the model's rows, which costs nothing per node.
-    scheduleDelayedItemsLayout();
-    QVector<QModelIndex> parents{QModelIndex()};
-    while (!parents.isEmpty()) {
-        const QModelIndex parent = parents.takeLast();
-        const int rows = model()->rowCount(parent);
-        for (int row = 0; row < rows; ++row) {
-            const QModelIndex index = model()->index(row, 0, parent);
-            const auto *item = static_cast<const Item *>(itemFromIndex(index));
-            if (item->childCount() == 0)
-                continue;
-            // Only a node with nodes below it has anything to open.
-            if (table.expanded(item->index()))
-                setExpanded(index, true);
-            parents.append(index);
-        }
-    }
-    if (!m_order.isEmpty()) {
-        select(m_order.constFirst());
-        m_order.constFirst()->setExpanded(true);
+    m_count = qint32(count < 0 ? m_nodes->size() : std::min(count, m_nodes->size()));
+    m_items.fill(nullptr, m_count);
+    m_made.fill(false, m_count + 1);
+    m_gone.fill(false, m_count);
+    m_order.resize(m_count);
+    std::iota(m_order.begin(), m_order.end(), 0);
+    // Only the top nodes and what open branches show get items.
+    makeChildren(kNone);
+    for (int i = 0; i < topLevelItemCount(); ++i)
+        if (topLevelItem(i)->isExpanded())
+            reveal(topLevelItem(i));
+    if (m_count > 0) {
+        Node *first = item(0);
+        select(first);
+        first->setExpanded(true);
     }
     setUpdatesEnabled(true);
+}
+
+bool SSTree::hasChildren(Id node) const
+{
+    for (const qint32 child : m_nodes->children(node))
+        if (child < m_count && !m_gone.at(child)) // the nodes of the table's rest have indexes above
+            return true;
+    return false;
+}
+
+QVector<SSTree::Id> SSTree::nodeChildren(Id parent) const
+{
+    makePendingNodes();
+    QVector<Id> out;
+    if (!m_nodes || (parent != kNone && (parent < 0 || parent >= m_count || m_gone.at(parent))))
+        return out;
+    for (const qint32 child : m_nodes->children(parent))
+        if (child < m_count && !m_gone.at(child))
+            out.append(child);
+    return out;
+}
+
+void SSTree::makeChildren(Id parent)
+{
+    if (m_made.at(parent == kNone ? m_count : parent))
+        return;
+    m_made[parent == kNone ? m_count : parent] = true;
+    const QVector<Id> children = nodeChildren(parent);
+    QList<Node *> list;
+    list.reserve(children.size());
+    for (const Id child : children) {
+        auto *made = new Item(*m_nodes, child); // owned by its parent once added below
+        if (hasChildren(child))
+            made->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
+        m_items[child] = made;
+        list.append(made);
+    }
+    if (parent == kNone) {
+        addTopLevelItems(list); // owned by the tree
+    } else {
+        m_items.at(parent)->addChildren(list);
+        m_items.at(parent)->setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicatorWhenChildless);
+    }
+    // Opening a node only records it here; what it shows is made by reveal().
+    const bool making = std::exchange(m_making, true);
+    for (int i = 0; i < children.size(); ++i)
+        if (m_nodes->expanded(children.at(i)) && list.at(i)->childIndicatorPolicy() == QTreeWidgetItem::ShowIndicator)
+            list.at(i)->setExpanded(true);
+    m_making = making;
+}
+
+void SSTree::reveal(Node *node)
+{
+    // With a layout pending, opening a node only records it.
+    scheduleDelayedItemsLayout();
+    QVector<Node *> open{node};
+    while (!open.isEmpty()) {
+        Node *n = open.takeLast();
+        makeChildren(id(n));
+        for (int i = 0; i < n->childCount(); ++i)
+            if (n->child(i)->isExpanded())
+                open.append(n->child(i));
+    }
+}
+
+void SSTree::itemOpened(Node *node)
+{
+    if (m_making)
+        return;
+    for (const Node *above = node->parent(); above; above = above->parent())
+        if (!above->isExpanded())
+            return; // not shown: made when the branch above is opened
+    reveal(node);
+}
+
+SSTree::Node *SSTree::item(Id node) const
+{
+    makePendingNodes();
+    if (!m_nodes || node < 0 || node >= m_count || m_gone.at(node))
+        return nullptr;
+    if (!m_items.at(node)) {
+        // The nodes above first, from the highest one without its children made.
+        QVector<Id> above;
+        for (Id p = m_nodes->parent(node); p != kNone && !m_made.at(p); p = m_nodes->parent(p))
+            above.prepend(p);
+        auto *self = const_cast<SSTree *>(this); // the nodes are set; this only makes their items
+        if (!above.isEmpty())
+            self->makeChildren(m_nodes->parent(above.constFirst()));
+        for (const Id p : above)
+            self->makeChildren(p);
+        self->makeChildren(m_nodes->parent(node));
+    }
+    return m_items.at(node);
+}
+
+SSTree::Id SSTree::id(const Node *node)
+{
+    return node && node->type() == Item::Type ? static_cast<const Item *>(node)->index() : kNone;
+}
+
+SSTree::Id SSTree::idAt(int index) const
+{
+    makePendingNodes();
+    if (index < 1 || index > m_order.size())
+        throw com::ComError(35600, kSource, QStringLiteral("Index out of bounds"));
+    return m_order.at(index - 1);
+}
+
+QString SSTree::nodeKey(Id node) const
+{
+    return m_nodes->key(node);
+}
+
+QString SSTree::nodeText(Id node) const
+{
+    const Node *made = m_items.at(node);
+    return made ? made->text(0) : m_nodes->text(node).toString();
+}
+
+QString SSTree::nodeTag(Id node) const
+{
+    const Node *made = m_items.at(node);
+    return made ? tag(made) : m_nodes->tag(node);
+}
+
+int SSTree::nodeImage(Id node) const
+{
+    const Node *made = m_items.at(node);
+    return made ? image(made) : m_nodes->image(node);
+}
+
+bool SSTree::nodeExpanded(Id node) const
+{
+    const Node *made = m_items.at(node);
+    return made ? made->isExpanded() : m_nodes->expanded(node) && hasChildren(node);
+}
+
+bool SSTree::nodeSelected(Id node) const
+{
+    const Node *made = m_items.at(node);
+    return made && made->isSelected();
 }
 
 QIcon SSTree::icon(int image) const
@@ -196,32 +312,34 @@ QIcon SSTree::icon(int image) const
 SSTree::Node *SSTree::node(const QString &key) const
 {
     makePendingNodes();
-    const qint32 index = m_nodes ? m_nodes->find(key) : SSTreeNodes::kNone;
-    return index >= 0 && index < m_items.size() ? m_items.at(index) : nullptr;
+    return item(m_nodes ? m_nodes->find(key) : kNone);
 }
 
 SSTree::Node *SSTree::nodeAt(int index) const
 {
-    makePendingNodes();
-    if (index < 1 || index > m_order.size())
-        throw com::ComError(35600, kSource, QStringLiteral("Index out of bounds"));
-    return m_order.at(index - 1);
+    return item(idAt(index));
 }
 
-void SSTree::forget(Node *node)
+void SSTree::forget(Id node)
 {
-    m_picked.removeAll(node);
-    for (int i = 0; i < node->childCount(); ++i)
-        forget(node->child(i));
-    m_items[static_cast<const Item *>(node)->index()] = nullptr;
-    m_order.removeOne(node);
+    QVector<Id> below{node};
+    while (!below.isEmpty()) {
+        const Id n = below.takeLast();
+        for (const Id child : nodeChildren(n))
+            below.append(child);
+        if (Node *made = m_items.at(n))
+            m_picked.removeAll(made);
+        m_items[n] = nullptr;
+        m_gone[n] = true;
+    }
+    m_order.removeIf([this](Id n) { return m_gone.at(n); });
 }
 
 void SSTree::remove(Node *node)
 {
     if (!node)
         return;
-    forget(node);
+    forget(id(node));
     delete node; // a tree item is owned by its parent; deleting detaches it
 }
 
@@ -229,8 +347,11 @@ void SSTree::clearNodes()
 {
     m_pending.reset();
     m_items.clear();
+    m_made.clear();
+    m_gone.clear();
     m_order.clear();
     m_picked.clear();
+    m_count = 0;
     clear();
     m_nodes.reset(); // after the nodes that show it
 }

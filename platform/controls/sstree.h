@@ -15,11 +15,19 @@ namespace controls {
 /// `Text`, an `Image` (index from 1 into the tree's image list, and the
 /// node's kind), a `Tag`, and the derived `FullPath`. Children of a node are
 /// kept in `Text` order. A user's click on a node raises NodeClick.
+///
+/// A node is a row of the node table; its widget item is made only when a
+/// branch above it is opened or the node is reached (by key, by position,
+/// by selection). What is asked of every node goes through the `Id`
+/// functions, which answer from the table and make no item.
 class SSTree : public QTreeWidget {
     Q_OBJECT
 
 public:
     using Node = QTreeWidgetItem;
+    /// A node's row in the node table; kNone for none (the top, as a parent).
+    using Id = qint32;
+    static constexpr Id kNone = SSTreeNodes::kNone;
 
     explicit SSTree(QWidget *parent = nullptr);
 
@@ -48,6 +56,21 @@ public:
     /// which they were added.
     int count() const;
     Node *nodeAt(int index) const;
+
+    /// The node at a 1-based index, as an `Id`.
+    Id idAt(int index) const;
+    /// The node of an item; kNone for none.
+    static Id id(const Node *node);
+    /// The nodes below `parent` (kNone: the top nodes), in their order.
+    QVector<Id> nodeChildren(Id parent) const;
+    QString nodeKey(Id node) const;
+    QString nodeText(Id node) const;
+    QString nodeTag(Id node) const;
+    int nodeImage(Id node) const;
+    bool nodeExpanded(Id node) const;
+    bool nodeSelected(Id node) const;
+    /// The node's item, made (with those above it) when it isn't yet.
+    Node *item(Id node) const;
 
     /// Removes one node and what is below it.
     void remove(Node *node);
@@ -96,14 +119,27 @@ protected:
     void focusOutEvent(QFocusEvent *event) override;
 
 private:
-    void forget(Node *node);
+    void forget(Id node);
     /// Makes the nodes of a snapshot kept by `setNodesWhenNeeded`.
     void makePendingNodes() const;
+    /// Whether `node` has nodes below it in this tree.
+    bool hasChildren(Id node) const;
+    /// Makes the items of the nodes below `parent`, each open as the table
+    /// says; nothing when they are made already.
+    void makeChildren(Id parent);
+    /// Makes what an open, shown `node` shows: its children, and theirs
+    /// where those are open.
+    void reveal(Node *node);
+    void itemOpened(Node *node);
 
     QVector<QIcon> m_icons;
     std::shared_ptr<const SSTreeNodes> m_nodes;
-    QVector<Node *> m_items; ///< by index in m_nodes; null for a node removed or not shown
-    QVector<Node *> m_order;
+    qint32 m_count = 0;      ///< the table's nodes this tree shows: those below this index
+    QVector<Node *> m_items; ///< by index in m_nodes; null for a node removed or not made yet
+    QVector<bool> m_made;    ///< by index in m_nodes, and one for the top: its children's items are made
+    QVector<bool> m_gone;    ///< by index in m_nodes: removed
+    QVector<Id> m_order;     ///< the nodes not removed, in the order they were added
+    bool m_making = false;
     QList<Node *> m_picked;
     bool m_multiSelect = false;
     std::shared_ptr<const SSTreeNodes> m_pending;

@@ -213,36 +213,52 @@ QJsonObject describe(QObject *object)
     return c;
 }
 
-void collectNodes(const QTreeWidgetItem *item, QJsonArray &out)
+/// Every node below `parent` in the order the tree shows them, as a user
+/// reads them, from the tree's nodes: no item is made for them.
+void collectNodes(const controls::SSTree &tree, controls::SSTree::Id parent, const QString &parentPath,
+                  QJsonArray &out)
 {
-    QJsonObject n;
-    n.insert(QStringLiteral("path"), FormReader::nodePath(item));
-    n.insert(QStringLiteral("key"), controls::SSTree::key(item));
-    n.insert(QStringLiteral("tag"), controls::SSTree::tag(item));
-    n.insert(QStringLiteral("text"), controls::SSTree::text(item));
-    n.insert(QStringLiteral("image"), controls::SSTree::image(item));
-    n.insert(QStringLiteral("selected"), item->isSelected());
-    n.insert(QStringLiteral("expanded"), item->isExpanded());
-    out.append(n);
-    for (int i = 0; i < item->childCount(); ++i)
-        collectNodes(item->child(i), out);
+    for (const controls::SSTree::Id node : tree.nodeChildren(parent)) {
+        const QString text = tree.nodeText(node);
+        const QString path = parent == controls::SSTree::kNone ? QString() : parentPath + QLatin1Char('\\') + text;
+        QJsonObject n;
+        n.insert(QStringLiteral("path"), path);
+        n.insert(QStringLiteral("key"), tree.nodeKey(node));
+        n.insert(QStringLiteral("tag"), tree.nodeTag(node));
+        n.insert(QStringLiteral("text"), text);
+        n.insert(QStringLiteral("image"), tree.nodeImage(node));
+        n.insert(QStringLiteral("selected"), tree.nodeSelected(node));
+        n.insert(QStringLiteral("expanded"), tree.nodeExpanded(node));
+        out.append(n);
+        collectNodes(tree, node, path, out);
+    }
+}
+
+/// The first node, in the tree's order, whose path below its top node is
+/// `path`; only branches on the way to it are read.
+controls::SSTree::Id findPath(const controls::SSTree &tree, controls::SSTree::Id parent, const QString &parentPath,
+                              const QString &path)
+{
+    for (const controls::SSTree::Id node : tree.nodeChildren(parent)) {
+        const QString own =
+            parent == controls::SSTree::kNone ? QString() : parentPath + QLatin1Char('\\') + tree.nodeText(node);
+        if (own == path)
+            return node;
+        if (own.isEmpty() || (path.startsWith(own) && path.at(own.size()) == QLatin1Char('\\'))) {
+            const controls::SSTree::Id found = findPath(tree, node, own, path);
+            if (found != controls::SSTree::kNone)
+                return found;
+        }
+    }
+    return controls::SSTree::kNone;
 }
 
 } // namespace
 
-QString FormReader::nodePath(const QTreeWidgetItem *node)
-{
-    const QTreeWidgetItem *root = node;
-    while (root->parent())
-        root = root->parent();
-    return controls::SSTree::fullPath(node).mid(controls::SSTree::text(root).size());
-}
-
 QJsonArray FormReader::nodes(controls::SSTree *tree)
 {
     QJsonArray out;
-    for (int i = 0; i < tree->topLevelItemCount(); ++i)
-        collectNodes(tree->topLevelItem(i), out);
+    collectNodes(*tree, controls::SSTree::kNone, QString(), out);
     return out;
 }
 
@@ -276,10 +292,7 @@ QTreeWidgetItem *FormReader::findNode(controls::SSTree *tree, const QString &pat
         return tree->node(QStringLiteral("root"));
     if (path.startsWith(QLatin1String("key:")))
         return tree->node(path.mid(4));
-    for (QTreeWidgetItemIterator it(tree); *it; ++it)
-        if (nodePath(*it) == path)
-            return *it;
-    return nullptr;
+    return tree->item(findPath(*tree, controls::SSTree::kNone, QString(), path));
 }
 
 QJsonArray FormReader::clipped(QWidget *form)

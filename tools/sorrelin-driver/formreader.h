@@ -37,8 +37,6 @@ public:
     /// A node of a tree by its path below the root ("\Store\Folder"),
     /// "root", or "key:KEY".
     static QTreeWidgetItem *findNode(controls::SSTree *tree, const QString &path);
-    /// A node's path below the root.
-    static QString nodePath(const QTreeWidgetItem *node);
 };
 
 } // namespace driver

@@ -26,11 +26,11 @@ std::shared_ptr<SSTreeNodes> sample()
     return nodes;
 }
 
-QStringList texts(const QTreeWidgetItem *parent)
+QStringList texts(const SSTree &tree, SSTree::Id parent)
 {
     QStringList out;
-    for (int i = 0; i < parent->childCount(); ++i)
-        out << SSTree::text(parent->child(i));
+    for (const SSTree::Id child : tree.nodeChildren(parent))
+        out << tree.nodeText(child);
     return out;
 }
 
@@ -71,16 +71,29 @@ private Q_SLOTS:
         SSTree tree;
         tree.setNodes(nodes);
         QCOMPARE(tree.count(), 7);
-        QTreeWidgetItem *store = tree.node(QStringLiteral("Mailbox"));
+        // Only what the open root shows has items; a closed branch is read from the table.
+        QCOMPARE(tree.topLevelItemCount(), 1);
+        QTreeWidgetItem *store = tree.topLevelItem(0)->child(0);
+        QCOMPARE(store->childCount(), 0);
+        QCOMPARE(store->childIndicatorPolicy(), QTreeWidgetItem::ShowIndicator);
         // By text, case counting; equal texts in the order they came.
-        QCOMPARE(texts(store), (QStringList{"B", "B", "a", "b"}));
-        QCOMPARE(SSTree::key(store->child(0)), QStringLiteral("F2"));
+        const SSTree::Id storeId = SSTree::id(store);
+        QCOMPARE(texts(tree, storeId), (QStringList{"B", "B", "a", "b"}));
+        QCOMPARE(tree.nodeKey(tree.nodeChildren(storeId).at(0)), QStringLiteral("F2"));
+        QCOMPARE(tree.nodeKey(tree.nodeChildren(storeId).at(1)), QStringLiteral("F4"));
+        QVERIFY(tree.nodeExpanded(nodes->find(u"F3")));
+        QVERIFY(!tree.nodeExpanded(nodes->find(u"F1")));
+        QCOMPARE(tree.nodeImage(nodes->find(u"A1")), 19);
+        QVERIFY(!store->isExpanded());
+        // Opening the store makes its items, and those of its open branches.
+        tree.expandItem(store);
+        QCOMPARE(store->childCount(), 4);
         QCOMPARE(SSTree::key(store->child(1)), QStringLiteral("F4"));
+        QCOMPARE(store->child(2)->childCount(), 1);
         QCOMPARE(SSTree::fullPath(tree.node(QStringLiteral("A1"))), QStringLiteral("Current User: Tess\\Mailbox\\a\\Agent"));
         QCOMPARE(SSTree::tag(store), QStringLiteral("S1"));
         QCOMPARE(SSTree::tag(tree.node(QStringLiteral("root"))), QString());
         QVERIFY(tree.node(QStringLiteral("root"))->isExpanded());
-        QVERIFY(!store->isExpanded());
         QVERIFY(tree.node(QStringLiteral("F3"))->isExpanded());
         QVERIFY(!tree.node(QStringLiteral("F1"))->isExpanded()); // nothing below it to open
         QCOMPARE(tree.nodeAt(5), tree.node(QStringLiteral("F3")));
