@@ -22,6 +22,11 @@ for f in bin/sorrelin bin/sorrelin-store bin/sorrelin-driver share/sorrelin/demo
 done
 grep -q '^Exec=sorrelin$' "$prefix/share/applications/sorrelin.desktop" || fail "the desktop entry runs something else"
 
+# The store's command line runs on servers without a display: no widgets,
+# windows or printing among its libraries.
+gui=$(ldd "$prefix/bin/sorrelin-store" | grep -E 'libQt6(Widgets|Gui|PrintSupport|DBus)' || true)
+[ -z "$gui" ] || fail "sorrelin-store loads $gui"
+
 # The installed demo names another user, so the window's caption tells which
 # fixture the first start used.
 sed -i 's/"user": "[^"]*"/"user": "Installed Admin"/' "$prefix/share/sorrelin/demo.json"

@@ -10,7 +10,7 @@
 #include "platform/store/folderlevels.h"
 #include "platform/store/generate.h"
 #include "platform/store/servicewrites.h"
-#include "platform/ui/scriptedprompter.h"
+#include "tools/sorrelin-store/noprompts.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -109,7 +109,7 @@ int profile(const QStringList &a, Output io)
 int tree(const QStringList &a, Output io)
 {
     need(a, 1);
-    ui::ScriptedPrompter prompter;
+    storetool::NoPrompts prompter;
     mapi::Session session(prompter);
     session.LogonStore(a.at(0), QString(), store::Database::Access::ReadOnly);
     events::Events events;
