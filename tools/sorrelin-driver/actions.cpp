@@ -142,32 +142,32 @@ void Driver::quit(const QString &)
 
 void Driver::click(const QString &rest)
 {
-    auto *main = qobject_cast<frmMain *>(mainForm());
-    QTreeWidgetItem *node = main ? FormReader::findNode(main->treOutl, rest.trimmed()) : nullptr;
-    if (!node)
-        return fail(QStringLiteral("no node %1").arg(rest.trimmed()));
-    if (unreachable(main->treOutl))
-        return;
-    act([main, node] {
-        activate(main);
-        main->treOutl->clickNode(node);
-    });
+    clickTreeNode(rest.trimmed(), false);
 }
 
 void Driver::rclick(const QString &rest)
 {
+    clickTreeNode(rest.trimmed(), true);
+}
+
+void Driver::clickTreeNode(const QString &path, bool right)
+{
     auto *main = qobject_cast<frmMain *>(mainForm());
-    QTreeWidgetItem *node = main ? FormReader::findNode(main->treOutl, rest.trimmed()) : nullptr;
+    QTreeWidgetItem *node = main ? FormReader::findNode(main->treOutl, path) : nullptr;
     if (!node)
-        return fail(QStringLiteral("no node %1").arg(rest.trimmed()));
+        return fail(QStringLiteral("no node %1").arg(path));
     if (unreachable(main->treOutl))
         return;
+    // A right click opens the context menu, which takes the queued answers.
     act(
-        [main, node] {
+        [main, node, right] {
             activate(main);
-            rightClick(main->treOutl, node);
+            if (right)
+                rightClick(main->treOutl, node);
+            else
+                main->treOutl->clickNode(node);
         },
-        true);
+        right);
 }
 
 void Driver::select(const QString &rest)

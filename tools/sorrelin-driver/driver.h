@@ -79,6 +79,8 @@ private:
     void quit(const QString &rest);
     void click(const QString &rest);
     void rclick(const QString &rest);
+    /// A left or right click on the main tree's node at `path`.
+    void clickTreeNode(const QString &path, bool right);
     void select(const QString &rest);
     void menu(const QString &rest);
     void toolbar(const QString &rest);
