@@ -12,10 +12,12 @@
 #include "platform/os/helpviewer.h"
 #include "platform/os/userfolders.h"
 #include "platform/outlook/application.h"
+#include "platform/store/storewatch.h"
 #include "scripts/scriptpane.h"
 
 #include <QAction>
 #include <QFileInfo>
+#include <QLabel>
 #include <QPointer>
 #include <QStatusBar>
 #include <QToolBar>
@@ -79,6 +81,13 @@ bool frmMain::Form_Load()
         p.gobjSession->SetBusyObserver([form = QPointer<frmMain>(this)](bool waiting) {
             if (form)
                 form->storeBusy(waiting);
+        });
+    });
+    routine.step([&] {
+        m_storeWatch = p.gobjSession->WatchStore();
+        connect(m_storeWatch.get(), &store::StoreWatch::changed, this, [this] {
+            m_panelNotice->setText(QStringLiteral("The store has changed; press F5 to see the changes."));
+            m_panelNotice->show();
         });
     });
     routine.step([&] { setWindowTitle(p.gobjSession->CurrentUser() + QStringLiteral(" - Sorrelin")); });
