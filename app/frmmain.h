@@ -226,6 +226,8 @@ private:
                     app::Command otherEntry);
     void setNodeCommands(int image);
     void setPaneNotice(const QString &text);
+    /// Another program has written to the store: the status bar says so.
+    void storeChanged();
     /// Makes a command's action and keeps it, with its handler, in the
     /// command table.
     app::CommandAction *addCommand(app::Command command, const QString &text, void (frmMain::*handler)());

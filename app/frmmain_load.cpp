@@ -17,7 +17,6 @@
 
 #include <QAction>
 #include <QFileInfo>
-#include <QLabel>
 #include <QPointer>
 #include <QStatusBar>
 #include <QToolBar>
@@ -85,10 +84,7 @@ bool frmMain::Form_Load()
     });
     routine.step([&] {
         m_storeWatch = p.gobjSession->WatchStore();
-        connect(m_storeWatch.get(), &store::StoreWatch::changed, this, [this] {
-            m_panelNotice->setText(QStringLiteral("The store has changed; press F5 to see the changes."));
-            m_panelNotice->show();
-        });
+        connect(m_storeWatch.get(), &store::StoreWatch::changed, this, &frmMain::storeChanged);
     });
     routine.step([&] { setWindowTitle(p.gobjSession->CurrentUser() + QStringLiteral(" - Sorrelin")); });
     StatBar(QStringLiteral("Ready"));

@@ -58,6 +58,12 @@ QString frmMain::storeNotice() const
     return m_panelNotice->text();
 }
 
+void frmMain::storeChanged()
+{
+    m_panelNotice->setText(QStringLiteral("The store has changed; press F5 to see the changes."));
+    m_panelNotice->show();
+}
+
 void frmMain::storeRead()
 {
     if (m_storeWatch)

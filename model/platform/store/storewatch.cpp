@@ -30,13 +30,14 @@ StoreWatch::~StoreWatch() = default;
 void StoreWatch::check()
 {
     const std::shared_ptr<Connection> connection = m_connection.lock();
-    // Nothing is read while the program's own transaction is open: the store
-    // it sees then is its own.
-    if (!connection || connection->depth > 0 || connection->lost) {
-        if (!connection)
-            m_timer.stop();
+    if (!connection) {
+        m_timer.stop();
         return;
     }
+    // Nothing is read while the program's own transaction is open (the
+    // store it sees then is its own), nor from a server that is away.
+    if (connection->depth > 0 || connection->lost)
+        return;
     QSqlDatabase db = QSqlDatabase::database(connection->name(), false);
     if (!db.isOpen())
         return;
