@@ -14,6 +14,16 @@ namespace {
 /// session it listens to is still the connection's.
 constexpr int kTickMs = 1000;
 
+/// The version of a store file, which only another connection's commit
+/// moves; -1 when it can't be read now.
+qint64 fileVersion(QSqlDatabase &db)
+{
+    QSqlQuery q(db);
+    if (!q.exec(QStringLiteral("PRAGMA data_version")) || !q.next())
+        return -1;
+    return q.value(0).toLongLong();
+}
+
 } // namespace
 
 StoreWatch::StoreWatch(const Database &db, QObject *parent)
@@ -63,20 +73,14 @@ void StoreWatch::reset()
     m_version = db.isOpen() ? fileVersion(db) : -1;
 }
 
-qint64 StoreWatch::fileVersion(QSqlDatabase &db) const
-{
-    QSqlQuery q(db);
-    if (!q.exec(QStringLiteral("PRAGMA data_version")) || !q.next())
-        return -1;
-    return q.value(0).toLongLong();
-}
-
 void StoreWatch::listen(QSqlDatabase &db)
 {
+    // One try a session: a server that refuses to listen is asked again
+    // only in the next one.
+    m_listening = db.connectionName();
     QSqlDriver *driver = db.driver();
     if (!driver->subscribeToNotification(Database::changeChannel()))
         return;
-    m_listening = db.connectionName();
     connect(driver, &QSqlDriver::notification, this,
             [this](const QString &, QSqlDriver::NotificationSource source, const QVariant &) {
                 if (source != QSqlDriver::SelfSource)

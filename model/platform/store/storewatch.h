@@ -38,8 +38,6 @@ Q_SIGNALS:
     void changed();
 
 private:
-    /// The version of a store file, or -1 when it can't be read now.
-    qint64 fileVersion(QSqlDatabase &db) const;
     /// Listens on the session that the server store's connection has now
     /// (a new one after a lost server was reached again).
     void listen(QSqlDatabase &db);
