@@ -115,9 +115,8 @@ class TestSharedStore : public QObject {
         for (const QString &name : {u"tess"_s, u"bob"_s})
             QDir().mkpath(p->home.file(name));
         p->tess = std::make_unique<DriverProcess>(p->home.file(u"tess"_s));
-        p->store = p->tess->send(u"fixture "_s + testsupport::fixture(u"agents.json"_s))
-                       .value("store")
-                       .toString();
+        p->store =
+            p->tess->send(u"fixture "_s + testsupport::fixture(u"agents.json"_s)).value("store").toString();
         qunsetenv("SORRELIN_DRIVER_STORE_SERVER");
         p->bob = std::make_unique<DriverProcess>(p->home.file(u"bob"_s));
         const QString key = testsupport::kTestProfileKey;
