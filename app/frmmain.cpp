@@ -6,6 +6,7 @@
 #include "platform/controls/sstree.h"
 #include "platform/os/helpviewer.h"
 #include "platform/os/twips.h"
+#include "platform/store/storewatch.h"
 #include "scripts/scriptpane.h"
 
 #include <QAction>
@@ -327,7 +328,13 @@ void frmMain::createStatusBar()
     date->setObjectName(QStringLiteral("sbStatusBar.Panel2"));
     auto *time = new QLabel(bar);
     time->setObjectName(QStringLiteral("sbStatusBar.Panel3"));
+    // Another program's change to the store, in a panel of its own so that
+    // the first panel's words stay what the commands make them.
+    m_panelNotice = new QLabel(bar);
+    m_panelNotice->setObjectName(QStringLiteral("sbStatusBar.Notice"));
+    m_panelNotice->hide();
     bar->addWidget(m_panelText, 1);
+    bar->addPermanentWidget(m_panelNotice);
     bar->addPermanentWidget(date);
     bar->addPermanentWidget(time);
     // The date and time panels keep themselves current.

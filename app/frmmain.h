@@ -8,6 +8,7 @@
 #include <QPointer>
 
 #include <array>
+#include <memory>
 
 class QAction;
 namespace app {
@@ -37,6 +38,9 @@ class Folder;
 namespace scripts {
 class ScriptPane;
 }
+namespace store {
+class StoreWatch;
+}
 
 /// The main window: the folder tree and script pane on the "Administration"
 /// tab, the install form on the "Installation" tab, and every command of the
@@ -64,6 +68,9 @@ public:
     void SaveRegSettings();
     void StatBar(const QString &strText, bool blnWait = false);
     QString statusText() const;
+    /// The status bar's notice that another program changed the store
+    /// since the tree was read; empty when there is none.
+    QString storeNotice() const;
     /// A write waits for another program's lock on the store (true), or has
     /// stopped waiting (false): the hourglass and words in the status bar.
     void storeBusy(bool waiting);
@@ -81,6 +88,9 @@ public:
 
     // ---- Folder navigation (navigation/) ----
     void RefreshFolders();
+    /// The tree is about to be read afresh from the store: the notice goes,
+    /// and only what other programs write from now on brings it back.
+    void storeRead();
     /// Another window of this program wrote the agent from `before` to
     /// `after` with no colleague's change between: when the pane loaded the
     /// same change, it now holds the one written, so that its next save
@@ -216,6 +226,8 @@ private:
                     app::Command otherEntry);
     void setNodeCommands(int image);
     void setPaneNotice(const QString &text);
+    /// Another program has written to the store: the status bar says so.
+    void storeChanged();
     /// Makes a command's action and keeps it, with its handler, in the
     /// command table.
     app::CommandAction *addCommand(app::Command command, const QString &text, void (frmMain::*handler)());
@@ -225,6 +237,9 @@ private:
     QTabWidget *SSTab1 = nullptr;
     QWidget *m_adminPage = nullptr;
     QLabel *m_panelText = nullptr;
+    QLabel *m_panelNotice = nullptr;
+    /// Tells when another program writes to the store the tree shows.
+    std::unique_ptr<store::StoreWatch> m_storeWatch;
     QString m_textBeforeWait;
     QMenu *mnuFile = nullptr;
     QMenu *mnuEdit = nullptr;

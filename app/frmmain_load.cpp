@@ -12,6 +12,7 @@
 #include "platform/os/helpviewer.h"
 #include "platform/os/userfolders.h"
 #include "platform/outlook/application.h"
+#include "platform/store/storewatch.h"
 #include "scripts/scriptpane.h"
 
 #include <QAction>
@@ -80,6 +81,10 @@ bool frmMain::Form_Load()
             if (form)
                 form->storeBusy(waiting);
         });
+    });
+    routine.step([&] {
+        m_storeWatch = p.gobjSession->WatchStore();
+        connect(m_storeWatch.get(), &store::StoreWatch::changed, this, &frmMain::storeChanged);
     });
     routine.step([&] { setWindowTitle(p.gobjSession->CurrentUser() + QStringLiteral(" - Sorrelin")); });
     StatBar(QStringLiteral("Ready"));

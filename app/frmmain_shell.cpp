@@ -7,6 +7,7 @@
 #include "platform/controls/sstree.h"
 #include "platform/os/screen.h"
 #include "platform/os/twips.h"
+#include "platform/store/storewatch.h"
 #include "scripts/scriptpane.h"
 
 #include <QAction>
@@ -52,6 +53,25 @@ QString frmMain::statusText() const
     return m_panelText->text();
 }
 
+QString frmMain::storeNotice() const
+{
+    return m_panelNotice->text();
+}
+
+void frmMain::storeChanged()
+{
+    m_panelNotice->setText(QStringLiteral("The store has changed; press F5 to see the changes."));
+    m_panelNotice->show();
+}
+
+void frmMain::storeRead()
+{
+    if (m_storeWatch)
+        m_storeWatch->reset();
+    m_panelNotice->clear();
+    m_panelNotice->hide();
+}
+
 void frmMain::SSTab1_Click()
 {
     StatBar(QString());
@@ -69,6 +89,10 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event)
         Form_Resize();
         return false;
     }
+    // Coming back to the window is a moment to look for other programs'
+    // writes without waiting for the watch's next tick.
+    if (watched == this && event->type() == QEvent::WindowActivate && m_storeWatch)
+        m_storeWatch->check();
     // F11 and F12 in the tree belong to the tree's key-up, not to the menu;
     // Ctrl+V there is the tree's to swallow, so the Edit menu never pastes.
     if (watched == treOutl && event->type() == QEvent::ShortcutOverride) {

@@ -44,6 +44,7 @@ void frmMain::RefreshFolders()
     for (SSTree *tree : {treOutl, folderForm->treOutl})
         tree->clearNodes();
     os::releaseFreedMemory(); // the new snapshot comes in other sizes than the old one went
+    storeRead();
     const navigation::TreeTable table = navigation::buildTree(*p.gobjSession, *p.gobjEvents, true);
     // Both trees show the one table; the folder dialog's, without the
     // agents, is made when the dialog first needs it.

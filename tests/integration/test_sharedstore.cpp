@@ -1,16 +1,22 @@
 // Two programs on one store, a file or a database on a PostgreSQL server:
 // what one of them loaded is written over the other's later change only when
-// its user says so.
+// its user says so, and each learns of the other's changes from its status
+// bar.
 #include "agentlines.h"
 #include "driverprocess.h"
 #include "tests/support/pgserver.h"
 #include "tests/support/testenv.h"
 
+#include <QDeadlineTimer>
+#include <QElapsedTimer>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QThread>
 #include <QtTest>
 
+#include <algorithm>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -21,6 +27,7 @@ namespace {
 const QString kAgent = u"\\Mailbox - Tess Tester\\Inbox\\Auto Reply"_s;
 const QString kScriptA = u"<SCRIPT RunAt=Server Language=VBScript>\r\n' Tess\r\n</SCRIPT>"_s;
 const QString kScriptB = u"<SCRIPT RunAt=Server Language=VBScript>\r\n' Bob\r\n</SCRIPT>"_s;
+const QString kNotice = u"The store has changed; press F5 to see the changes."_s;
 
 /// Two programs on one store made from the agents fixture: `tess` made it,
 /// `bob` logs on to it as Bob Builder.
@@ -28,6 +35,8 @@ struct TwoPrograms {
     std::unique_ptr<testsupport::PgServer> server;
     testsupport::TestHome home;
     std::unique_ptr<DriverProcess> tess, bob;
+    /// The store's file name or server location.
+    QString store;
 };
 
 /// The Inbox agent `name` of a `store` dump, or an empty object.
@@ -43,6 +52,24 @@ QJsonObject agentIn(const QJsonObject &answer, const QString &name)
                 if (agent[u"name"_s].toString() == name)
                     return agent.toObject();
     return {};
+}
+
+QString notice(DriverProcess &driver)
+{
+    return driver.send(u"state"_s).value("storeNotice").toString();
+}
+
+/// The driver's store notice once it shows one, or when two seconds have
+/// gone by without one.
+QString noticeWithinTwoSeconds(DriverProcess &driver)
+{
+    QDeadlineTimer deadline(2000);
+    QString shown = notice(driver);
+    while (shown.isEmpty() && !deadline.hasExpired()) {
+        QThread::msleep(50);
+        shown = notice(driver);
+    }
+    return shown;
 }
 
 QJsonObject lastPrompt(DriverProcess &driver)
@@ -88,13 +115,12 @@ class TestSharedStore : public QObject {
         for (const QString &name : {u"tess"_s, u"bob"_s})
             QDir().mkpath(p->home.file(name));
         p->tess = std::make_unique<DriverProcess>(p->home.file(u"tess"_s));
-        const QString store = p->tess->send(u"fixture "_s + testsupport::fixture(u"agents.json"_s))
-                                  .value("store")
-                                  .toString();
+        p->store =
+            p->tess->send(u"fixture "_s + testsupport::fixture(u"agents.json"_s)).value("store").toString();
         qunsetenv("SORRELIN_DRIVER_STORE_SERVER");
         p->bob = std::make_unique<DriverProcess>(p->home.file(u"bob"_s));
         const QString key = testsupport::kTestProfileKey;
-        for (const QString &line : {u"reg %1 Store %2"_s.arg(key, store),
+        for (const QString &line : {u"reg %1 Store %2"_s.arg(key, p->store),
                                     u"reg %1 User Bob Builder"_s.arg(key), u"answer Test"_s, u"start"_s})
             p->bob->ok(line);
         p->tess->ok(u"start"_s);
@@ -175,6 +201,58 @@ private Q_SLOTS:
             QVERIFY(sendAll(tess, saveLines(kScriptB)));
             QCOMPARE(lastPrompt(tess)[u"text"_s].toString().left(6), u"Save '"_s);
         }
+        QVERIFY(bob.quit());
+        QVERIFY(tess.quit());
+    }
+
+    void anotherProgramsChangeIsNoticed_data()
+    {
+        QTest::addColumn<QString>("engine");
+        QTest::newRow("file") << u"file"_s;
+        QTest::newRow("postgresql") << u"postgresql"_s;
+    }
+
+    void anotherProgramsChangeIsNoticed()
+    {
+        QFETCH(QString, engine);
+        const std::unique_ptr<TwoPrograms> p = start(engine);
+        if (p->server)
+            SORRELIN_REQUIRE_PGSERVER(*p->server);
+        DriverProcess &tess = *p->tess;
+        DriverProcess &bob = *p->bob;
+        QCOMPARE(notice(tess), QString());
+        const QString log = p->home.file(u"agent.log"_s);
+        QFile file(log);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("Replied to 3 messages\r\n");
+        file.close();
+
+        // Bob's save, then the event service writing the agent's log: each
+        // is news to Tess until her F5 reads the store again.
+        for (const QString &writer : {u"program"_s, u"event service"_s}) {
+            if (writer == "program"_L1)
+                QVERIFY(sendAll(bob, saveLines(kScriptB)));
+            else
+                QCOMPARE(testsupport::runStoreTool({u"set-log"_s, p->store, kAgent, log}).code, 0);
+            QVERIFY2(noticeWithinTwoSeconds(tess) == kNotice, qPrintable(writer));
+            QCOMPARE(tess.send(u"state"_s).value("status").toString(), u"Ready"_s);
+            QVERIFY(tess.ok(u"key frmMain treOutl F5"_s));
+            QCOMPARE(notice(tess), QString());
+        }
+
+        // Tess's own save is no news to her, nor is what was there at her
+        // F5; Bob learns of her save.
+        QVERIFY(bob.ok(u"key frmMain treOutl F5"_s));
+        QCOMPARE(notice(bob), QString());
+        QVERIFY(tess.ok(u"click "_s + kAgent));
+        QVERIFY(sendAll(tess, saveLines(kScriptA)));
+        QElapsedTimer saved;
+        saved.start();
+        QCOMPARE(agentIn(tess.send(u"store"_s), u"Auto Reply"_s)[u"script"_s].toString(), kScriptA);
+        QCOMPARE(noticeWithinTwoSeconds(bob), kNotice);
+        // Tess's program has looked at the store again meanwhile.
+        QThread::msleep(static_cast<unsigned long>(std::max<qint64>(0, 1500 - saved.elapsed())));
+        QCOMPARE(notice(tess), QString());
         QVERIFY(bob.quit());
         QVERIFY(tess.quit());
     }

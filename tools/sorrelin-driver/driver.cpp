@@ -297,6 +297,7 @@ QJsonObject Driver::state()
     s.insert(QStringLiteral("forms"), m_ended ? QJsonObject() : FormReader::forms());
     if (auto *main = qobject_cast<frmMain *>(mainForm()); main && !m_ended) {
         s.insert(QStringLiteral("status"), main->statusText());
+        s.insert(QStringLiteral("storeNotice"), main->storeNotice());
         s.insert(QStringLiteral("dirty"), main->blnDirty);
         s.insert(QStringLiteral("strEntryID"), main->strEntryID);
         s.insert(QStringLiteral("strStoreID"), main->strStoreID);

@@ -2,6 +2,7 @@
 
 #include "platform/mapi/messagedata.h"
 #include "platform/mapi/profiles.h"
+#include "platform/store/storewatch.h"
 #include "platform/ui/prompter.h"
 
 namespace mapi {
@@ -88,6 +89,12 @@ void Session::RetryLostStore()
 {
     if (m_state && m_state->db)
         m_state->db->retryLostConnection();
+}
+
+std::unique_ptr<store::StoreWatch> Session::WatchStore() const
+{
+    m_state->check();
+    return std::make_unique<store::StoreWatch>(*m_state->db);
 }
 
 QString Session::CurrentUser() const

@@ -14,6 +14,9 @@
 
 #include <memory>
 
+namespace store {
+class StoreWatch;
+}
 namespace ui {
 class Prompter;
 }
@@ -84,6 +87,9 @@ public:
     void SetLossObserver(store::LossObserver observer);
     /// Lets the next read or write try once to reach a lost store again.
     void RetryLostStore();
+    /// A watch that tells when another program writes to the store; it
+    /// ends quietly with the session's store.
+    std::unique_ptr<store::StoreWatch> WatchStore() const;
 
 private:
     ui::Prompter &m_prompter;

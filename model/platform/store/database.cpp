@@ -475,6 +475,11 @@ QString Database::assignEntryId(IdKind kind, qint64 storeRow, qint64 row)
     return id;
 }
 
+QString Database::changeChannel()
+{
+    return kChangeChannel;
+}
+
 QString Database::now()
 {
     return QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));

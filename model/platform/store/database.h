@@ -53,6 +53,12 @@ public:
     Access access() const { return m_connection->access(); }
     /// The name of the Qt SQL connection behind the store.
     const QString &connectionName() const { return m_connection->name(); }
+    /// The connection behind the store, shared with the process's other
+    /// Database objects on it.
+    const std::shared_ptr<Connection> &connection() const { return m_connection; }
+    /// The channel on which every write transaction on a server store tells
+    /// the other sessions that it has committed.
+    static QString changeChannel();
 
     /// Runs an INSERT into a table with an `id` column and gives the new row's id.
     qint64 insert(const QString &sql, const QVariantList &values = {}) const;
