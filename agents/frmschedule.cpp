@@ -108,7 +108,6 @@ frmSchedule::frmSchedule(ui::Prompter &prompter, QWidget *owner)
     cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
     cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
     cmdCancel->setGeometry(318, 292, 88, 26);
-    cmdCancel->setProperty("cancel", true);
 
     // Design state: hourly, every 1 hrs 0 min, all day.
     optHourly->setChecked(true);
