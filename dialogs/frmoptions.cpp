@@ -182,6 +182,7 @@ void frmOptions::cmdFind_Click()
         dialog.filter = QStringLiteral("Executable Files|*|All Files (*.*)|*.*");
         dialog.filterIndex = 1;
         dialog.executableFilter = 1;
+        dialog.initDir = m_main.program().gstrLocationPath;
         dialog.flags = 4100;
         dialog.cancelError = true;
         if (m_main.prompter().showOpen(dialog))
