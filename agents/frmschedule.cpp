@@ -95,6 +95,7 @@ frmSchedule::frmSchedule(ui::Prompter &prompter, QWidget *owner)
     lblEnd->setGeometry(200, 60, 40, 20);
     DTPickerEnd = timeBox("DTPickerEnd", QStringLiteral("6:00 PM"), fraOnly);
     DTPickerEnd->setGeometry(240, 58, 80, 22);
+    lblEnd->setBuddy(DTPickerEnd); // shows its access key, which goes to the box
     UpDownEnd = timeSpin("UpDownEnd", DTPickerEnd, fraOnly);
     UpDownEnd->setGeometry(321, 58, 16, 22);
     for (QWidget *w : {static_cast<QWidget *>(DTPickerStart), static_cast<QWidget *>(UpDownStart),
