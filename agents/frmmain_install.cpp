@@ -114,7 +114,7 @@ void frmMain::cmdScript_Click()
     CommonDialog1.filterIndex = 2;
     CommonDialog1.flags = 4100;
     CommonDialog1.cancelError = true;
-    CommonDialog1.initDir = app::appPath();
+    CommonDialog1.initDir = m_program.gstrLocationPath;
     CommonDialog1.dialogTitle = routing ? QStringLiteral("Open Exchange Routing Agent")
                                         : QStringLiteral("Open Exchange Scripting Agent");
     CommonDialog1.fileName = routing ? QStringLiteral("Routing.vbs") : QStringLiteral("New Agent.vbs");

@@ -95,6 +95,7 @@ frmSchedule::frmSchedule(ui::Prompter &prompter, QWidget *owner)
     lblEnd->setGeometry(200, 60, 40, 20);
     DTPickerEnd = timeBox("DTPickerEnd", QStringLiteral("6:00 PM"), fraOnly);
     DTPickerEnd->setGeometry(240, 58, 80, 22);
+    lblEnd->setBuddy(DTPickerEnd); // shows its access key, which goes to the box
     UpDownEnd = timeSpin("UpDownEnd", DTPickerEnd, fraOnly);
     UpDownEnd->setGeometry(321, 58, 16, 22);
     for (QWidget *w : {static_cast<QWidget *>(DTPickerStart), static_cast<QWidget *>(UpDownStart),
@@ -108,7 +109,6 @@ frmSchedule::frmSchedule(ui::Prompter &prompter, QWidget *owner)
     cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
     cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
     cmdCancel->setGeometry(318, 292, 88, 26);
-    cmdCancel->setProperty("cancel", true);
 
     // Design state: hourly, every 1 hrs 0 min, all day.
     optHourly->setChecked(true);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/ui/cancelbutton.h"
+
 #include <QDialog>
 
 #include <array>
@@ -21,7 +23,7 @@ class Prompter;
 /// "Scheduled Event": edits the program's schedule record. It reads the
 /// record when it opens and writes it on OK; Cancel sets the default
 /// record; the title bar's close changes nothing.
-class frmSchedule : public QDialog {
+class frmSchedule : public QDialog, public ui::CancelButton {
     Q_OBJECT
 
 public:
@@ -30,6 +32,7 @@ public:
     void Form_Load();
     void cmdOK_Click();
     void cmdCancel_Click();
+    const QPushButton *cancelButton() const override { return cmdCancel; }
     void optHourly_Click();
     void optDaily_Click();
     void optWeekly_Click();

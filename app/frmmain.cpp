@@ -4,6 +4,7 @@
 #include "app/images.h"
 #include "app/program.h"
 #include "platform/controls/sstree.h"
+#include "platform/os/helptopic.h"
 #include "platform/os/helpviewer.h"
 #include "platform/os/twips.h"
 #include "platform/store/storewatch.h"
@@ -82,7 +83,7 @@ frmMain::frmMain(app::Program &program) : m_program(program)
     // Twips of the form's definition: 7440 by 5052 client area.
     resize(os::px(7440), os::px(5052) + 50);
     qApp->installEventFilter(this);
-    setProperty("helpContext", 3);
+    new os::HelpTopic(this, 3);
     new os::HelpKey(this); // F1 opens the help of the window or control
 }
 

@@ -4,6 +4,7 @@
 #include "app/generaldate.h"
 #include "app/program.h"
 #include "platform/com/routine.h"
+#include "platform/os/helptopic.h"
 #include "platform/os/twips.h"
 #include "scripts/filequestions.h"
 #include "scripts/fontladder.h"
@@ -28,15 +29,13 @@ constexpr int kPrintAllRows = 7;
 using os::px;
 using os::twips;
 
-/// Places a control by twips, and keeps them for those who read the layout
-/// back: a pixel is 15 twips, and the layout's lengths aren't multiples of it.
-void place(QWidget *control, int left, int top, int width, int height)
+} // namespace
+
+void ReportWindow::place(QWidget *control, int left, int top, int width, int height)
 {
     control->setGeometry(px(left), px(top), px(width), px(height));
-    control->setProperty("twips", QRect(left, top, width, height));
+    m_twips.insert(control, QRect(left, top, width, height));
 }
-
-} // namespace
 
 ReportWindow::ReportWindow(const ReportSetup &setup, frmMain &main, QWidget *parent)
     : QDialog(parent), m_setup(setup), m_main(main)
@@ -50,7 +49,7 @@ ReportWindow::ReportWindow(const ReportSetup &setup, frmMain &main, QWidget *par
     if (setup.resizes)
         flags |= Qt::WindowMaximizeButtonHint;
     setWindowFlags(flags);
-    setProperty("helpContext", setup.helpContext);
+    new os::HelpTopic(this, setup.helpContext);
 
     SSDBGrid1 = new controls::SSDBGrid(this);
     SSDBGrid1->setObjectName(QStringLiteral("SSDBGrid1"));
@@ -72,9 +71,8 @@ ReportWindow::ReportWindow(const ReportSetup &setup, frmMain &main, QWidget *par
         place(button, b.left, setup.buttonTop, kButtonWidth, kButtonHeight);
         button->setAutoDefault(false);
         button->setDefault(b.name == setup.defaultButton);
-        button->setProperty("cancel", b.name == QLatin1String("cmdClose"));
         if (b.helpContext)
-            button->setProperty("helpContext", b.helpContext);
+            new os::HelpTopic(button, b.helpContext);
     }
     const auto on = [this](const char *name, void (ReportWindow::*handler)()) {
         if (QPushButton *b = button(QString::fromLatin1(name)))
@@ -93,6 +91,11 @@ ReportWindow::ReportWindow(const ReportSetup &setup, frmMain &main, QWidget *par
 QPushButton *ReportWindow::button(const QString &name) const
 {
     return findChild<QPushButton *>(name, Qt::FindDirectChildrenOnly);
+}
+
+const QPushButton *ReportWindow::cancelButton() const
+{
+    return button(QStringLiteral("cmdClose"));
 }
 
 QLabel *ReportWindow::addLabel(const QString &name, const QString &caption, int left, int top, int width,

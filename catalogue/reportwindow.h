@@ -1,9 +1,12 @@
 #pragma once
 
 #include "platform/controls/ssdbgrid.h"
+#include "platform/ui/cancelbutton.h"
 
 #include <QDialog>
+#include <QHash>
 #include <QList>
+#include <QRect>
 #include <QString>
 
 class QLabel;
@@ -57,7 +60,7 @@ const ReportSetup &frmTrackingSetup();
 /// tracking window, its own page header) connects to the buttons and the
 /// grid's signals, and may rewrite `SSDBGrid1_PrintInitialize`'s result
 /// through `printInitialized`.
-class ReportWindow : public QDialog {
+class ReportWindow : public QDialog, public ui::CancelButton {
     Q_OBJECT
 
 public:
@@ -71,6 +74,12 @@ public:
     const ReportSetup &setup() const { return m_setup; }
     /// Adds a label to the window, placed in twips like the other controls.
     QLabel *addLabel(const QString &name, const QString &caption, int left, int top, int width, int height);
+    /// Where the window last placed a control of its own, in twips (a pixel
+    /// is 15 twips, and the layout's lengths aren't multiples of it); a null
+    /// rectangle for one it never placed.
+    QRect placedTwips(const QWidget *control) const { return m_twips.value(control); }
+    /// Close: Esc closes the window as it does.
+    const QPushButton *cancelButton() const override;
 
     void Form_Resize();
     void cmdPrint_Click();
@@ -88,6 +97,9 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void place(QWidget *control, int left, int top, int width, int height);
+
+    QHash<const QWidget *, QRect> m_twips;
     const ReportSetup &m_setup;
     frmMain &m_main;
 };

@@ -7,6 +7,7 @@
 #include "platform/com/routine.h"
 #include "platform/controls/folderlists.h"
 #include "platform/controls/sscombo.h"
+#include "platform/os/helptopic.h"
 #include "platform/os/userfolders.h"
 
 #include <QBoxLayout>
@@ -39,7 +40,7 @@ frmOptions::frmOptions(frmMain &owner)
     setObjectName(QStringLiteral("frmOptions"));
     setWindowTitle(QStringLiteral("Options"));
     setModal(true);
-    setProperty("helpContext", HelpContextID);
+    new os::HelpTopic(this, HelpContextID);
 
     SSTab1 = new QTabWidget(this);
     SSTab1->setObjectName(QStringLiteral("SSTab1"));
@@ -181,6 +182,7 @@ void frmOptions::cmdFind_Click()
         dialog.filter = QStringLiteral("Executable Files|*|All Files (*.*)|*.*");
         dialog.filterIndex = 1;
         dialog.executableFilter = 1;
+        dialog.initDir = m_main.program().gstrLocationPath;
         dialog.flags = 4100;
         dialog.cancelError = true;
         if (m_main.prompter().showOpen(dialog))

@@ -23,7 +23,7 @@ void frmMain::mnuFileNew_Click()
     scripts::setUpFileDialog(CommonDialog1,
                              QStringLiteral("Text Files (*.txt)|*.txt|VBScript Files"
                                             "(*.vbs)|*.vbs|All Files (*.*)|*.*"),
-                             2, QStringLiteral("New Agent.vbs"), app::appPath());
+                             2, QStringLiteral("New Agent.vbs"), m_program.gstrLocationPath);
     if (!prompter().showOpen(CommonDialog1))
         return;
     com::withHandler(

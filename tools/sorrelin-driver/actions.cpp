@@ -2,6 +2,7 @@
 // that a modal form it opens doesn't stop the driver.
 #include "app/frmmain.h"
 #include "platform/com/escapes.h"
+#include "platform/controls/folderlists.h"
 #include "platform/controls/ssdbgrid.h"
 #include "platform/controls/sstree.h"
 #include "tools/sorrelin-driver/choose.h"
@@ -349,8 +350,8 @@ void Driver::type(const QString &rest)
             spin->setValue(text.toInt());
         });
     // A folder list walks to the folder typed.
-    if (o && o->metaObject()->indexOfProperty("Path") >= 0)
-        return act([o, text] { o->setProperty("Path", text); });
+    if (auto *folders = qobject_cast<controls::DirListBox *>(o))
+        return act([folders, text] { folders->setPath(text); });
     fail(QStringLiteral("no text control %1 in %2").arg(w.value(1), w.value(0)));
 }
 

@@ -1,9 +1,12 @@
 #include "tools/sorrelin-driver/formreader.h"
 
 #include "app/commandaction.h"
+#include "catalogue/reportwindow.h"
+#include "platform/controls/folderlists.h"
 #include "platform/controls/ssdbgrid.h"
 #include "platform/controls/sstree.h"
 #include "platform/outlook/mailwindow.h"
+#include "platform/ui/cancelbutton.h"
 #include "scripts/scriptpane.h"
 
 #include <QAction>
@@ -63,10 +66,11 @@ void insertTwips(QJsonObject &o, std::initializer_list<std::pair<const char *, i
         o.insert(QString::fromLatin1(name), pixels * 15);
 }
 
-/// A control's place in twips: as the program set it where it still holds.
+/// A control's place in twips: as the window set it where it still holds.
 void insertGeometry(QJsonObject &c, const QWidget *w)
 {
-    const QRect set = w->property("twips").toRect();
+    const auto *report = qobject_cast<const catalogue::ReportWindow *>(w->window());
+    const QRect set = report ? report->placedTwips(w) : QRect();
     if (!set.isNull() &&
         QRect(set.x() / 15, set.y() / 15, set.width() / 15, set.height() / 15) == w->geometry()) {
         c.insert(QStringLiteral("left"), set.x());
@@ -147,7 +151,8 @@ QJsonObject describe(QObject *object)
     } else if (auto *button = qobject_cast<QPushButton *>(w)) {
         c.insert(QStringLiteral("caption"), button->text());
         c.insert(QStringLiteral("default"), button->isDefault());
-        c.insert(QStringLiteral("cancel"), button->property("cancel").toBool());
+        const auto *owner = dynamic_cast<const ui::CancelButton *>(button->window());
+        c.insert(QStringLiteral("cancel"), owner && owner->cancelButton() == button);
     } else if (auto *label = qobject_cast<QLabel *>(w)) {
         c.insert(QStringLiteral("caption"), label->text());
     } else if (auto *group = qobject_cast<QGroupBox *>(w)) {
@@ -180,8 +185,8 @@ QJsonObject describe(QObject *object)
         c.insert(QStringLiteral("items"), items);
     } else if (auto *list = qobject_cast<QListWidget *>(w)) {
         // A folder list's text is its folder.
-        const QVariant path = list->property("Path");
-        c.insert(QStringLiteral("text"), path.isValid()        ? path.toString()
+        const auto *folders = qobject_cast<const controls::DirListBox *>(list);
+        c.insert(QStringLiteral("text"), folders               ? folders->Path()
                                          : list->currentItem() ? list->currentItem()->text()
                                                                : QString());
         QJsonArray items;
@@ -207,7 +212,6 @@ QJsonObject describe(QObject *object)
             rows.append(cells);
         }
         c.insert(QStringLiteral("rows"), rows);
-        c.insert(QStringLiteral("caption"), grid->property("caption").toString());
         c.insert(QStringLiteral("row"), grid->currentRow());
     }
     return c;
@@ -347,7 +351,7 @@ QJsonObject FormReader::form(QWidget *form)
     QJsonObject controls;
     for (QObject *o : form->findChildren<QObject *>()) {
         const QString name = o->objectName();
-        if (!isControlName(name) || o->property("driverSkip").toBool())
+        if (!isControlName(name))
             continue;
         if (!qobject_cast<QWidget *>(o) && !qobject_cast<QAction *>(o))
             continue;

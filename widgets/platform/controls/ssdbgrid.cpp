@@ -49,7 +49,7 @@ public:
 /// it has one.
 class CaptionHeader : public QHeaderView {
 public:
-    explicit CaptionHeader(QWidget *parent) : QHeaderView(Qt::Horizontal, parent) {}
+    explicit CaptionHeader(SSDBGrid &grid) : QHeaderView(Qt::Horizontal, &grid), m_grid(grid) {}
 
     QSize sizeHint() const override
     {
@@ -73,21 +73,22 @@ protected:
         const QRect top(0, 0, viewport()->width(), band());
         painter.fillRect(top, palette().button());
         painter.setPen(palette().buttonText().color());
-        painter.drawText(top, Qt::AlignCenter, caption());
+        painter.drawText(top, Qt::AlignCenter, m_grid.caption());
         painter.setPen(palette().mid().color());
         painter.drawLine(top.bottomLeft(), top.bottomRight());
     }
 
 private:
-    QString caption() const { return property("caption").toString(); }
-    int band() const { return caption().isEmpty() ? 0 : fontMetrics().height() + 6; }
+    int band() const { return m_grid.caption().isEmpty() ? 0 : fontMetrics().height() + 6; }
+
+    const SSDBGrid &m_grid;
 };
 
 } // namespace
 
 SSDBGrid::SSDBGrid(QWidget *parent) : QTableWidget(parent)
 {
-    setHorizontalHeader(new CaptionHeader(this));
+    setHorizontalHeader(new CaptionHeader(*this));
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::SingleSelection);
@@ -220,8 +221,6 @@ void SSDBGrid::setHeadFontSize(double size)
 void SSDBGrid::setCaption(const QString &caption)
 {
     m_caption = caption;
-    setProperty("caption", caption);
-    horizontalHeader()->setProperty("caption", caption);
     // The header's height changes with the band; the table lays out anew.
     horizontalHeader()->updateGeometry();
     updateGeometries();

@@ -1,5 +1,6 @@
 #include "platform/os/helpviewer.h"
 
+#include "platform/os/helptopic.h"
 #include "platform/os/sharedir.h"
 
 #include <QApplication>
@@ -283,13 +284,12 @@ bool HelpKey::eventFilter(QObject *watched, QEvent *event)
     const auto *key = static_cast<QKeyEvent *>(event);
     if (key->key() != Qt::Key_F1 || key->modifiers() != Qt::NoModifier)
         return false;
-    for (QObject *o = watched; o; o = o->parent()) {
-        const int context = o->property("helpContext").toInt();
-        if (context > 0) {
-            HelpViewer::instance()->showTopic(context);
+    for (const QWidget *w = static_cast<QWidget *>(watched); w; w = w->parentWidget()) {
+        if (const HelpTopic *topic = HelpTopic::of(w); topic && topic->context() > 0) {
+            HelpViewer::instance()->showTopic(topic->context());
             return true;
         }
-        if (static_cast<QWidget *>(o)->isWindow())
+        if (w->isWindow())
             break;
     }
     return false;

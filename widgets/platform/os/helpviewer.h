@@ -72,10 +72,10 @@ private:
     QLineEdit *m_context = nullptr;
 };
 
-/// F1 anywhere in the program: the topic of the help context of the control
-/// with the focus, or of the nearest parent that has one (the property
-/// "helpContext"). Listens to the whole application while it lives, and
-/// closes the help window when it ends.
+/// F1 anywhere in the program: the topic of the control with the focus, or
+/// of the nearest parent in its window that has one (its `HelpTopic`).
+/// Listens to the whole application while it lives, and closes the help
+/// window when it ends.
 class HelpKey : public QObject {
     Q_OBJECT
 
