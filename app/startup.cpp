@@ -64,7 +64,12 @@ void reportSettingsFile(Program &program)
 
 Program::Program(ui::Prompter &p) : prompter(p) {}
 
-Program::~Program() = default;
+// A main window closed but not yet deleted (its deletion waits for the event
+// loop) still refers to the program: it goes first.
+Program::~Program()
+{
+    delete gfrmMain.data();
+}
 
 QString appPath()
 {
