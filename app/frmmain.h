@@ -63,6 +63,9 @@ public:
     void Form_QueryUnload();
     void SaveRegSettings();
     void StatBar(const QString &strText, bool blnWait = false);
+    /// The title bar: `text`, the program's name, and whether the store
+    /// may only be read.
+    void setCaption(const QString &text);
     QString statusText() const;
     /// A write waits for another program's lock on the store (true), or has
     /// stopped waiting (false): the hourglass and words in the status bar.
