@@ -120,9 +120,6 @@ com::ComError serverError(const QString &store, const QSqlError &e)
                           QStringLiteral("The connection to the server of the store %1 was lost; nothing "
                                          "was written: %2")
                               .arg(store, e.databaseText().trimmed().section(QLatin1Char('\n'), 0, 0)));
-    // A write that reached the server of a store this login may only read.
-    if (state == QLatin1String("25006"))
-        return readOnlyError(store);
     if (state == QLatin1String("40001") || state == QLatin1String("40P01") || state == QLatin1String("55P03"))
         return storeError(com::err::Busy,
                           QStringLiteral("The store %1 was being changed by another program; nothing was "
