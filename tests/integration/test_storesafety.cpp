@@ -257,6 +257,20 @@ private Q_SLOTS:
             QVERIFY2(browsing.isEmpty(), qPrintable(browsing));
 
             QVERIFY(refusesSave(driver, path));
+            // The other writes are refused in the same words: on the screen, or
+            // in the application log that the install's message points to.
+            const QString agent = u"\\Mailbox - Tess Tester\\Inbox\\Router"_s;
+            for (const QStringList &write :
+                 {testsupport::renameLines(agent, u"Renamed"_s), testsupport::removeLines(agent),
+                  testsupport::installLines(u"Greeter"_s, u"\\Mailbox - Tess Tester\\Empty"_s)}) {
+                for (const QString &line : write)
+                    driver.send(line);
+                const QJsonArray prompts = driver.send(u"state"_s).value("prompts").toArray();
+                const QJsonArray log = driver.send(u"log"_s).value("lines").toArray();
+                const QString told = prompts.last()["text"_L1].toString() + u'\n' + log.last()["text"_L1].toString();
+                QVERIFY2(told.contains(u"The store %1 is read-only; nothing was written."_s.arg(path)),
+                         qPrintable(write.last() + u": "_s + told));
+            }
             QVERIFY(driver.finish());
         }
         QCOMPARE(digest(path), before);
