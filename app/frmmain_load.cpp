@@ -157,7 +157,8 @@ void frmMain::setCaption(const QString &text)
         readOnly = m_program.gobjSession && m_program.gobjSession->ReadOnly();
     } catch (const com::ComError &) {
     }
-    setWindowTitle(text + (readOnly ? QStringLiteral(" - Sorrelin (read-only)") : QStringLiteral(" - Sorrelin")));
+    setWindowTitle(text +
+                   (readOnly ? QStringLiteral(" - Sorrelin (read-only)") : QStringLiteral(" - Sorrelin")));
 }
 
 void frmMain::SaveRegSettings()

@@ -90,11 +90,11 @@ bool refusesSave(DriverProcess &driver, const QString &store)
         return false;
     const QJsonObject state = driver.send(u"state"_s);
     const QJsonObject told = state.value("prompts").toArray().last().toObject();
-    const QString pane = state["forms"_L1]["frmMain"_L1]["controls"_L1]["txtPreview"_L1]["text"_L1].toString();
-    const bool refused =
-        told.value("text").toString().contains(
-            u"Description: The store %1 is read-only; nothing was written."_s.arg(store)) &&
-        told.value("icon").toString() == "information"_L1 && pane.contains("' mine"_L1);
+    const QString pane =
+        state["forms"_L1]["frmMain"_L1]["controls"_L1]["txtPreview"_L1]["text"_L1].toString();
+    const bool refused = told.value("text").toString().contains(
+                             u"Description: The store %1 is read-only; nothing was written."_s.arg(store)) &&
+                         told.value("icon").toString() == "information"_L1 && pane.contains("' mine"_L1);
     if (!refused)
         qWarning("not refused as expected: %s; pane: %s", qPrintable(QJsonDocument(told).toJson()),
                  qPrintable(pane));
@@ -173,7 +173,8 @@ private Q_SLOTS:
         QTest::newRow("not a database") << u"text"_s << u"is not a Sorrelin store: it is not a database."_s;
         QTest::newRow("another program's")
             << u"foreign"_s << u"is not a Sorrelin store: it is a database of another program."_s;
-        QTest::newRow("another version") << u"version"_s << u"is of version 7; this program reads version 1."_s;
+        QTest::newRow("another version")
+            << u"version"_s << u"is of version 7; this program reads version 1."_s;
         QTest::newRow("damaged") << u"damaged"_s << u"is damaged"_s;
     }
 
@@ -218,7 +219,8 @@ private Q_SLOTS:
             const testsupport::ToolRun run = testsupport::runStoreTool({command, path});
             QCOMPARE(run.code, 1);
             QCOMPARE(run.out, QByteArray());
-            QVERIFY2(run.err.startsWith("sorrelin-store: ") && QString::fromLocal8Bit(run.err).contains(cause),
+            QVERIFY2(run.err.startsWith("sorrelin-store: ") &&
+                         QString::fromLocal8Bit(run.err).contains(cause),
                      run.err.constData());
             QCOMPARE(readAll(path), before);
             // A refused store gets nothing beside it.
@@ -267,7 +269,8 @@ private Q_SLOTS:
                     driver.send(line);
                 const QJsonArray prompts = driver.send(u"state"_s).value("prompts").toArray();
                 const QJsonArray log = driver.send(u"log"_s).value("lines").toArray();
-                const QString told = prompts.last()["text"_L1].toString() + u'\n' + log.last()["text"_L1].toString();
+                const QString told =
+                    prompts.last()["text"_L1].toString() + u'\n' + log.last()["text"_L1].toString();
                 QVERIFY2(told.contains(u"The store %1 is read-only; nothing was written."_s.arg(path)),
                          qPrintable(write.last() + u": "_s + told));
             }

@@ -161,13 +161,15 @@ private Q_SLOTS:
         const int user = geteuid() == 0 ? 65534 : -1;
         QFile::setPermissions(m_home->path(), QFileDevice::Permissions(folder ? 0x5555 : 0x7777));
         if (!folder)
-            QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::ReadGroup | QFileDevice::ReadOther);
+            QFile::setPermissions(path,
+                                  QFileDevice::ReadOwner | QFileDevice::ReadGroup | QFileDevice::ReadOther);
         for (const auto &[command, out] : {std::pair{u"tree"_s, tree}, std::pair{u"dump"_s, dumped}}) {
             const Result r = tool({command, path}, {}, user);
             QVERIFY2(r.code == 0, qPrintable(r.err));
             QCOMPARE(r.out.toUtf8(), out);
         }
-        const QString refused = u"sorrelin-store: The store %1 is read-only; nothing was written.\n"_s.arg(path);
+        const QString refused =
+            u"sorrelin-store: The store %1 is read-only; nothing was written.\n"_s.arg(path);
         for (const QStringList &write :
              {QStringList{u"set-log"_s, path, autoReply, u"-"_s},
               QStringList{u"add-map"_s, path, kExpenses + u"Trip to Lyon"_s, u"-"_s}}) {
