@@ -86,7 +86,8 @@ void setUpServerSession(QSqlDatabase &db, Connection::Access access)
 }
 
 /// Whether the login of `db` may write every table of the store in its
-/// schema: add, change and remove rows, and draw new row numbers.
+/// schema: add, change and remove rows, and draw new row numbers. A server
+/// that can't tell is taken as writable: a write it refuses is refused then.
 bool mayWriteStore(QSqlDatabase &db)
 {
     QSqlQuery q(db);
