@@ -132,6 +132,12 @@ void frmMain::mnuFileDelete_Click()
     });
     if (!transaction && !routine.failed())
         return;
+    // From a store that may only be read nothing goes, and the user is told why.
+    if (routine.failed() && routine.number() == com::err::NoAccess && m_program.gobjSession->ReadOnly()) {
+        prompter().msgBox(com::errorText(*routine.error(), com::ErrorForm::Description), ui::Buttons::OK,
+                          ui::Icon::Information, 1, QString());
+        return;
+    }
     routine.clear();
     routine.step([&] { agent->bindings().Remove(*binding); });
     const bool bindingRemoved = !routine.failed();

@@ -67,6 +67,9 @@ public:
     void Form_QueryUnload();
     void SaveRegSettings();
     void StatBar(const QString &strText, bool blnWait = false);
+    /// The title bar: `text`, the program's name, and whether the store
+    /// may only be read.
+    void setCaption(const QString &text);
     QString statusText() const;
     /// The status bar's notice that another program changed the store
     /// since the tree was read; empty when there is none.

@@ -86,7 +86,7 @@ bool frmMain::Form_Load()
         m_storeWatch = p.gobjSession->WatchStore();
         connect(m_storeWatch.get(), &store::StoreWatch::changed, this, &frmMain::storeChanged);
     });
-    routine.step([&] { setWindowTitle(p.gobjSession->CurrentUser() + QStringLiteral(" - Sorrelin")); });
+    routine.step([&] { setCaption(p.gobjSession->CurrentUser()); });
     StatBar(QStringLiteral("Ready"));
 
     // First run for this user: defaults in memory, then all of them written.
@@ -153,6 +153,17 @@ bool frmMain::Form_Load()
         setWindowState(windowState() | Qt::WindowMaximized);
     Form_Resize();
     return true;
+}
+
+void frmMain::setCaption(const QString &text)
+{
+    bool readOnly = false;
+    try {
+        readOnly = m_program.gobjSession && m_program.gobjSession->ReadOnly();
+    } catch (const com::ComError &) {
+    }
+    setWindowTitle(text +
+                   (readOnly ? QStringLiteral(" - Sorrelin (read-only)") : QStringLiteral(" - Sorrelin")));
 }
 
 void frmMain::SaveRegSettings()

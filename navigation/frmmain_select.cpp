@@ -123,7 +123,7 @@ void frmMain::treOutl_NodeClick(QTreeWidgetItem *node)
 
     action(app::Command::FolderProperties)->setText(QStringLiteral("Propert&ies for ") + text);
     action(app::Command::ToolProperties)->setToolTip(QStringLiteral("Properties for ") + text);
-    setWindowTitle(text + QStringLiteral(" - Sorrelin"));
+    setCaption(text);
 
     if (agent(image)) {
         GetScript();

@@ -3,8 +3,10 @@
 // time lose nothing of the program's saves.
 #include "agentlines.h"
 #include "driverprocess.h"
+#include "platform/store/database.h"
 #include "platform/store/fixture.h"
 #include "storecheck.h"
+#include "tests/support/pgserver.h"
 #include "tests/support/testenv.h"
 
 #include <QtSql>
@@ -44,13 +46,68 @@ QByteArray dump(const QString &store)
     return testsupport::runStoreTool({u"dump"_s, store}).out;
 }
 
+QByteArray digest(const QString &path)
+{
+    return QCryptographicHash::hash(readAll(path), QCryptographicHash::Sha256);
+}
+
+QString caption(const QJsonObject &state)
+{
+    return state.value("forms").toObject().value("frmMain").toObject().value("caption").toString();
+}
+
+/// Browses a store that the program may only read, as Tess Tester: the
+/// tree, an agent's script, and the list of installed agents. What went
+/// wrong, or nothing.
+QString browse(DriverProcess &driver)
+{
+    if (!driver.ok(u"click \\Mailbox - Tess Tester\\Inbox\\Auto Reply"_s))
+        return u"the agent can't be chosen"_s;
+    const QJsonObject state = driver.send(u"state"_s);
+    if (caption(state) != u"Auto Reply - Sorrelin (read-only)"_s)
+        return u"caption: "_s + caption(state);
+    if (!QJsonDocument(state.value("tree").toArray()).toJson().contains("Clipper"))
+        return u"the tree lacks an agent"_s;
+    const QJsonObject controls = state["forms"_L1]["frmMain"_L1]["controls"_L1].toObject();
+    if (!controls["txtPreview"_L1]["text"_L1].toString().contains("Folder_OnMessageCreated"_L1))
+        return u"the script is not shown"_s;
+    if (!driver.ok(u"toolbar Installed"_s))
+        return u"the list can't be opened"_s;
+    const QJsonObject list = driver.send(u"state"_s)["forms"_L1]["frmScripts"_L1].toObject();
+    if (list["controls"_L1]["SSDBGrid1"_L1]["rows"_L1].toArray().size() < 4)
+        return u"the list lacks agents"_s;
+    return driver.ok(u"press frmScripts cmdClose"_s) ? QString() : u"the list can't be closed"_s;
+}
+
+/// Whether a save of an edited script into the read-only `store` is refused
+/// in words, the edit left in the pane.
+bool refusesSave(DriverProcess &driver, const QString &store)
+{
+    driver.send(u"type frmMain txtPreview <SCRIPT RunAt=Server Language=VBScript>\\r\\n' mine"_s);
+    driver.send(u"answer Yes"_s);
+    driver.send(u"answer OK"_s);
+    if (!driver.ok(u"menu mnuFileSave"_s))
+        return false;
+    const QJsonObject state = driver.send(u"state"_s);
+    const QJsonObject told = state.value("prompts").toArray().last().toObject();
+    const QString pane =
+        state["forms"_L1]["frmMain"_L1]["controls"_L1]["txtPreview"_L1]["text"_L1].toString();
+    const bool refused = told.value("text").toString().contains(
+                             u"Description: The store %1 is read-only; nothing was written."_s.arg(store)) &&
+                         told.value("icon").toString() == "information"_L1 && pane.contains("' mine"_L1);
+    if (!refused)
+        qWarning("not refused as expected: %s; pane: %s", qPrintable(QJsonDocument(told).toJson()),
+                 qPrintable(pane));
+    return refused;
+}
+
 QStringList filesIn(const QString &folder)
 {
     return QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
 }
 
-/// Makes the file of one kind of bad store at `path`.
-void makeBadStore(const QString &kind, const QString &path)
+/// Makes at `path` the file of one kind of store that the program can't open, or may only read.
+void makeStoreFile(const QString &kind, const QString &path)
 {
     if (kind == "missing"_L1) {
         return;
@@ -111,41 +168,29 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("kind");
         QTest::addColumn<QString>("cause");
-        QTest::addColumn<bool>("listable"); // the store's command line may still list it
-        QTest::newRow("missing") << u"missing"_s << u"does not exist."_s << false;
-        QTest::newRow("empty") << u"empty"_s << u"is empty; it is not a Sorrelin store."_s << false;
-        QTest::newRow("not a database")
-            << u"text"_s << u"is not a Sorrelin store: it is not a database."_s << false;
+        QTest::newRow("missing") << u"missing"_s << u"does not exist."_s;
+        QTest::newRow("empty") << u"empty"_s << u"is empty; it is not a Sorrelin store."_s;
+        QTest::newRow("not a database") << u"text"_s << u"is not a Sorrelin store: it is not a database."_s;
         QTest::newRow("another program's")
-            << u"foreign"_s << u"is not a Sorrelin store: it is a database of another program."_s << false;
+            << u"foreign"_s << u"is not a Sorrelin store: it is a database of another program."_s;
         QTest::newRow("another version")
-            << u"version"_s << u"is of version 7; this program reads version 1."_s << false;
-        QTest::newRow("damaged") << u"damaged"_s << u"is damaged"_s << false;
-        QTest::newRow("read-only file")
-            << u"read-only file"_s << u"is read-only; Sorrelin must be able to write to it."_s << true;
-        QTest::newRow("read-only folder")
-            << u"read-only folder"_s << u"is read-only; Sorrelin keeps the store's journal beside it"_s
-            << true;
+            << u"version"_s << u"is of version 7; this program reads version 1."_s;
+        QTest::newRow("damaged") << u"damaged"_s << u"is damaged"_s;
     }
 
     void badStoreIsRefusedInWords()
     {
         QFETCH(QString, kind);
         QFETCH(QString, cause);
-        QFETCH(bool, listable);
-        // Permissions don't bind root: such cases run as an ordinary user.
-        const int user = kind.startsWith("read-only"_L1) && geteuid() == 0 ? kNobody : -1;
         const QString folder = m_work + u"/stores"_s;
         QDir().mkpath(folder);
-        QFile::setPermissions(folder, QFileDevice::Permissions(0x7777));
         const QString path = folder + u"/store.db"_s;
-        makeBadStore(kind, path);
+        makeStoreFile(kind, path);
         const QByteArray before = readAll(path);
         const QStringList filesBefore = filesIn(folder);
 
         {
-            DriverProcess driver(m_work + u"/home-"_s + QString::number(QDateTime::currentMSecsSinceEpoch()),
-                                 user);
+            DriverProcess driver(m_work + u"/home"_s);
             QVERIFY(driver.ok(u"reg %1 Store %2"_s.arg(kTestProfileKey, path)));
             driver.send(u"answer Test"_s);
             driver.send(u"answer OK"_s);
@@ -171,24 +216,120 @@ private Q_SLOTS:
         QCOMPARE(filesIn(folder), filesBefore);
 
         for (const QString &command : {u"tree"_s, u"dump"_s}) {
-            const testsupport::ToolRun run = testsupport::runStoreTool({command, path}, user);
-            if (listable) {
-                QVERIFY2(run.code == 0, run.err.constData());
-                QVERIFY(run.out.contains("Inbox"));
-            } else {
-                QCOMPARE(run.code, 1);
-                QCOMPARE(run.out, QByteArray());
-                QVERIFY2(run.err.startsWith("sorrelin-store: ") &&
-                             QString::fromLocal8Bit(run.err).contains(cause),
-                         run.err.constData());
-            }
+            const testsupport::ToolRun run = testsupport::runStoreTool({command, path});
+            QCOMPARE(run.code, 1);
+            QCOMPARE(run.out, QByteArray());
+            QVERIFY2(run.err.startsWith("sorrelin-store: ") &&
+                         QString::fromLocal8Bit(run.err).contains(cause),
+                     run.err.constData());
             QCOMPARE(readAll(path), before);
-            // A reader may leave SQLite's journal files beside a store it can't
-            // write; a refused store gets nothing beside it.
-            if (!listable)
-                QCOMPARE(filesIn(folder), filesBefore);
+            // A refused store gets nothing beside it.
+            QCOMPARE(filesIn(folder), filesBefore);
         }
+    }
+
+    void readOnlyStoreOpensForReading_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::newRow("read-only file") << u"read-only file"_s;
+        QTest::newRow("read-only folder") << u"read-only folder"_s;
+    }
+
+    void readOnlyStoreOpensForReading()
+    {
+        QFETCH(QString, kind);
+        // Permissions don't bind root: the program runs as an ordinary user.
+        const int user = geteuid() == 0 ? kNobody : -1;
+        const QString folder = m_work + u"/stores"_s;
+        QDir().mkpath(folder);
         QFile::setPermissions(folder, QFileDevice::Permissions(0x7777));
+        const QString path = folder + u"/store.db"_s;
+        makeStoreFile(kind, path);
+        const QByteArray before = digest(path);
+
+        {
+            DriverProcess driver(m_work + u"/home"_s, user);
+            QVERIFY(driver.ok(u"reg %1 Store %2"_s.arg(kTestProfileKey, path)));
+            driver.send(u"answer Test"_s);
+            QVERIFY(driver.ok(u"start"_s));
+            const QJsonObject state = driver.send(u"state"_s);
+            QCOMPARE(state.value("prompts").toArray().size(), 1);
+            QCOMPARE(caption(state), u"Current User: Tess Tester - Sorrelin (read-only)"_s);
+            const QString browsing = browse(driver);
+            QVERIFY2(browsing.isEmpty(), qPrintable(browsing));
+
+            QVERIFY(refusesSave(driver, path));
+            // The other writes are refused in the same words: on the screen, or
+            // in the application log that the install's message points to.
+            const QString agent = u"\\Mailbox - Tess Tester\\Inbox\\Router"_s;
+            for (const QStringList &write :
+                 {testsupport::renameLines(agent, u"Renamed"_s), testsupport::removeLines(agent),
+                  testsupport::installLines(u"Greeter"_s, u"\\Mailbox - Tess Tester\\Empty"_s)}) {
+                for (const QString &line : write)
+                    driver.send(line);
+                const QJsonArray prompts = driver.send(u"state"_s).value("prompts").toArray();
+                const QJsonArray log = driver.send(u"log"_s).value("lines").toArray();
+                const QString told =
+                    prompts.last()["text"_L1].toString() + u'\n' + log.last()["text"_L1].toString();
+                QVERIFY2(told.contains(u"The store %1 is read-only; nothing was written."_s.arg(path)),
+                         qPrintable(write.last() + u": "_s + told));
+            }
+            QVERIFY(driver.finish());
+        }
+        QCOMPARE(digest(path), before);
+
+        QFile::setPermissions(folder, QFileDevice::Permissions(0x7777));
+    }
+
+    void readOnlyLoginBrowses()
+    {
+        testsupport::PgServer server;
+        SORRELIN_REQUIRE_PGSERVER(server);
+        qputenv("SORRELIN_DRIVER_STORE_SERVER", server.location(u"postgres"_s).toUtf8());
+        DriverProcess maker(m_work + u"/maker"_s);
+        const QString made = loadAgents(maker);
+        qunsetenv("SORRELIN_DRIVER_STORE_SERVER");
+        QVERIFY(maker.finish());
+        const store::Location where = store::Location::parse(made);
+        {
+            // A login that may read every table of the store and change none.
+            const std::unique_ptr<store::Database> db = store::Database::open(made);
+            db->run(u"CREATE ROLE auditor LOGIN"_s);
+            db->run(u"GRANT SELECT ON ALL TABLES IN SCHEMA public TO auditor"_s);
+        }
+        const QString location = server.location(where.database, u"auditor"_s);
+        const QByteArray before = dump(made);
+        QVERIFY(before.contains("Auto Reply"));
+
+        {
+            DriverProcess driver(m_work + u"/auditor"_s);
+            for (const auto &[name, value] :
+                 {std::pair{u"User"_s, u"Tess Tester"_s}, std::pair{u"Server"_s, where.host},
+                  std::pair{u"Port"_s, QString::number(where.port)}, std::pair{u"Database"_s, where.database},
+                  std::pair{u"Login"_s, u"auditor"_s}})
+                QVERIFY(driver.ok(u"reg %1 %2 %3"_s.arg(kTestProfileKey, name, value)));
+            driver.send(u"answer Test"_s);
+            QVERIFY(driver.ok(u"start"_s));
+            const QJsonObject state = driver.send(u"state"_s);
+            QCOMPARE(state.value("prompts").toArray().size(), 1);
+            QCOMPARE(caption(state), u"Current User: Tess Tester - Sorrelin (read-only)"_s);
+            const QString browsing = browse(driver);
+            QVERIFY2(browsing.isEmpty(), qPrintable(browsing));
+            QVERIFY(refusesSave(driver, store::Location::parse(location).text()));
+            QVERIFY(driver.finish());
+        }
+        QCOMPARE(dump(made), before);
+
+        const testsupport::ToolRun read = testsupport::runStoreTool({u"dump"_s, location});
+        QCOMPARE(read.code, 0);
+        QCOMPARE(read.out, before);
+        const testsupport::ToolRun write = testsupport::runStoreTool(
+            {u"set-log"_s, location, u"\\Mailbox - Tess Tester\\Inbox\\Auto Reply"_s, u"/dev/null"_s});
+        QCOMPARE(write.code, 1);
+        QCOMPARE(QString::fromLocal8Bit(write.err),
+                 u"sorrelin-store: The store %1 is read-only; nothing was written.\n"_s.arg(
+                     store::Location::parse(location).text()));
+        QCOMPARE(dump(made), before);
     }
 
     void damagedSettingsAreMovedAside()

@@ -3,6 +3,7 @@
 #include "platform/os/applog.h"
 #include "platform/store/database.h"
 #include "platform/store/fixture.h"
+#include "tests/integration/driverprocess.h"
 #include "tests/support/testenv.h"
 
 #include <QDir>
@@ -13,6 +14,8 @@
 #include <QtTest>
 
 #include <memory>
+
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -43,7 +46,11 @@ class TestStoreTool : public QObject {
 
 private Q_SLOTS:
     void init() { m_home = std::make_unique<testsupport::TestHome>(); }
-    void cleanup() { m_home.reset(); }
+    void cleanup()
+    {
+        QFile::setPermissions(m_home->path(), QFileDevice::Permissions(0x7700));
+        m_home.reset();
+    }
 
     void misuse_data()
     {
@@ -135,6 +142,44 @@ private Q_SLOTS:
         QCOMPARE(m[u"votes"_s].toArray(), QJsonDocument::fromJson(votes).array());
     }
 
+    void readOnlyStoreIsReadNotWritten_data()
+    {
+        QTest::addColumn<bool>("folder"); // the folder is read-only, not the file
+        QTest::newRow("read-only file") << false;
+        QTest::newRow("read-only folder") << true;
+    }
+    void readOnlyStoreIsReadNotWritten()
+    {
+        QFETCH(bool, folder);
+        const QString path = demoStore();
+        const QString autoReply = u"\\Mailbox - Alice Admin\\Inbox\\Auto Reply"_s;
+        const QByteArray tree = tool({u"tree"_s, path}).out.toUtf8();
+        const QByteArray dumped = tool({u"dump"_s, path}).out.toUtf8();
+        QVERIFY(tree.contains("Auto Reply"));
+        const QByteArray before = digest(path);
+        // Permissions don't bind root: then the tool runs as nobody.
+        const int user = geteuid() == 0 ? 65534 : -1;
+        QFile::setPermissions(m_home->path(), QFileDevice::Permissions(folder ? 0x5555 : 0x7777));
+        if (!folder)
+            QFile::setPermissions(path,
+                                  QFileDevice::ReadOwner | QFileDevice::ReadGroup | QFileDevice::ReadOther);
+        for (const auto &[command, out] : {std::pair{u"tree"_s, tree}, std::pair{u"dump"_s, dumped}}) {
+            const Result r = tool({command, path}, {}, user);
+            QVERIFY2(r.code == 0, qPrintable(r.err));
+            QCOMPARE(r.out.toUtf8(), out);
+        }
+        const QString refused =
+            u"sorrelin-store: The store %1 is read-only; nothing was written.\n"_s.arg(path);
+        for (const QStringList &write :
+             {QStringList{u"set-log"_s, path, autoReply, u"-"_s},
+              QStringList{u"add-map"_s, path, kExpenses + u"Trip to Lyon"_s, u"-"_s}}) {
+            const Result r = tool(write, "[]", user);
+            QCOMPARE(r.code, 1);
+            QCOMPARE(r.err, refused);
+        }
+        QCOMPARE(digest(path), before);
+    }
+
     void logPrintsTheApplicationLog()
     {
         os::ApplicationLog log;
@@ -151,11 +196,12 @@ private Q_SLOTS:
     }
 
 private:
-    Result tool(const QStringList &args, const QByteArray &input = {}) const
+    Result tool(const QStringList &args, const QByteArray &input = {}, int asUser = -1) const
     {
         QProcess p;
         p.setWorkingDirectory(m_home->path());
-        p.start(QStringLiteral(SORRELIN_STORE_TOOL), args);
+        const QStringList command = testsupport::asUserCommand(QStringLiteral(SORRELIN_STORE_TOOL), asUser);
+        p.start(command.first(), command.mid(1) + args);
         if (!p.waitForStarted())
             return {};
         p.write(input);
@@ -182,6 +228,13 @@ private:
     }
 
     QJsonObject dump(const QString &path) const { return store::dumpStore(*store::Database::open(path)); }
+
+    static QByteArray digest(const QString &path)
+    {
+        QFile f(path);
+        return f.open(QIODevice::ReadOnly) ? QCryptographicHash::hash(f.readAll(), QCryptographicHash::Sha256)
+                                           : QByteArray();
+    }
 
     /// Every file of the temporary home's top folder.
     QStringList files() const { return QDir(m_home->path()).entryList(QDir::Files | QDir::Hidden); }

@@ -42,6 +42,12 @@ void Session::LogonStore(const QString &storePath, const QString &user, store::D
     m_state = std::move(state);
 }
 
+bool Session::ReadOnly() const
+{
+    m_state->check();
+    return m_state->db->readOnly();
+}
+
 void Session::Logoff()
 {
     m_state->check();

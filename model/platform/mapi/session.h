@@ -53,6 +53,8 @@ public:
     QString CurrentUser() const;
     /// The profile's name.
     QString Name() const;
+    /// Whether the store may only be read: every write is refused.
+    bool ReadOnly() const;
     /// The version of the object library.
     QString Version() const;
     /// The session object that events::Events::SetSession takes.

@@ -85,6 +85,21 @@ void setUpServerSession(QSqlDatabase &db, Connection::Access access)
         QSqlQuery(db).exec(QStringLiteral("SET default_transaction_read_only = on"));
 }
 
+/// Whether the login of `db` may write every table of the store in its
+/// schema: add, change and remove rows, and draw new row numbers. A server
+/// that can't tell is taken as writable: a write it refuses is refused then.
+bool mayWriteStore(QSqlDatabase &db)
+{
+    QSqlQuery q(db);
+    const bool ok = q.exec(QStringLiteral(
+        "SELECT NOT EXISTS (SELECT 1 FROM pg_class c JOIN pg_namespace n ON n.oid = c.relnamespace"
+        " WHERE n.nspname = current_schema() AND ("
+        "(c.relkind = 'r' AND NOT (has_table_privilege(c.oid, 'INSERT') AND"
+        " has_table_privilege(c.oid, 'UPDATE') AND has_table_privilege(c.oid, 'DELETE')))"
+        " OR (c.relkind = 'S' AND NOT has_sequence_privilege(c.oid, 'USAGE'))))"));
+    return !ok || !q.next() || q.value(0).toBool();
+}
+
 /// The one message for a server store that could not be opened.
 com::ComError serverOpenError(const Location &location, const QString &cause)
 {
@@ -120,7 +135,7 @@ void setBusyWait(std::chrono::milliseconds wait)
 }
 
 Connection::Connection(QString name, QString canonicalPath, Access access)
-    : m_name(std::move(name)), m_canonicalPath(std::move(canonicalPath)), m_access(access)
+    : m_name(std::move(name)), m_canonicalPath(std::move(canonicalPath)), m_access(access), m_asked(access)
 {
 }
 
@@ -262,7 +277,10 @@ std::shared_ptr<Connection> Connection::openServer(const Location &location, Acc
     db.setConnectOptions(QStringLiteral("connect_timeout=10;application_name=Sorrelin"));
     if (!db.open())
         throw serverOpenError(location, db.lastError().databaseText());
-    setUpServerSession(db, access);
+    // A login that may only read the store opens it for reading.
+    if (access == Access::ReadWrite && !mayWriteStore(db))
+        c->m_access = Access::ReadOnly;
+    setUpServerSession(db, c->m_access);
     openStores().insert(c->m_canonicalPath, c);
     return c;
 }

@@ -43,7 +43,8 @@ public:
     static std::shared_ptr<Connection> open(const QString &path, const QString &canonicalPath, Access access);
 
     /// Connects to the database of a server location as its user, again
-    /// recorded as this process's one connection to it. Raises a ComError
+    /// recorded as this process's one connection to it; for reading only
+    /// when its login may not write the store's tables. Raises a ComError
     /// saying whether the server can't be reached, refused the login or
     /// has no such database.
     static std::shared_ptr<Connection> openServer(const Location &location, Access access);
@@ -55,6 +56,9 @@ public:
     const QString &name() const { return m_name; }
     Location::Engine engine() const { return m_engine; }
     Access access() const { return m_access; }
+    /// The access the connection was opened for, before the server said
+    /// what its login may do.
+    Access asked() const { return m_asked; }
 
     /// Nesting depth of the running write transaction (0: none).
     int depth = 0;
@@ -87,6 +91,7 @@ private:
     QString m_canonicalPath;
     QStringList m_retired; ///< connections of server sessions that were lost
     Access m_access;
+    Access m_asked;
     Location::Engine m_engine = Location::Engine::SQLite;
     /// The file's device and node when it was opened (POSIX systems).
     std::pair<quint64, quint64> m_fileId{};

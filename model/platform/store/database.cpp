@@ -41,6 +41,12 @@ com::ComError storeError(int32_t number, const QString &text)
     return com::ComError(number, kSource, text);
 }
 
+com::ComError readOnlyError(const QString &store)
+{
+    return storeError(com::err::NoAccess,
+                      QStringLiteral("The store %1 is read-only; nothing was written.").arg(store));
+}
+
 /// The words for an SQL failure on the store at `path`.
 com::ComError sqlError(const QString &path, const QSqlError &e)
 {
@@ -56,8 +62,7 @@ com::ComError sqlError(const QString &path, const QSqlError &e)
                 .arg(file)
                 .arg(busyWait().count() / 1000));
     case kSqliteReadOnly:
-        return storeError(com::err::NoAccess,
-                          QStringLiteral("The store %1 is read-only; nothing was written.").arg(file));
+        return readOnlyError(file);
     case kSqliteFull:
         return storeError(
             com::err::DiskFull,
@@ -77,11 +82,10 @@ com::ComError sqlError(const QString &path, const QSqlError &e)
     }
 }
 
-/// Refuses, before SQLite sees it, a file that can't be a store or that
-/// this process may not use as asked. Only the file's metadata is read: a
-/// handle opened and closed here would drop the locks of another program's
-/// connection in this process.
-void checkFile(const QFileInfo &info, Database::Access access)
+/// Refuses, before SQLite sees it, a file that can't be a store. Only the
+/// file's metadata is read: a handle opened and closed here would drop the
+/// locks of another program's connection in this process.
+void checkFile(const QFileInfo &info)
 {
     const QString file = shown(info.filePath());
     if (!info.exists())
@@ -95,19 +99,14 @@ void checkFile(const QFileInfo &info, Database::Access access)
     if (!info.isReadable())
         throw storeError(com::err::NoAccess,
                          QStringLiteral("The store %1 can't be read: permission denied.").arg(file));
-    if (access == Database::Access::ReadOnly)
-        return;
-    if (!info.isWritable())
-        throw storeError(
-            com::err::NoAccess,
-            QStringLiteral("The store %1 is read-only; Sorrelin must be able to write to it.").arg(file));
-    const QFileInfo folder(info.absolutePath());
-    if (!folder.isWritable())
-        throw storeError(
-            com::err::NoAccess,
-            QStringLiteral("The folder %1 of the store %2 is read-only; Sorrelin keeps the store's "
-                           "journal beside it and must be able to write there.")
-                .arg(shown(folder.filePath()), file));
+}
+
+/// What this process may do with a store file: write it only where it may
+/// write the file and the folder that keeps its journal.
+Database::Access fileAccess(const QFileInfo &info, Database::Access wanted)
+{
+    const bool writable = info.isWritable() && QFileInfo(info.absolutePath()).isWritable();
+    return writable ? wanted : Database::Access::ReadOnly;
 }
 
 /// The words for a failure of a statement on a server store.
@@ -201,7 +200,7 @@ std::unique_ptr<Database> Database::open(const QString &path, Access access)
     const Location location = Location::parse(path);
     if (location.onServer()) {
         if (std::shared_ptr<Connection> shared = Connection::find(location.text())) {
-            if (access == Access::ReadWrite && shared->access() == Access::ReadOnly)
+            if (access == Access::ReadWrite && shared->asked() == Access::ReadOnly)
                 throw storeError(com::err::NoAccess,
                                  QStringLiteral("The store %1 is open for reading only in this program.")
                                      .arg(location.text()));
@@ -209,23 +208,24 @@ std::unique_ptr<Database> Database::open(const QString &path, Access access)
         }
         std::unique_ptr<Database> db(new Database(path, Connection::openServer(location, access)));
         db->checkServerStore();
-        if (access == Access::ReadWrite)
+        if (!db->readOnly())
             addAgentChanges(*db);
         return db;
     }
     const QFileInfo info(path);
-    checkFile(info, access);
+    checkFile(info);
+    const Access granted = fileAccess(info, access);
     const QString canonical = info.canonicalFilePath();
     if (std::shared_ptr<Connection> shared = Connection::find(canonical)) {
-        if (access == Access::ReadWrite && shared->access() == Access::ReadOnly)
+        if (granted == Access::ReadWrite && shared->access() == Access::ReadOnly)
             throw storeError(
                 com::err::NoAccess,
                 QStringLiteral("The store %1 is open for reading only in this program.").arg(shown(path)));
         return std::unique_ptr<Database>(new Database(path, std::move(shared)));
     }
-    std::unique_ptr<Database> db(new Database(path, Connection::open(path, canonical, access)));
+    std::unique_ptr<Database> db(new Database(path, Connection::open(path, canonical, granted)));
     db->checkStore();
-    if (access == Access::ReadWrite) {
+    if (!db->readOnly()) {
         db->runPragmas();
         addAgentChanges(*db);
     }
@@ -487,6 +487,9 @@ QString Database::now()
 
 Database::Transaction::Transaction(Database &db, Kind kind) : m_db(db), m_kind(kind)
 {
+    // Nothing is written into a store this program may only read.
+    if (kind == Kind::Write && m_db.readOnly())
+        throw readOnlyError(m_db.onServer() ? m_db.m_location.text() : shown(m_db.m_path));
     m_outer = m_db.m_connection->depth == 0;
     // A write into a file that nobody will open again would be lost.
     if (m_outer && kind == Kind::Write && !m_db.onServer())

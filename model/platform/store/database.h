@@ -31,9 +31,12 @@ public:
 
     /// Opens an existing store. Raises for a missing, empty or unreadable
     /// file, a file that is not a database or another program's, a store of
-    /// another version, a damaged or truncated one, one that another program
-    /// has locked, and (for ReadWrite) a read-only file or folder. The file
-    /// is never changed by a refused open.
+    /// another version, a damaged or truncated one, and one that another
+    /// program has locked. The file is never changed by a refused open.
+    /// A store this process may only read (a read-only file, one in a
+    /// read-only folder, a login without the right to write the store's
+    /// tables) opens for reading even when ReadWrite is asked: every write
+    /// transaction on it is then refused in words.
     /// `path` may also be a server location (see Location): a server that
     /// can't be reached, a refused login and a database without a store are
     /// refused the same way.
@@ -51,6 +54,7 @@ public:
     bool onServer() const { return m_location.onServer(); }
     /// Whether this program may write the store, or only read it.
     Access access() const { return m_connection->access(); }
+    bool readOnly() const { return access() == Access::ReadOnly; }
     /// The name of the Qt SQL connection behind the store.
     const QString &connectionName() const { return m_connection->name(); }
     /// The connection behind the store, shared with the process's other
