@@ -103,13 +103,29 @@ qint32 SSTreeNodes::find(QStringView key) const
 
 qint32 SSTreeNodes::add(qint32 parent, QStringView key, QStringView text, qint32 tag, int image, bool expanded)
 {
-    if (parent != kNone && (parent < 0 || parent >= size()))
-        return kNone;
-    if (2 * (size() + 1) > m_slots.size())
-        grow();
-    // The key goes in place first, and out again when it stands already.
     const qsizetype at = m_keys.size();
     appendUtf8(m_keys, key);
+    return addAppendedKey(at, parent, text, tag, image, expanded);
+}
+
+qint32 SSTreeNodes::addUtf8(qint32 parent, QByteArrayView key, QStringView text, qint32 tag, int image,
+                            bool expanded)
+{
+    const qsizetype at = m_keys.size();
+    m_keys.append(key);
+    return addAppendedKey(at, parent, text, tag, image, expanded);
+}
+
+qint32 SSTreeNodes::addAppendedKey(qsizetype at, qint32 parent, QStringView text, qint32 tag, int image,
+                                   bool expanded)
+{
+    // The key is in place first, and goes out again when it stands already.
+    if (parent != kNone && (parent < 0 || parent >= size())) {
+        m_keys.truncate(at);
+        return kNone;
+    }
+    if (2 * (size() + 1) > m_slots.size())
+        grow();
     const QByteArrayView bytes(m_keys.constData() + at, m_keys.size() - at);
     const size_t hash = qHash(bytes);
     if (findBytes(bytes, hash) != kNone) {

@@ -31,6 +31,8 @@ public:
     /// kNone, and nothing added, when a node has `key` already or `parent`
     /// is no node. Indexes count from 0 in the order of adding.
     qint32 add(qint32 parent, QStringView key, QStringView text, qint32 tag, int image, bool expanded);
+    /// The same with the key in UTF-8.
+    qint32 addUtf8(qint32 parent, QByteArrayView key, QStringView text, qint32 tag, int image, bool expanded);
 
     /// Puts every node's children in `Text` order, case counting, equal
     /// texts in the order of adding; once, after the last `add`.
@@ -52,6 +54,8 @@ public:
 private:
     QByteArrayView keyBytes(qint32 node) const;
     qint32 findBytes(QByteArrayView key, size_t hash) const;
+    /// Adds the node whose key was appended to m_keys at `at`.
+    qint32 addAppendedKey(qsizetype at, qint32 parent, QStringView text, qint32 tag, int image, bool expanded);
     void grow();
 
     QVector<qint32> m_parent;
