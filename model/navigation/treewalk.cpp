@@ -39,7 +39,7 @@ public:
             return;
         const qsizetype expected =
             m_nodes->size() + stores.size() + m_scan->folderCount() + m_scan->bindingCount();
-        m_nodes->reserve(expected);
+        m_nodes->reserve(expected, m_scan->keyBytes(), m_scan->textUnits());
         m_folderOf.reserve(expected);
         for (const mapi::InfoStore &store : stores) {
             if (store.ProviderName() != kExchangeProvider)

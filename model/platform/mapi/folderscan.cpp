@@ -25,13 +25,22 @@ const QString kHidden = QStringLiteral("SELECT m.folder, m.class = ?, m.entry_id
                                        " ON m.class = ? AND h.message = m.id AND h.tag = ?"
                                        " WHERE m.hidden = 1 ORDER BY m.id");
 
-/// Appends `text` to `out` in UTF-8 and the new end to `ends`.
+/// Appends `text` to `out` in UTF-8 and the new end to `ends`; entry IDs
+/// are ASCII, which is copied as is.
 void appendUtf8(QByteArray &out, QVector<quint32> &ends, QStringView text)
 {
-    QStringEncoder encoder(QStringEncoder::Utf8);
     const qsizetype at = out.size();
-    out.resize(at + encoder.requiredSpace(text.size()));
-    out.truncate(encoder.appendToBuffer(out.data() + at, text) - out.constData());
+    out.resize(at + text.size());
+    char *to = out.data() + at;
+    for (const QChar c : text) {
+        if (c.unicode() >= 0x80) {
+            QStringEncoder encoder(QStringEncoder::Utf8);
+            out.resize(at + encoder.requiredSpace(text.size()));
+            out.truncate(encoder.appendToBuffer(out.data() + at, text) - out.constData());
+            break;
+        }
+        *to++ = char(c.unicode());
+    }
     ends.append(quint32(out.size()));
 }
 
@@ -106,13 +115,11 @@ void FolderScan::readFolders(const StatePtr &state)
 
     QVector<qint64> parents, places; // each folder's parent's row (0 for a top folder) and place among its siblings
     const qsizetype expected = expectedRows(state, QStringLiteral("folders"));
-    for (auto *column : {&m_store, &m_access})
-        column->reserve(expected);
+    m_facts.reserve(expected);
     for (auto *column : {&m_row, &parents, &places})
         column->reserve(expected);
     m_idEnd.reserve(expected);
     m_nameEnd.reserve(expected);
-    m_eventSource.reserve(expected);
     {
         QSqlQuery &q = state->run(kFolders, {state->user});
         while (q.next()) {
@@ -120,13 +127,12 @@ void FolderScan::readFolders(const StatePtr &state)
             if (store == storeOf.constEnd())
                 continue;
             m_row.append(q.value(0).toLongLong());
-            m_store.append(*store);
             parents.append(q.value(2).toLongLong());
             places.append(q.value(3).toLongLong());
             appendUtf8(m_ids, m_idEnd, q.value(4).toString());
             append(m_names, m_nameEnd, q.value(5).toString());
-            m_access.append(qint32(q.value(6).toLongLong())); // integers come as 64 bits; a narrower read converts
-            m_eventSource.append(q.value(7).toLongLong() != 0);
+            // Integers come as 64 bits; a narrower read converts.
+            m_facts.append(Facts{*store, qint32(q.value(6).toLongLong()), {}, q.value(7).toLongLong() != 0});
         }
     }
     m_rowsRead += m_row.size();
@@ -160,7 +166,6 @@ void FolderScan::readFolders(const StatePtr &state)
 void FolderScan::readHidden(const StatePtr &state)
 {
     const auto n = qint32(m_row.size());
-    m_hidden.fill(HiddenCounts{}, n);
     QHash<QByteArray, qint32> handlerOf;
     qint64 lastRow = 0;
     Index last = kNone;
@@ -174,7 +179,7 @@ void FolderScan::readHidden(const StatePtr &state)
         }
         if (last == kNone)
             continue;
-        HiddenCounts &counts = m_hidden[last];
+        HiddenCounts &counts = m_facts[last].hidden;
         ++counts.all;
         if (q.value(1).toLongLong() == 0)
             continue;
@@ -209,7 +214,7 @@ FolderScan::Index FolderScan::find(qint64 row) const
 FolderScan::Index FolderScan::rootFolder(qint64 storeRow) const
 {
     for (const Index folder : m_children.of(qint32(m_row.size())))
-        if (m_stores.at(m_store.at(folder)).row == storeRow)
+        if (m_stores.at(m_facts.at(folder).store).row == storeRow)
             return folder;
     return kNone;
 }
@@ -231,15 +236,16 @@ QStringView FolderScan::name(Index folder) const
 
 Folder FolderScan::folder(Index folder) const
 {
-    const Store &store = m_stores.at(m_store.at(folder));
+    const Facts &facts = m_facts.at(folder);
+    const Store &store = m_stores.at(facts.store);
     Folder::Row r;
     r.row = m_row.at(folder);
     r.storeRow = store.row;
     r.id = QString::fromUtf8(id(folder));
     r.storeId = store.id;
     r.name = name(folder).toString();
-    r.access = m_access.at(folder);
-    r.eventSource = m_eventSource.at(folder);
+    r.access = facts.access;
+    r.eventSource = facts.eventSource;
     r.host = store.host;
     r.subfolders = int(subfolders(folder).size());
     return Folder(m_state, std::move(r));

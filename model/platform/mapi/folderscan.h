@@ -45,12 +45,12 @@ public:
     QByteArrayView id(Index folder) const;
     QStringView name(Index folder) const;
     /// The StoreID of the folder's store: one string for all its folders.
-    const QString &storeId(Index folder) const { return m_stores.at(m_store.at(folder)).id; }
+    const QString &storeId(Index folder) const { return m_stores.at(m_facts.at(folder).store).id; }
     /// The folder's store, numbered from 0 in the order first met.
-    qint32 store(Index folder) const { return m_store.at(folder); }
+    qint32 store(Index folder) const { return m_facts.at(folder).store; }
     /// PR_ACCESS of the session's user.
-    int access(Index folder) const { return m_access.at(folder); }
-    bool hasEventSource(Index folder) const { return m_eventSource.at(folder); }
+    int access(Index folder) const { return m_facts.at(folder).access; }
+    bool hasEventSource(Index folder) const { return m_facts.at(folder).eventSource; }
 
     /// A handle on the folder, as the session lists it.
     Folder folder(Index folder) const;
@@ -59,7 +59,7 @@ public:
         int all = 0;      ///< hidden messages of any class
         int bindings = 0; ///< of class "IPC.Microsoft.EventBinding"
     };
-    HiddenCounts hiddenCounts(Index folder) const { return m_hidden.at(folder); }
+    HiddenCounts hiddenCounts(Index folder) const { return m_facts.at(folder).hidden; }
 
     /// A binding message as the folder tree lists it.
     struct Binding {
@@ -72,6 +72,11 @@ public:
     /// were made (see `binding`).
     std::span<const qint32> bindings(Index folder) const;
     Binding binding(qint32 number) const;
+
+    /// The length of every folder's and binding message's entry ID in UTF-8,
+    /// and of their names and subjects in UTF-16.
+    qsizetype keyBytes() const { return m_ids.size() + m_bindingIds.size(); }
+    qsizetype textUnits() const { return m_names.size() + m_subjects.size(); }
 
     /// The rows read: folders, hidden message counts and binding messages.
     qsizetype rowsRead() const { return m_rowsRead; }
@@ -96,15 +101,20 @@ private:
     QVector<Store> m_stores;
     QVector<qint64> m_row; ///< ascending
     QVector<qint32> m_byRow; ///< from a row number to its folder, while the row numbers are dense
-    QVector<qint32> m_store;
-    QVector<qint32> m_access;
-    QVector<bool> m_eventSource;
+    /// What a walk asks of each folder, side by side: it visits the
+    /// folders out of the order of their rows.
+    struct Facts {
+        qint32 store = 0;
+        qint32 access = 0;
+        HiddenCounts hidden;
+        bool eventSource = false;
+    };
+    QVector<Facts> m_facts;
     QByteArray m_ids;
     QVector<quint32> m_idEnd;
     QString m_names;
     QVector<quint32> m_nameEnd;
     Groups m_children; ///< the top folders last
-    QVector<HiddenCounts> m_hidden;
     QVector<qint32> m_bindingFolder;
     QByteArray m_bindingIds;
     QVector<quint32> m_bindingIdEnd;
