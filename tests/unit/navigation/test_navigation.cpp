@@ -184,6 +184,18 @@ private Q_SLOTS:
         QCOMPARE(walked, twins);
     }
 
+    void aFolderWhoseKeyStandsLeavesItsSubfoldersToThatNode()
+    {
+        StoreKit kit(kTree);
+        const mapi::Folder archive = kit.folder(u"\\Mailbox - Alice Admin\\Archive"_s);
+        kit.db().run(u"UPDATE folders SET entry_id = 'Public Folders' WHERE id = ?"_s, {archive.row().row});
+        QStringList seen;
+        for (const navigation::DisplayNode &n : shown(kit))
+            if (n.path.contains("20"_L1) || n.path.contains("Archive"_L1))
+                seen << line(n);
+        QCOMPARE(seen, QStringList({"\\Public Folders\\2023|6|2", "\\Public Folders\\2024|6|2"}));
+    }
+
     void noServerStoreLeavesTheRoot()
     {
         StoreKit kit(R"({ "user": "Bob", "hosts": [],
