@@ -39,16 +39,16 @@ public:
             return;
         const qsizetype expected =
             m_nodes->size() + stores.size() + m_scan->folderCount() + m_scan->bindingCount();
-        m_nodes->reserve(expected);
-        m_folders.reserve(expected);
+        m_nodes->reserve(expected, m_scan->keyBytes(), m_scan->textUnits());
+        m_folderOf.reserve(expected);
         for (const mapi::InfoStore &store : stores) {
             if (store.ProviderName() != kExchangeProvider)
                 continue;
-            const mapi::Folder *root = m_scan->rootFolder(store.row());
-            if (!root)
+            const Folder root = m_scan->rootFolder(store.row());
+            if (root == mapi::FolderScan::kNone)
                 continue; // a store without a root folder isn't shown
-            const qint32 node = add(rootNode(), store.Name(), store.Name(), root->StoreID(), kImageStore, false);
-            addFolders(*root, node == SSTreeNodes::kNone ? m_nodes->find(store.Name()) : node);
+            const qint32 node = add(rootNode(), store.Name(), store.Name(), m_scan->storeId(root), kImageStore, false);
+            addFolders(root, node == SSTreeNodes::kNone ? m_nodes->find(store.Name()) : node);
         }
     }
 
@@ -60,15 +60,18 @@ public:
         for (qint32 i = 0; i < count; ++i) {
             if (m_nodes->image(i) != kImageFolderWithAgents)
                 continue;
-            const mapi::Folder *folder = m_folders.at(i);
-            for (const mapi::BindingRow &binding : m_scan->bindings(*folder))
-                add(i, binding.id, binding.subject, folder->StoreID(), classifyHandlerField(binding.handler), false);
+            const Folder folder = m_folderOf.at(i);
+            const qint32 tag = tagOf(folder);
+            for (const qint32 number : m_scan->bindings(folder)) {
+                const mapi::FolderScan::Binding binding = m_scan->binding(number);
+                m_nodes->addUtf8(i, binding.id, binding.subject, tag, classifyHandlerField(binding.handler), false);
+            }
         }
     }
 
     TreeTable result()
     {
-        m_folders = {};
+        m_folderOf = {};
         m_scan.reset(); // what was read goes before the table is sorted
         m_nodes->sortChildren();
         return TreeTable{std::move(m_nodes), m_folderNodes, m_tooDeep};
@@ -77,50 +80,85 @@ public:
     void endFolders() { m_folderNodes = m_nodes->size(); }
 
 private:
+    using Folder = mapi::FolderScan::Index;
+
     qint32 rootNode() const { return m_nodes->find(QStringLiteral("root")); }
 
     /// The folders below a store's root, depth first, each before its
     /// subfolders; without recursion, so that no depth of nesting can
     /// exhaust the stack.
-    void addFolders(const mapi::Folder &root, qint32 storeNode)
+    void addFolders(Folder root, qint32 storeNode)
     {
         struct Pending {
-            const mapi::Folder *folder;
+            Folder folder;
             qint32 parent;
             int level;
         };
         QVector<Pending> stack;
-        const auto push = [&](const mapi::Folder &parent, qint32 parentNode, int level) {
+        const auto push = [&](Folder parent, qint32 parentNode, int level) {
             const auto folders = m_scan->subfolders(parent);
             if (!folders.empty() && level > store::kMaxFolderLevels) {
                 m_tooDeep = true;
                 return;
             }
             for (auto it = folders.rbegin(); it != folders.rend(); ++it)
-                stack.append(Pending{&*it, parentNode, level});
+                stack.append(Pending{*it, parentNode, level});
         };
         push(root, storeNode, 1);
         while (!stack.isEmpty()) {
             const Pending p = stack.takeLast();
-            const mapi::Folder &folder = *p.folder;
-            qint32 node = add(p.parent, folder.ID(), folder.Name(), folder.StoreID(),
-                              classifyFolder(folder, m_events, *m_scan), true, &folder);
+            const QByteArrayView id = m_scan->id(p.folder);
+            qint32 node = m_nodes->addUtf8(p.parent, id, m_scan->name(p.folder), tagOf(p.folder),
+                                           classify(p.folder), true);
             if (node == SSTreeNodes::kNone)
-                node = m_nodes->find(folder.ID()); // its subfolders go below the node that has the key
-            push(folder, node, p.level + 1);
+                node = m_nodes->find(QString::fromUtf8(id)); // its subfolders go below the node that has the key
+            else
+                m_folderOf.append(p.folder);
+            push(p.folder, node, p.level + 1);
         }
+    }
+
+    int classify(Folder folder)
+    {
+        const int access = m_scan->access(folder);
+        const bool asked = access == mapi::kFullAccess && m_scan->hasEventSource(folder);
+        return classifyFolder(access, asked && eventSourcesReached(folder), m_scan->hiddenCounts(folder));
+    }
+
+    /// Whether the event configuration gives a folder that has an event
+    /// source its source: the same answer for every such folder, so asked
+    /// once a walk.
+    bool eventSourcesReached(Folder folder)
+    {
+        if (!m_eventSources) {
+            try {
+                m_events.GetEventSource(m_scan->folder(folder), true);
+                m_eventSources = true;
+            } catch (const com::ComError &) {
+                m_eventSources = false;
+            }
+        }
+        return *m_eventSources;
+    }
+
+    /// The tag number of a folder's store.
+    qint32 tagOf(Folder folder)
+    {
+        const qint32 store = m_scan->store(folder);
+        if (store >= m_storeTags.size())
+            m_storeTags.resize(store + 1, SSTreeNodes::kNone);
+        if (m_storeTags.at(store) == SSTreeNodes::kNone)
+            m_storeTags[store] = m_nodes->tag(m_scan->storeId(folder));
+        return m_storeTags.at(store);
     }
 
     /// The node's index, or kNone when the tree refuses it: its key stands
     /// already, or its parent isn't there.
-    qint32 add(qint32 parent, const QString &key, const QString &text, const QString &tag, int image, bool open,
-               const mapi::Folder *folder = nullptr)
+    qint32 add(qint32 parent, const QString &key, const QString &text, const QString &tag, int image, bool open)
     {
-        if (m_lastTag.first != tag || m_lastTag.second == SSTreeNodes::kNone)
-            m_lastTag = {tag, m_nodes->tag(tag)};
-        const qint32 node = m_nodes->add(parent, key, text, m_lastTag.second, image, open);
+        const qint32 node = m_nodes->add(parent, key, text, m_nodes->tag(tag), image, open);
         if (node != SSTreeNodes::kNone)
-            m_folders.append(folder);
+            m_folderOf.append(mapi::FolderScan::kNone);
         return node;
     }
 
@@ -129,8 +167,9 @@ private:
     com::ResumeNext m_routine;
     std::optional<mapi::FolderScan> m_scan;
     std::shared_ptr<SSTreeNodes> m_nodes = std::make_shared<SSTreeNodes>();
-    QVector<const mapi::Folder *> m_folders; ///< the folder behind each node, null for others
-    std::pair<QString, qint32> m_lastTag{QString(), SSTreeNodes::kNone}; ///< a store's folders share its tag
+    QVector<Folder> m_folderOf; ///< the folder behind each node up to the agents, kNone for others
+    QVector<qint32> m_storeTags; ///< each store's tag number, kNone until first asked
+    std::optional<bool> m_eventSources;
     qsizetype m_folderNodes = 0;
     bool m_tooDeep = false;
 };

@@ -3,6 +3,7 @@
 #include <QHashFunctions>
 
 #include <algorithm>
+#include <utility>
 
 namespace controls {
 
@@ -26,7 +27,7 @@ void appendUtf8(QByteArray &out, QStringView text)
 
 } // namespace
 
-void SSTreeNodes::reserve(qsizetype nodes)
+void SSTreeNodes::reserve(qsizetype nodes, qsizetype keyBytes, qsizetype textUnits)
 {
     m_parent.reserve(nodes);
     m_tag.reserve(nodes);
@@ -34,21 +35,27 @@ void SSTreeNodes::reserve(qsizetype nodes)
     m_expanded.reserve(nodes);
     m_keyEnd.reserve(nodes);
     m_textEnd.reserve(nodes);
+    m_keys.reserve(std::max(m_keys.size(), keyBytes));
+    m_texts.reserve(std::max(m_texts.size(), textUnits));
     qsizetype slots = 16;
     while (slots < 2 * nodes)
         slots *= 2;
     if (slots > m_slots.size()) {
-        m_slots.fill(kNone, slots);
-        for (qint32 i = 0; i < size(); ++i) {
-            const QByteArrayView key = keyBytes(i);
-            const size_t mask = size_t(m_slots.size()) - 1;
-            for (size_t s = qHash(key) & mask;; s = (s + 1) & mask)
-                if (m_slots.at(s) == kNone) {
-                    m_slots[s] = i;
-                    break;
-                }
-        }
+        const QVector<Slot> old = std::exchange(m_slots, QVector<Slot>(slots));
+        for (const Slot &slot : old)
+            if (slot.node != kNone)
+                place(slot.node, slot.hash);
     }
+}
+
+void SSTreeNodes::place(qint32 node, quint32 hash)
+{
+    const size_t mask = size_t(m_slots.size()) - 1;
+    for (size_t s = hash & mask;; s = (s + 1) & mask)
+        if (m_slots.at(s).node == kNone) {
+            m_slots[s] = Slot{node, hash};
+            return;
+        }
 }
 
 void SSTreeNodes::grow()
@@ -83,35 +90,51 @@ QStringView SSTreeNodes::text(qint32 node) const
     return QStringView(m_texts.constData() + begin, m_textEnd.at(node) - begin);
 }
 
-qint32 SSTreeNodes::findBytes(QByteArrayView key, size_t hash) const
+qint32 SSTreeNodes::findBytes(QByteArrayView key, quint32 hash) const
 {
     if (m_slots.isEmpty())
         return kNone;
     const size_t mask = size_t(m_slots.size()) - 1;
     for (size_t s = hash & mask;; s = (s + 1) & mask) {
-        const qint32 node = m_slots.at(s);
-        if (node == kNone || keyBytes(node) == key)
-            return node;
+        const Slot &slot = m_slots.at(s);
+        if (slot.node == kNone || (slot.hash == hash && keyBytes(slot.node) == key))
+            return slot.node;
     }
 }
 
 qint32 SSTreeNodes::find(QStringView key) const
 {
     const QByteArray bytes = key.toUtf8();
-    return findBytes(bytes, qHash(QByteArrayView(bytes)));
+    return findBytes(bytes, quint32(qHash(QByteArrayView(bytes))));
 }
 
 qint32 SSTreeNodes::add(qint32 parent, QStringView key, QStringView text, qint32 tag, int image, bool expanded)
 {
-    if (parent != kNone && (parent < 0 || parent >= size()))
-        return kNone;
-    if (2 * (size() + 1) > m_slots.size())
-        grow();
-    // The key goes in place first, and out again when it stands already.
     const qsizetype at = m_keys.size();
     appendUtf8(m_keys, key);
+    return addAppendedKey(at, parent, text, tag, image, expanded);
+}
+
+qint32 SSTreeNodes::addUtf8(qint32 parent, QByteArrayView key, QStringView text, qint32 tag, int image,
+                            bool expanded)
+{
+    const qsizetype at = m_keys.size();
+    m_keys.append(key);
+    return addAppendedKey(at, parent, text, tag, image, expanded);
+}
+
+qint32 SSTreeNodes::addAppendedKey(qsizetype at, qint32 parent, QStringView text, qint32 tag, int image,
+                                   bool expanded)
+{
+    // The key is in place first, and goes out again when it stands already.
+    if (parent != kNone && (parent < 0 || parent >= size())) {
+        m_keys.truncate(at);
+        return kNone;
+    }
+    if (2 * (size() + 1) > m_slots.size())
+        grow();
     const QByteArrayView bytes(m_keys.constData() + at, m_keys.size() - at);
-    const size_t hash = qHash(bytes);
+    const auto hash = quint32(qHash(bytes));
     if (findBytes(bytes, hash) != kNone) {
         m_keys.truncate(at);
         return kNone;
@@ -124,12 +147,7 @@ qint32 SSTreeNodes::add(qint32 parent, QStringView key, QStringView text, qint32
     m_keyEnd.append(quint32(m_keys.size()));
     m_texts.append(text);
     m_textEnd.append(quint32(m_texts.size()));
-    const size_t mask = size_t(m_slots.size()) - 1;
-    for (size_t s = hash & mask;; s = (s + 1) & mask)
-        if (m_slots.at(s) == kNone) {
-            m_slots[s] = node;
-            break;
-        }
+    place(node, hash);
     return node;
 }
 
@@ -146,9 +164,14 @@ void SSTreeNodes::sortChildren()
     QVector<qint32> next(m_childStart.begin(), m_childStart.end() - 1);
     for (qint32 i = 0; i < n; ++i)
         m_children[next[m_parent.at(i) == kNone ? n : m_parent.at(i)]++] = i;
+    // Equal texts keep the order of adding, which the indexes are.
     for (qsizetype p = 0; p <= n; ++p)
-        std::stable_sort(m_children.begin() + m_childStart.at(p), m_children.begin() + m_childStart.at(p + 1),
-                         [this](qint32 a, qint32 b) { return text(a).compare(text(b), Qt::CaseSensitive) < 0; });
+        if (m_childStart.at(p + 1) - m_childStart.at(p) > 1)
+            std::sort(m_children.begin() + m_childStart.at(p), m_children.begin() + m_childStart.at(p + 1),
+                      [this](qint32 a, qint32 b) {
+                          const int order = text(a).compare(text(b), Qt::CaseSensitive);
+                          return order < 0 || (order == 0 && a < b);
+                      });
 }
 
 std::span<const qint32> SSTreeNodes::children(qint32 node) const

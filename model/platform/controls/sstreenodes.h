@@ -22,7 +22,9 @@ public:
     SSTreeNodes(const SSTreeNodes &) = delete;
     SSTreeNodes &operator=(const SSTreeNodes &) = delete;
 
-    void reserve(qsizetype nodes);
+    /// Room for `nodes` nodes, and for their keys and texts when their
+    /// lengths are given (UTF-8 bytes, UTF-16 units).
+    void reserve(qsizetype nodes, qsizetype keyBytes = 0, qsizetype textUnits = 0);
 
     /// The number of a tag, the same for equal tags.
     qint32 tag(const QString &tag);
@@ -31,6 +33,8 @@ public:
     /// kNone, and nothing added, when a node has `key` already or `parent`
     /// is no node. Indexes count from 0 in the order of adding.
     qint32 add(qint32 parent, QStringView key, QStringView text, qint32 tag, int image, bool expanded);
+    /// The same with the key in UTF-8.
+    qint32 addUtf8(qint32 parent, QByteArrayView key, QStringView text, qint32 tag, int image, bool expanded);
 
     /// Puts every node's children in `Text` order, case counting, equal
     /// texts in the order of adding; once, after the last `add`.
@@ -51,7 +55,10 @@ public:
 
 private:
     QByteArrayView keyBytes(qint32 node) const;
-    qint32 findBytes(QByteArrayView key, size_t hash) const;
+    qint32 findBytes(QByteArrayView key, quint32 hash) const;
+    void place(qint32 node, quint32 hash);
+    /// Adds the node whose key was appended to m_keys at `at`.
+    qint32 addAppendedKey(qsizetype at, qint32 parent, QStringView text, qint32 tag, int image, bool expanded);
     void grow();
 
     QVector<qint32> m_parent;
@@ -63,7 +70,13 @@ private:
     QString m_texts;
     QVector<quint32> m_textEnd;
     QVector<QString> m_tags;
-    QVector<qint32> m_slots; ///< open addressing from a key's hash to its node; kNone for a free slot
+    /// A node and its key's hash, which spares reading the keys of other
+    /// nodes met in the probe.
+    struct Slot {
+        qint32 node = kNone;
+        quint32 hash = 0;
+    };
+    QVector<Slot> m_slots; ///< open addressing from a key's hash to its node; kNone for a free slot
     QVector<qint32> m_childStart; ///< per node and one for the top: where its children begin in m_children
     QVector<qint32> m_children;
 };

@@ -3,8 +3,10 @@
 #include "platform/mapi/field.h"
 #include "platform/mapi/tags.h"
 
+#include <QHash>
+#include <QStringEncoder>
+
 #include <algorithm>
-#include <numeric>
 
 namespace mapi {
 
@@ -23,138 +25,242 @@ const QString kHidden = QStringLiteral("SELECT m.folder, m.class = ?, m.entry_id
                                        " ON m.class = ? AND h.message = m.id AND h.tag = ?"
                                        " WHERE m.hidden = 1 ORDER BY m.id");
 
-/// Ranges of equal keys in rows that come grouped by that key.
-template <class Rows, class KeyOf> QHash<qint64, FolderScan::Range> ranges(const Rows &rows, KeyOf keyOf)
+/// Appends `text` to `out` in UTF-8 and the new end to `ends`; entry IDs
+/// are ASCII, which is copied as is.
+void appendUtf8(QByteArray &out, QVector<quint32> &ends, QStringView text)
 {
-    QHash<qint64, FolderScan::Range> out;
-    for (qsizetype i = 0; i < rows.size();) {
-        const qint64 key = keyOf(rows.at(i));
-        qsizetype end = i + 1;
-        while (end < rows.size() && keyOf(rows.at(end)) == key)
-            ++end;
-        out.insert(key, FolderScan::Range{i, end});
-        i = end;
+    const qsizetype at = out.size();
+    out.resize(at + text.size());
+    char *to = out.data() + at;
+    for (const QChar c : text) {
+        if (c.unicode() >= 0x80) {
+            QStringEncoder encoder(QStringEncoder::Utf8);
+            out.resize(at + encoder.requiredSpace(text.size()));
+            out.truncate(encoder.appendToBuffer(out.data() + at, text) - out.constData());
+            break;
+        }
+        *to++ = char(c.unicode());
     }
-    return out;
+    ends.append(quint32(out.size()));
+}
+
+void append(QString &out, QVector<quint32> &ends, const QString &text)
+{
+    out.append(text);
+    ends.append(quint32(out.size()));
+}
+
+/// Item `i` of strings kept end to end.
+template <class View, class Buffer> View slice(const Buffer &all, const QVector<quint32> &ends, qint32 i)
+{
+    const quint32 begin = i == 0 ? 0 : ends.at(i - 1);
+    return View(all.constData() + begin, ends.at(i) - begin);
+}
+
+/// A bound for reserving, which a store with sparse row numbers can't blow up.
+qsizetype expectedRows(const StatePtr &state, const QString &table)
+{
+    QSqlQuery &q = state->run(QStringLiteral("SELECT MAX(id) FROM %1").arg(table), {});
+    const qint64 highest = q.next() ? q.value(0).toLongLong() : 0;
+    q.finish();
+    return qsizetype(std::clamp<qint64>(highest, 0, qint64(1) << 22));
+}
+
+/// The numbers 0 to owner.size() - 1 grouped by their owner (none when
+/// negative), each group in ascending order.
+template <class G> G groupBy(const QVector<qint32> &owner, qsizetype owners)
+{
+    G g;
+    g.start.fill(0, owners + 1);
+    for (const qint32 o : owner)
+        if (o >= 0)
+            ++g.start[o + 1];
+    for (qsizetype i = 1; i < g.start.size(); ++i)
+        g.start[i] += g.start.at(i - 1);
+    g.items.resize(g.start.last());
+    QVector<qint32> next(g.start.cbegin(), g.start.cend() - 1);
+    for (qint32 i = 0; i < owner.size(); ++i)
+        if (owner.at(i) >= 0)
+            g.items[next[owner.at(i)]++] = i;
+    return g;
 }
 
 } // namespace
 
-FolderScan::FolderScan(const StatePtr &state)
+std::span<const qint32> FolderScan::Groups::of(qint32 owner) const
+{
+    if (owner < 0 || owner + 1 >= start.size())
+        return {};
+    return std::span<const qint32>(items.constData() + start.at(owner),
+                                   size_t(start.at(owner + 1) - start.at(owner)));
+}
+
+FolderScan::FolderScan(const StatePtr &state) : m_state(state)
 {
     state->check();
-    struct Store {
-        QString id, host;
-    };
-    QHash<qint64, Store> stores;
+    readFolders(state);
+    readHidden(state);
+}
+
+void FolderScan::readFolders(const StatePtr &state)
+{
+    QHash<qint64, qint32> storeOf;
     {
         QSqlQuery &q = state->run(QStringLiteral("SELECT id, store_id, host FROM stores"), {});
-        while (q.next())
-            stores.insert(q.value(0).toLongLong(), Store{q.value(1).toString(), q.value(2).toString()});
+        while (q.next()) {
+            storeOf.insert(q.value(0).toLongLong(), qint32(m_stores.size()));
+            m_stores.append(Store{q.value(0).toLongLong(), q.value(1).toString(), q.value(2).toString()});
+        }
     }
 
-    QVector<std::pair<qint64, qint64>> keys; // each folder's parent (0 for a root) and place among its siblings
+    QVector<qint64> parents, places; // each folder's parent's row (0 for a top folder) and place among its siblings
+    const qsizetype expected = expectedRows(state, QStringLiteral("folders"));
+    m_facts.reserve(expected);
+    for (auto *column : {&m_row, &parents, &places})
+        column->reserve(expected);
+    m_idEnd.reserve(expected);
+    m_nameEnd.reserve(expected);
     {
-        // The highest row number is a bound on the count that costs no pass.
-        QSqlQuery &count = state->run(QStringLiteral("SELECT MAX(id) FROM folders"), {});
-        const qsizetype expected = count.next() ? count.value(0).toLongLong() : 0;
-        count.finish();
-        m_folders.reserve(expected);
-        keys.reserve(expected);
         QSqlQuery &q = state->run(kFolders, {state->user});
         while (q.next()) {
-            const auto store = stores.constFind(q.value(1).toLongLong());
-            if (store == stores.constEnd())
+            const auto store = storeOf.constFind(q.value(1).toLongLong());
+            if (store == storeOf.constEnd())
                 continue;
-            Folder::Row r;
-            r.row = q.value(0).toLongLong();
-            r.storeRow = store.key();
-            r.id = q.value(4).toString();
-            r.storeId = store->id; // shared, not a copy per folder
-            r.name = q.value(5).toString();
-            r.access = static_cast<int>(q.value(6).toLongLong()); // integers come as 64 bits; a narrower read converts
-            r.eventSource = q.value(7).toLongLong() != 0;
-            r.host = store->host;
-            m_folders.append(Folder(state, std::move(r)));
-            keys.append({q.value(2).toLongLong(), q.value(3).toLongLong()});
+            m_row.append(q.value(0).toLongLong());
+            parents.append(q.value(2).toLongLong());
+            places.append(q.value(3).toLongLong());
+            appendUtf8(m_ids, m_idEnd, q.value(4).toString());
+            append(m_names, m_nameEnd, q.value(5).toString());
+            // Integers come as 64 bits; a narrower read converts.
+            m_facts.append(Facts{*store, qint32(q.value(6).toLongLong()), {}, q.value(7).toLongLong() != 0});
         }
     }
-    // Each folder's subfolders side by side, in the store's order: the rows
-    // came by row number, which breaks ties of the place. The folders are
-    // put in that order where they stand.
-    QVector<qsizetype> order(m_folders.size());
-    std::iota(order.begin(), order.end(), 0);
-    std::stable_sort(order.begin(), order.end(), [&](qsizetype a, qsizetype b) { return keys[a] < keys[b]; });
-    QVector<qint64> parents(order.size());
-    for (qsizetype i = 0; i < order.size(); ++i)
-        parents[i] = keys.at(order.at(i)).first;
-    keys = {};
-    for (qsizetype start = 0; start < order.size(); ++start) {
-        if (order.at(start) < 0)
+    m_rowsRead += m_row.size();
+
+    // The rows came by row number: where those are dense, a table finds a
+    // row's folder without a search.
+    const auto n = qint32(m_row.size());
+    if (n > 0 && m_row.first() >= 0 && m_row.last() < 4 * qint64(n) + 1024) {
+        m_byRow.fill(kNone, m_row.last() + 1);
+        for (qint32 i = 0; i < n; ++i)
+            m_byRow[m_row.at(i)] = i;
+    }
+
+    // Each folder's subfolders side by side in the store's order: by place,
+    // ties by row number. The top folders' list comes last.
+    QVector<qint32> owner(n);
+    for (qint32 i = 0; i < n; ++i)
+        owner[i] = parents.at(i) == 0 ? n : indexOf(parents.at(i));
+    parents = {};
+    m_children = groupBy<Groups>(owner, n + 1);
+    for (qint32 p = 0; p <= n; ++p) {
+        const auto begin = m_children.items.begin() + m_children.start.at(p);
+        const auto end = m_children.items.begin() + m_children.start.at(p + 1);
+        if (end - begin > 1)
+            std::sort(begin, end, [&](qint32 a, qint32 b) {
+                return std::pair(places.at(a), a) < std::pair(places.at(b), b);
+            });
+    }
+}
+
+void FolderScan::readHidden(const StatePtr &state)
+{
+    const auto n = qint32(m_row.size());
+    QHash<QByteArray, qint32> handlerOf;
+    qint64 lastRow = 0;
+    Index last = kNone;
+    QSqlQuery &q = state->run(kHidden, {kBindingClass, kBindingClass, tagKey(PR_HANDLER)});
+    while (q.next()) {
+        ++m_rowsRead;
+        // Messages made one after the other are mostly in one folder.
+        if (const qint64 row = q.value(0).toLongLong(); row != lastRow || last == kNone) {
+            lastRow = row;
+            last = indexOf(row);
+        }
+        if (last == kNone)
             continue;
-        // Follow the cycle through `start`: place i takes the folder at order[i].
-        Folder first = std::move(m_folders[start]);
-        qsizetype i = start;
-        while (order.at(i) != start) {
-            const qsizetype from = order.at(i);
-            m_folders[i] = std::move(m_folders[from]);
-            order[i] = -1;
-            i = from;
+        HiddenCounts &counts = m_facts[last].hidden;
+        ++counts.all;
+        if (q.value(1).toLongLong() == 0)
+            continue;
+        ++counts.bindings;
+        m_bindingFolder.append(last);
+        appendUtf8(m_bindingIds, m_bindingIdEnd, q.value(2).toString());
+        append(m_subjects, m_subjectEnd, q.value(3).toString());
+        const QByteArray handler = fieldValue(q.value(4), PR_HANDLER).toByteArray();
+        auto known = handlerOf.constFind(handler);
+        if (known == handlerOf.constEnd()) {
+            known = handlerOf.insert(handler, qint32(m_handlers.size()));
+            m_handlers.append(handler);
         }
-        m_folders[i] = std::move(first);
-        order[i] = -1;
+        m_bindingHandler.append(*known);
     }
-    m_children = ranges(parents, [](qint64 parent) { return parent; });
-    for (Folder &folder : m_folders) {
-        const Range children = m_children.value(folder.m_row.row);
-        folder.m_row.subfolders = static_cast<int>(children.end - children.begin);
-    }
-    m_rowsRead += m_folders.size();
-
-    QVector<std::pair<qint64, BindingRow>> bindings; // folder's row, binding message
-    m_hidden.reserve(m_folders.size());
-    {
-        QSqlQuery &q = state->run(kHidden, {kBindingClass, kBindingClass, tagKey(PR_HANDLER)});
-        while (q.next()) {
-            const qint64 folder = q.value(0).toLongLong();
-            HiddenCounts &counts = m_hidden[folder];
-            ++counts.all;
-            ++m_rowsRead;
-            if (q.value(1).toLongLong() == 0)
-                continue;
-            ++counts.bindings;
-            bindings.append({folder, BindingRow{q.value(2).toString(), q.value(3).toString(),
-                                                fieldValue(q.value(4), PR_HANDLER).toByteArray()}});
-        }
-    }
-    std::stable_sort(bindings.begin(), bindings.end(),
-                     [](const auto &a, const auto &b) { return a.first < b.first; });
-    m_bindingsOf = ranges(bindings, [](const auto &b) { return b.first; });
-    m_bindings.reserve(bindings.size());
-    for (auto &b : bindings)
-        m_bindings.append(std::move(b.second));
+    m_bindingsOf = groupBy<Groups>(m_bindingFolder, n);
 }
 
-const Folder *FolderScan::rootFolder(qint64 storeRow) const
+FolderScan::Index FolderScan::indexOf(qint64 row) const
 {
-    const Range roots = m_children.value(0);
-    for (qsizetype i = roots.begin; i < roots.end; ++i)
-        if (m_folders.at(i).row().storeRow == storeRow)
-            return &m_folders.at(i);
-    return nullptr;
+    if (!m_byRow.isEmpty())
+        return row >= 0 && row < m_byRow.size() ? m_byRow.at(row) : kNone;
+    const auto it = std::lower_bound(m_row.cbegin(), m_row.cend(), row);
+    return it != m_row.cend() && *it == row ? Index(it - m_row.cbegin()) : kNone;
 }
 
-std::span<const Folder> FolderScan::subfolders(const Folder &folder) const
+FolderScan::Index FolderScan::find(qint64 row) const
 {
-    const Range r = m_children.value(folder.row().row);
-    return std::span<const Folder>(m_folders.constData() + r.begin, static_cast<size_t>(r.end - r.begin));
+    return indexOf(row);
 }
 
-std::span<const BindingRow> FolderScan::bindings(const Folder &folder) const
+FolderScan::Index FolderScan::rootFolder(qint64 storeRow) const
 {
-    const Range r = m_bindingsOf.value(folder.row().row);
-    return std::span<const BindingRow>(m_bindings.constData() + r.begin,
-                                       static_cast<size_t>(r.end - r.begin));
+    for (const Index folder : m_children.of(qint32(m_row.size())))
+        if (m_stores.at(m_facts.at(folder).store).row == storeRow)
+            return folder;
+    return kNone;
+}
+
+std::span<const FolderScan::Index> FolderScan::subfolders(Index folder) const
+{
+    return m_children.of(folder);
+}
+
+QByteArrayView FolderScan::id(Index folder) const
+{
+    return slice<QByteArrayView>(m_ids, m_idEnd, folder);
+}
+
+QStringView FolderScan::name(Index folder) const
+{
+    return slice<QStringView>(m_names, m_nameEnd, folder);
+}
+
+Folder FolderScan::folder(Index folder) const
+{
+    const Facts &facts = m_facts.at(folder);
+    const Store &store = m_stores.at(facts.store);
+    Folder::Row r;
+    r.row = m_row.at(folder);
+    r.storeRow = store.row;
+    r.id = QString::fromUtf8(id(folder));
+    r.storeId = store.id;
+    r.name = name(folder).toString();
+    r.access = facts.access;
+    r.eventSource = facts.eventSource;
+    r.host = store.host;
+    r.subfolders = int(subfolders(folder).size());
+    return Folder(m_state, std::move(r));
+}
+
+std::span<const qint32> FolderScan::bindings(Index folder) const
+{
+    return m_bindingsOf.of(folder);
+}
+
+FolderScan::Binding FolderScan::binding(qint32 number) const
+{
+    return Binding{slice<QByteArrayView>(m_bindingIds, m_bindingIdEnd, number),
+                   slice<QStringView>(m_subjects, m_subjectEnd, number),
+                   m_handlers.at(m_bindingHandler.at(number))};
 }
 
 } // namespace mapi

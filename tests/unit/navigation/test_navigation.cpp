@@ -5,7 +5,6 @@
 #include "navigation/nodekinds.h"
 #include "navigation/treewalk.h"
 #include "platform/events/events.h"
-#include "platform/mapi/folderscan.h"
 #include "platform/mapi/session.h"
 #include "tests/support/storekit.h"
 
@@ -66,6 +65,16 @@ QVector<navigation::DisplayNode> shown(StoreKit &kit)
     return navigation::displayOrder(navigation::walkTree(kit.session, kit.events, true).nodes);
 }
 
+/// The image the walk gives a folder of the mailbox.
+int imageOf(StoreKit &kit, events::Events &events, const QString &folder)
+{
+    const QString key = kit.folder(kMailbox + folder).ID();
+    for (const TreeNode &node : navigation::walkTree(kit.session, events, true).nodes)
+        if (node.key == key)
+            return node.image;
+    return -1;
+}
+
 } // namespace
 
 class TestNavigation : public QObject {
@@ -105,19 +114,16 @@ private Q_SLOTS:
     {
         QFETCH(QString, folder);
         QFETCH(int, image);
-        const mapi::FolderScan scan(m_folders->session.MAPIOBJECT());
-        QCOMPARE(navigation::classifyFolder(m_folders->folder(kMailbox + folder), m_folders->events, scan),
-                 image);
+        QCOMPARE(imageOf(*m_folders, m_folders->events, folder), image);
     }
 
-    void unreadableRightsAreNoRights()
+    void unreachableEventSourcesAreNoRights()
     {
-        StoreKit kit(kFolders);
-        const mapi::Folder agents = kit.folder(kMailbox + u"With Agents"_s);
-        const mapi::FolderScan scan(kit.session.MAPIOBJECT());
-        QCOMPARE(navigation::classifyFolder(agents, kit.events, scan), navigation::kImageFolderWithAgents);
-        kit.session.Logoff();
-        QCOMPARE(navigation::classifyFolder(agents, kit.events, scan), navigation::kImageNoRights);
+        events::Events unset; // an event configuration never given the session
+        QCOMPARE(imageOf(*m_folders, m_folders->events, u"With Agents"_s), navigation::kImageFolderWithAgents);
+        QCOMPARE(imageOf(*m_folders, unset, u"With Agents"_s), navigation::kImageNoRights);
+        QCOMPARE(imageOf(*m_folders, unset, u"Plain"_s), navigation::kImageNoRights);
+        QCOMPARE(imageOf(*m_folders, unset, u"Above 63"_s), navigation::kImageFolder);
     }
 
     // Only the field as the store writes it names a handler of ours.
@@ -176,6 +182,18 @@ private Q_SLOTS:
             if (n.node.text == "Twin"_L1)
                 walked << n.node.key;
         QCOMPARE(walked, twins);
+    }
+
+    void aFolderWhoseKeyStandsLeavesItsSubfoldersToThatNode()
+    {
+        StoreKit kit(kTree);
+        const mapi::Folder archive = kit.folder(u"\\Mailbox - Alice Admin\\Archive"_s);
+        kit.db().run(u"UPDATE folders SET entry_id = 'Public Folders' WHERE id = ?"_s, {archive.row().row});
+        QStringList seen;
+        for (const navigation::DisplayNode &n : shown(kit))
+            if (n.path.contains("20"_L1) || n.path.contains("Archive"_L1))
+                seen << line(n);
+        QCOMPARE(seen, QStringList({"\\Public Folders\\2023|6|2", "\\Public Folders\\2024|6|2"}));
     }
 
     void noServerStoreLeavesTheRoot()
