@@ -6,6 +6,7 @@
 #include "platform/store/database.h"
 #include "platform/store/fixturestream.h"
 #include "platform/store/ids.h"
+#include "platform/store/rowbatches.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -224,6 +225,29 @@ private:
     std::vector<std::array<qint64, 3>> m_rows;
 };
 
+/// The tables a load fills a batch at a time, in the order their rows are
+/// written: each after those it refers to.
+enum BatchedTable : size_t { kFolderRows, kMessageRows, kFieldRows, kBindingRows, kMapRows, kInstanceRows, kVoteRows };
+
+std::vector<RowBatches::Table> batchedTables()
+{
+    const auto columns = [](const char *list) { return QString::fromLatin1(list).split(QStringLiteral(", ")); };
+    return {
+        {QStringLiteral("folders"), columns("id, entry_id, store, parent, seq, name, access, event_source")},
+        {QStringLiteral("messages"),
+         columns("id, entry_id, folder, hidden, class, subject, created, modified, received, delivered")},
+        // A fixture may give a field twice, by tag and by name: the last wins.
+        {QStringLiteral("fields"), columns("message, tag, value"),
+         QStringLiteral("ON CONFLICT(message, tag) DO UPDATE SET value = excluded.value"), 2},
+        {QStringLiteral("bindings"),
+         columns("folder, name, active, event_mask, handler_class, message, state_message, sched_type,"
+                 " sched_interval, sched_start, sched_end, sched_days, sched_at")},
+        {QStringLiteral("map_rows"), columns("message, row, activity, action, flags, args")},
+        {QStringLiteral("instances"), columns("message, rui, status, row")},
+        {QStringLiteral("votes"), columns("message, seq, name, status, at")},
+    };
+}
+
 /// Fills a store from a fixture as it is read: each store and folder is
 /// made when its list of folders begins (or when it ends, without one),
 /// its agents and messages go in as soon as it is made, and what it is told
@@ -234,7 +258,9 @@ public:
     /// What a first reading found: the fixture's "user", the author of
     /// agents that name none, and the folders' message rows.
     Loader(Database &db, const RowCounter &counted)
-        : m_db(db), m_now(Database::now()), m_user(counted.user), m_firstRows(counted.firstRows)
+        : m_db(db), m_now(Database::now()), m_user(counted.user), m_firstRows(counted.firstRows),
+          m_rows(db, batchedTables()),
+          m_lastFolder(db.scalar(QStringLiteral("SELECT COALESCE(max(id), 0) FROM folders")).toLongLong())
     {
     }
 
@@ -267,6 +293,8 @@ public:
         make(m_frames.size() - 1);
         finish(m_frames.size() - 1);
         m_frames.pop_back();
+        if (m_frames.empty())
+            m_rows.flush();
     }
 
     [[noreturn]] void wrongShape(const QString &what) override
@@ -287,6 +315,7 @@ private:
         qint64 parent = 0; ///< the row of the folder above; for a store, none
         QJsonObject members = {};
         qint64 row = 0; ///< a folder's row; a store's root folder
+        qint64 batched = 0; ///< a folder's place among the folder rows given to the batches
         bool made = false;
         /// The next message row of its agents, messages and hidden messages.
         std::array<qint64, 3> nextRows = {0, 0, 0};
@@ -330,10 +359,10 @@ private:
                                                  " VALUES('', ?, '', '', '')"),
                                   {f.index});
             exec(QStringLiteral("UPDATE stores SET store_id = ? WHERE id = ?"), {makeStoreId(m_store), m_store});
-            f.row = insertFolder(QVariant(), 0, QStringLiteral("Top of Information Store"), 63, true);
+            f.row = insertFolder(QVariant(), 0, QStringLiteral("Top of Information Store"), f.batched);
             return;
         }
-        f.row = insertFolder(f.parent, f.index, QStringLiteral(""), 63, true);
+        f.row = insertFolder(f.parent, f.index, QStringLiteral(""), f.batched);
         fill(i, kFolderContents);
     }
 
@@ -376,9 +405,13 @@ private:
             if (name.isEmpty() || name.contains(QLatin1Char('\\')))
                 throw bad(r.member(QStringLiteral("name")),
                           QStringLiteral("a folder's name is not empty and has no \\"));
-            exec(QStringLiteral("UPDATE folders SET name = ?, access = ?, event_source = ? WHERE id = ?"),
-                     {name, r.number(QStringLiteral("access"), 63, 0, 63),
-                      r.flag(QStringLiteral("eventSource"), true) ? 1 : 0, f.row});
+            const int access = r.number(QStringLiteral("access"), 63, 0, 63);
+            const int eventSource = r.flag(QStringLiteral("eventSource"), true) ? 1 : 0;
+            if (QVariantList *row = m_rows.pending(kFolderRows, f.batched))
+                *row = folderRow(f.row, f.parent, f.index, name, access, eventSource);
+            else
+                exec(QStringLiteral("UPDATE folders SET name = ?, access = ?, event_source = ? WHERE id = ?"),
+                     {name, access, eventSource, f.row});
         }
     }
 
@@ -451,13 +484,20 @@ private:
         return id;
     }
 
-    qint64 insertFolder(const QVariant &parent, int seq, const QString &name, int access, bool eventSource)
+    /// A folder's row for the batches, with all its columns.
+    QVariantList folderRow(qint64 row, const QVariant &parent, int seq, const QString &name, int access,
+                           int eventSource) const
     {
-        const qint64 row =
-            insert(QStringLiteral("INSERT INTO folders(store, parent, seq, name, access, event_source)"
-                                       " VALUES(?, ?, ?, ?, ?, ?)"),
-                        {m_store, parent, seq, name, access, eventSource ? 1 : 0});
-        assignEntryId(IdKind::Folder, row);
+        return {row, makeEntryId(m_store, IdKind::Folder, row), m_store, parent, seq, name, access, eventSource};
+    }
+
+    /// A new folder, with the access and events of a folder that says
+    /// nothing of them until it ends; `batched` is set to its place in the
+    /// batches.
+    qint64 insertFolder(const QVariant &parent, int seq, const QString &name, qint64 &batched)
+    {
+        const qint64 row = ++m_lastFolder;
+        batched = m_rows.add(kFolderRows, folderRow(row, parent, seq, name, 63, 1));
         return row;
     }
 
@@ -466,13 +506,10 @@ private:
     {
         const qint64 row = m_nextRow && *m_nextRow ? (*m_nextRow)++ : 0;
         const QVariantList values = {folder, hidden ? 1 : 0, cls, subject, created, modified, received, received};
-        if (row)
-            exec(QStringLiteral("INSERT INTO messages(id, folder, hidden, class, subject, created, modified,"
-                                " received, delivered) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?)"),
-                 QVariantList{row} + values);
-        else
+        if (!row)
             return insertMessageRow(values);
-        m_lastId = assignEntryId(IdKind::Message, row);
+        m_lastId = makeEntryId(m_store, IdKind::Message, row);
+        m_rows.add(kMessageRows, QVariantList{row, m_lastId} + values);
         return row;
     }
 
@@ -480,6 +517,8 @@ private:
     /// reading didn't count.
     qint64 insertMessageRow(const QVariantList &values)
     {
+        // The store chooses after the rows given to it so far.
+        m_rows.flush();
         const qint64 row = insert(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created,"
                                                  " modified, received, delivered) VALUES(?, ?, ?, ?, ?, ?, ?, ?)"),
                                   values);
@@ -489,10 +528,7 @@ private:
 
     void setField(qint64 message, const QString &tag, const QVariant &value)
     {
-        exec(
-            QStringLiteral("INSERT INTO fields(message, tag, value) VALUES(?, ?, ?) ON CONFLICT(message, tag)"
-                           " DO UPDATE SET value = excluded.value"),
-            {message, tag, value});
+        m_rows.add(kFieldRows, {message, tag, value});
     }
 
     void loadAgent(const QJsonObject &o, const QString &path, qint64 folder)
@@ -547,11 +583,7 @@ private:
         if (r.flag(QStringLiteral("binding"), true)) {
             QVariantList values = {folder, name, active ? 1 : 0, mask, handler, messageId, stateId};
             values += schedule;
-            exec(QStringLiteral(
-                         "INSERT INTO bindings(folder, name, active, event_mask, handler_class, message,"
-                         " state_message, sched_type, sched_interval, sched_start, sched_end, sched_days,"
-                         " sched_at) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
-                     values);
+            m_rows.add(kBindingRows, values);
         }
     }
 
@@ -592,8 +624,7 @@ private:
                 if (!args.at(a).isString())
                     throw bad(QStringLiteral("%1.args[%2]").arg(mpath).arg(a),
                               QStringLiteral("expected a text"));
-            exec(QStringLiteral("INSERT INTO map_rows(message, row, activity, action, flags, args)"
-                                    " VALUES(?, ?, ?, ?, ?, ?)"),
+            m_rows.add(kMapRows,
                      {message, i, m.text(QStringLiteral("activity")), m.text(QStringLiteral("action")),
                       m.text(QStringLiteral("flags")),
                       QString::fromUtf8(QJsonDocument(args).toJson(QJsonDocument::Compact))});
@@ -624,7 +655,7 @@ private:
         if (r.has(QStringLiteral("instance"))) {
             const Reader in(r.object(QStringLiteral("instance")), r.member(QStringLiteral("instance")),
                             {QStringLiteral("rui"), QStringLiteral("status"), QStringLiteral("row")});
-            exec(QStringLiteral("INSERT INTO instances(message, rui, status, row) VALUES(?, ?, ?, ?)"),
+            m_rows.add(kInstanceRows,
                      {message, in.number(QStringLiteral("rui"), 0, INT_MIN, INT_MAX),
                       in.text(QStringLiteral("status")),
                       in.number(QStringLiteral("row"), 0, INT_MIN, INT_MAX)});
@@ -634,8 +665,8 @@ private:
             const Reader v(element(votes, i, r.member(QStringLiteral("votes"))),
                            QStringLiteral("%1[%2]").arg(r.member(QStringLiteral("votes"))).arg(i),
                            {QStringLiteral("name"), QStringLiteral("status"), QStringLiteral("at")});
-            exec(
-                QStringLiteral("INSERT INTO votes(message, seq, name, status, at) VALUES(?, ?, ?, ?, ?)"),
+            m_rows.add(
+                kVoteRows,
                 {message, i, v.text(QStringLiteral("name")), v.text(QStringLiteral("status")),
                  v.text(QStringLiteral("at"))});
         }
@@ -649,6 +680,8 @@ private:
     std::vector<Frame> m_frames;
     QHash<QString, QSqlQuery> m_statements;
     std::vector<std::array<qint64, 3>> m_firstRows;
+    RowBatches m_rows;
+    qint64 m_lastFolder = 0;    ///< the row of the folder made last
     size_t m_folders = 0;       ///< how many folders have begun
     qint64 *m_nextRow = nullptr; ///< the next message row of the list being filled
 };
