@@ -33,12 +33,15 @@ com::ComError bad(const QString &path, const QString &what)
     return com::ComError(com::err::InvalidParameter, kSource, path + QStringLiteral(": ") + what);
 }
 
+/// The path of a member of a fixture, made only when an error names it.
+using Path = std::function<QString()>;
+
 /// 8-bit text: one character U+0000..U+00FF to one byte.
-QByteArray latin1(const QString &text, const QString &path)
+QByteArray latin1(const QString &text, const Path &path)
 {
     for (const QChar c : text)
         if (c.unicode() > 0xFF)
-            throw bad(path, QStringLiteral("8-bit text may hold only characters U+0000 to U+00FF"));
+            throw bad(path(), QStringLiteral("8-bit text may hold only characters U+0000 to U+00FF"));
     return text.toLatin1();
 }
 
@@ -51,7 +54,7 @@ public:
     {
     }
     /// The same with the path made only when an error names it.
-    Reader(const QJsonObject &object, std::function<QString()> path, const QStringList &known)
+    Reader(const QJsonObject &object, Path path, const QStringList &known)
         : m_object(object), m_path(std::move(path))
     {
         for (auto it = object.begin(); it != object.end(); ++it)
@@ -63,6 +66,16 @@ public:
     {
         const QString path = m_path();
         return path.isEmpty() ? name : path + QLatin1Char('.') + name;
+    }
+    /// The path of member `name`, and of its `index`th element, for a
+    /// reader of it; they name this reader's path, which must outlive them.
+    Path at(const QString &name) const
+    {
+        return [this, name] { return member(name); };
+    }
+    Path at(const QString &name, int index) const
+    {
+        return [this, name, index] { return QStringLiteral("%1[%2]").arg(member(name)).arg(index); };
     }
     bool has(const QString &name) const { return m_object.contains(name); }
 
@@ -79,7 +92,7 @@ public:
         return v.toString();
     }
 
-    QByteArray bytes(const QString &name) const { return latin1(text(name), member(name)); }
+    QByteArray bytes(const QString &name) const { return latin1(text(name), at(name)); }
 
     int number(const QString &name, int fallback, int low, int high) const
     {
@@ -126,11 +139,16 @@ public:
     QString time(const QString &name, const QString &fallback) const
     {
         const QString t = text(name, fallback);
-        // Read as a date and a time of day, without the local time zone's
-        // rules, which cost more than the rest of a message.
-        if (t.size() != 19 || t.at(10) != QLatin1Char(' ') ||
-            !QDate::fromString(t.left(10), QStringLiteral("yyyy-MM-dd")).isValid() ||
-            !QTime::fromString(t.mid(11), QStringLiteral("HH:mm:ss")).isValid())
+        // Read digit by digit as a date and a time of day: Qt's parser of
+        // formats costs more than the rest of a message.
+        static const QString shape = QStringLiteral("0000-00-00 00:00:00");
+        bool digits = t.size() == shape.size();
+        for (qsizetype i = 0; digits && i < t.size(); ++i)
+            digits = shape.at(i) == QLatin1Char('0') ? t.at(i).isDigit() && t.at(i).unicode() < 0x80
+                                                     : t.at(i) == shape.at(i);
+        const auto number = [&t](qsizetype from, qsizetype size) { return QStringView(t).mid(from, size).toInt(); };
+        if (!digits || !QDate::isValid(number(0, 4), number(5, 2), number(8, 2)) ||
+            !QTime::isValid(number(11, 2), number(14, 2), number(17, 2)))
             throw bad(member(name), QStringLiteral("expected a time \"YYYY-MM-DD HH:MM:SS\""));
         return t;
     }
@@ -150,11 +168,16 @@ private:
     std::function<QString()> m_path;
 };
 
-QJsonObject element(const QJsonArray &array, int i, const QString &path)
+QJsonObject element(const QJsonArray &array, int i, const Path &path)
 {
     if (!array.at(i).isObject())
-        throw bad(QStringLiteral("%1[%2]").arg(path).arg(i), QStringLiteral("expected an object"));
+        throw bad(path(), QStringLiteral("expected an object"));
     return array.at(i).toObject();
+}
+
+QJsonObject element(const QJsonArray &array, int i, const QString &list)
+{
+    return element(array, i, [&] { return QStringLiteral("%1[%2]").arg(list).arg(i); });
 }
 
 const QStringList kDocumentMembers = {QStringLiteral("user"), QStringLiteral("profile"), QStringLiteral("hosts"),
@@ -377,11 +400,11 @@ private:
             m_nextRow = &m_frames[i].nextRows[static_cast<size_t>(kFolderContents.indexOf(kind))];
             const QJsonArray list = r.array(kind);
             for (int k = 0; k < list.size(); ++k) {
-                const QString item = QStringLiteral("%1[%2]").arg(r.member(kind)).arg(k);
+                const Path item = r.at(kind, k);
                 if (kind == QLatin1String("agents"))
-                    loadAgent(element(list, k, r.member(kind)), item, folder);
+                    loadAgent(element(list, k, item), item, folder);
                 else
-                    loadMessage(element(list, k, r.member(kind)), item, folder, kind == QLatin1String("hidden"));
+                    loadMessage(element(list, k, item), item, folder, kind == QLatin1String("hidden"));
             }
         }
     }
@@ -531,7 +554,7 @@ private:
         m_rows.add(kFieldRows, {message, tag, value});
     }
 
-    void loadAgent(const QJsonObject &o, const QString &path, qint64 folder)
+    void loadAgent(const QJsonObject &o, const Path &path, qint64 folder)
     {
         const Reader r(o, path,
                        {QStringLiteral("name"), QStringLiteral("handler"), QStringLiteral("mask"),
@@ -550,7 +573,7 @@ private:
         const bool active = r.flag(QStringLiteral("active"), true);
         const QString created = r.time(QStringLiteral("created"), m_now);
         const QString modified = r.time(QStringLiteral("modified"), created);
-        const Reader s(r.object(QStringLiteral("schedule")), r.member(QStringLiteral("schedule")),
+        const Reader s(r.object(QStringLiteral("schedule")), r.at(QStringLiteral("schedule")),
                        {QStringLiteral("type"), QStringLiteral("interval"), QStringLiteral("start"),
                         QStringLiteral("end"), QStringLiteral("days"), QStringLiteral("at")});
         const QVariantList schedule = {s.number(QStringLiteral("type"), 0, 0, 3),
@@ -567,10 +590,10 @@ private:
         setField(message, mapi::tagKey(mapi::PR_HANDLER), field.toLatin1());
         const QString createdBy = r.text(QStringLiteral("createdBy"), m_user);
         setField(message, mapi::tagKey(mapi::PR_CREATOR_NAME),
-                 latin1(createdBy, r.member(QStringLiteral("createdBy"))));
+                 latin1(createdBy, r.at(QStringLiteral("createdBy"))));
         setField(
             message, mapi::tagKey(mapi::PR_LAST_MODIFIER_NAME),
-            latin1(r.text(QStringLiteral("modifiedBy"), createdBy), r.member(QStringLiteral("modifiedBy"))));
+            latin1(r.text(QStringLiteral("modifiedBy"), createdBy), r.at(QStringLiteral("modifiedBy"))));
         loadFields(r, message);
         loadMap(r, message);
         QVariant stateId;
@@ -592,13 +615,15 @@ private:
     {
         const QJsonObject fields = r.object(QStringLiteral("fields"));
         for (auto it = fields.begin(); it != fields.end(); ++it) {
-            const QString fpath = r.member(QStringLiteral("fields")) + QLatin1Char('.') + it.key();
+            const Path fpath = [&r, key = it.key()] {
+                return r.member(QStringLiteral("fields")) + QLatin1Char('.') + key;
+            };
             QString tag = it.key();
             if (tag.startsWith(QLatin1String("0x"), Qt::CaseInsensitive)) {
                 bool ok = false;
                 const uint value = tag.mid(2).toUInt(&ok, 16);
                 if (!ok || tag.size() != 10)
-                    throw bad(fpath, QStringLiteral("expected a tag of eight hexadecimal digits"));
+                    throw bad(fpath(), QStringLiteral("expected a tag of eight hexadecimal digits"));
                 tag = mapi::tagKey(value);
             }
             if (it.value().isDouble())
@@ -606,7 +631,7 @@ private:
             else if (it.value().isString())
                 setField(message, tag, latin1(it.value().toString(), fpath));
             else
-                throw bad(fpath, QStringLiteral("expected a text or a number"));
+                throw bad(fpath(), QStringLiteral("expected a text or a number"));
         }
     }
 
@@ -615,14 +640,14 @@ private:
     {
         const QJsonArray map = r.array(QStringLiteral("map"));
         for (int i = 0; i < map.size(); ++i) {
-            const QString mpath = QStringLiteral("%1[%2]").arg(r.member(QStringLiteral("map"))).arg(i);
-            const Reader m(element(map, i, r.member(QStringLiteral("map"))), mpath,
+            const Path mpath = r.at(QStringLiteral("map"), i);
+            const Reader m(element(map, i, mpath), mpath,
                            {QStringLiteral("activity"), QStringLiteral("action"), QStringLiteral("flags"),
                             QStringLiteral("args")});
             const QJsonArray args = m.array(QStringLiteral("args"));
             for (int a = 0; a < args.size(); ++a)
                 if (!args.at(a).isString())
-                    throw bad(QStringLiteral("%1.args[%2]").arg(mpath).arg(a),
+                    throw bad(QStringLiteral("%1.args[%2]").arg(mpath()).arg(a),
                               QStringLiteral("expected a text"));
             m_rows.add(kMapRows,
                      {message, i, m.text(QStringLiteral("activity")), m.text(QStringLiteral("action")),
@@ -631,7 +656,7 @@ private:
         }
     }
 
-    void loadMessage(const QJsonObject &o, const QString &path, qint64 folder, bool hidden)
+    void loadMessage(const QJsonObject &o, const Path &path, qint64 folder, bool hidden)
     {
         const Reader r(o, path,
                        {QStringLiteral("subject"), QStringLiteral("class"), QStringLiteral("from"),
@@ -653,7 +678,7 @@ private:
         loadFields(r, message);
         loadMap(r, message);
         if (r.has(QStringLiteral("instance"))) {
-            const Reader in(r.object(QStringLiteral("instance")), r.member(QStringLiteral("instance")),
+            const Reader in(r.object(QStringLiteral("instance")), r.at(QStringLiteral("instance")),
                             {QStringLiteral("rui"), QStringLiteral("status"), QStringLiteral("row")});
             m_rows.add(kInstanceRows,
                      {message, in.number(QStringLiteral("rui"), 0, INT_MIN, INT_MAX),
@@ -662,8 +687,8 @@ private:
         }
         const QJsonArray votes = r.array(QStringLiteral("votes"));
         for (int i = 0; i < votes.size(); ++i) {
-            const Reader v(element(votes, i, r.member(QStringLiteral("votes"))),
-                           QStringLiteral("%1[%2]").arg(r.member(QStringLiteral("votes"))).arg(i),
+            const Path vpath = r.at(QStringLiteral("votes"), i);
+            const Reader v(element(votes, i, vpath), vpath,
                            {QStringLiteral("name"), QStringLiteral("status"), QStringLiteral("at")});
             m_rows.add(
                 kVoteRows,

@@ -2,8 +2,6 @@
 
 #include "platform/store/database.h"
 
-#include <algorithm>
-
 namespace store {
 
 namespace {
@@ -39,7 +37,7 @@ qint64 RowBatches::add(size_t table, QVariantList values)
     }
     t.rows.push_back(std::move(values));
     const qint64 row = t.written + static_cast<qint64>(t.rows.size()) - 1;
-    if (t.rows.size() >= static_cast<size_t>(kRowsABatch))
+    if (t.rows.size() >= static_cast<size_t>(kRowsAWrite))
         flush();
     return row;
 }
@@ -76,16 +74,19 @@ QSqlQuery &RowBatches::statement(const Rows &rows, int count)
 
 void RowBatches::write(Rows &rows)
 {
+    // A full batch at a time, then what is left in halves, quarters and so
+    // on: a few statements serve every count of rows.
     const size_t size = rows.rows.size();
-    for (size_t first = 0; first < size; first += kRowsABatch) {
-        const int count = static_cast<int>(std::min<size_t>(kRowsABatch, size - first));
-        QSqlQuery &q = statement(rows, count);
-        int place = 0;
-        for (size_t r = first; r < first + static_cast<size_t>(count); ++r)
-            for (const QVariant &v : std::as_const(rows.rows[r]))
-                q.bindValue(place++, v);
-        m_db.exec(q);
-    }
+    size_t first = 0;
+    for (int count = kRowsABatch; count > 0; count /= 2)
+        for (; size - first >= static_cast<size_t>(count); first += static_cast<size_t>(count)) {
+            QSqlQuery &q = statement(rows, count);
+            int place = 0;
+            for (size_t r = first; r < first + static_cast<size_t>(count); ++r)
+                for (const QVariant &v : std::as_const(rows.rows[r]))
+                    q.bindValue(place++, v);
+            m_db.exec(q);
+        }
     rows.written += static_cast<qint64>(size);
     rows.rows.clear();
     rows.byKey.clear();

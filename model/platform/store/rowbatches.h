@@ -15,7 +15,7 @@ class Database;
 
 /// Rows for a store's tables, taken one at a time and written many to an
 /// INSERT: a server store gets a batch in one round trip instead of one
-/// row in each. Whenever one table holds a full batch every table is
+/// row in each. Whenever one table holds enough rows every table is
 /// written, in the order they were given, so that the rows a row refers to
 /// are there before it.
 class RowBatches {
@@ -31,8 +31,12 @@ public:
         int keyColumns = 0;
     };
 
-    /// How many rows an INSERT writes at most.
+    /// How many rows an INSERT writes at most (a power of two).
     static constexpr int kRowsABatch = 256;
+    /// How many rows one table gathers before all are written: the rows
+    /// of the other tables are fewer then, and a few statements with fewer
+    /// rows write what is left of each.
+    static constexpr int kRowsAWrite = 8 * kRowsABatch;
 
     RowBatches(Database &db, std::vector<Table> tables);
     RowBatches(const RowBatches &) = delete;
