@@ -219,14 +219,24 @@ public:
         if (m_open.back() < 0)
             return;
         std::array<qint64, 3> &rows = m_rows[static_cast<size_t>(m_open.back())];
-        const QJsonArray list = value.toArray();
         if (key == QLatin1String("agents"))
-            for (const QJsonValue &agent : list)
+            for (const QJsonValue &agent : value.toArray())
                 rows[0] += agent[QLatin1String("stateMessage")] == QJsonValue(false) ? 1 : 2;
         else if (key == QLatin1String("messages"))
-            rows[1] += list.size();
+            rows[1] += value.toInteger();
         else if (key == QLatin1String("hidden"))
-            rows[2] += list.size();
+            rows[2] += value.toInteger();
+    }
+    /// Only the agents are read whole; of the messages, how many there are.
+    Telling telling(FixtureLevel level, const QString &key) const override
+    {
+        if (level == FixtureLevel::Document)
+            return key == QLatin1String("user") ? Telling::Whole : Telling::Nothing;
+        if (level == FixtureLevel::Store)
+            return Telling::Nothing;
+        return key == QLatin1String("agents")                                          ? Telling::Whole
+               : key == QLatin1String("messages") || key == QLatin1String("hidden") ? Telling::Count
+                                                                                     : Telling::Nothing;
     }
     void beginList() override {}
     void endList() override {}
