@@ -39,6 +39,10 @@ void buildStore(const QString &location, const std::function<void(Database &)> &
         Database::create(location, [&](Database &db) {
             fill(db);
             catchUpIdentities(db);
+            // The planner's figures of the tables, which a server otherwise
+            // gathers some time later: until then it may read a large table
+            // whole for a few of its rows.
+            db.run(QStringLiteral("ANALYZE"));
         });
         return;
     }
