@@ -50,7 +50,8 @@ private:
         for (const int count : {255, 256, 257}) {
             QJsonArray messages;
             for (int i = 0; i < count; ++i) {
-                QJsonObject m{{u"subject"_s, u"Message %1"_s.arg(i)}, {u"received"_s, u"2024-05-01 10:00:00"_s}};
+                QJsonObject m{{u"subject"_s, u"Message %1"_s.arg(i)},
+                              {u"received"_s, u"2024-05-01 10:00:00"_s}};
                 if (i == 0) {
                     m[u"from"_s] = u"Given first"_s;
                     m[u"fields"_s] = QJsonObject{{u"0x0c1a001e"_s, u"Given last"_s}};
@@ -62,8 +63,9 @@ private:
         const QJsonObject store{{u"name"_s, u"Mailbox"_s}, {u"folders"_s, folders}};
         QFile file(m_home.file(u"batches.json"_s));
         if (!file.open(QIODevice::WriteOnly) ||
-            file.write(QJsonDocument(QJsonObject{{u"user"_s, u"Tess Tester"_s}, {u"stores"_s, QJsonArray{store}}})
-                           .toJson()) < 0)
+            file.write(
+                QJsonDocument(QJsonObject{{u"user"_s, u"Tess Tester"_s}, {u"stores"_s, QJsonArray{store}}})
+                    .toJson()) < 0)
             qFatal("could not write a test file");
         return file.fileName();
     }

@@ -514,9 +514,10 @@ private:
         // of a large table by its index for a list, where for a query of
         // them it may read the whole table.
         const QString ofMessages = rowList(messageRows);
-        QSqlQuery v = m_db.run(
-            QStringLiteral("SELECT message, tag, value FROM fields WHERE message IN (%1) ORDER BY message, tag")
-                .arg(ofMessages));
+        QSqlQuery v =
+            m_db.run(QStringLiteral(
+                         "SELECT message, tag, value FROM fields WHERE message IN (%1) ORDER BY message, tag")
+                         .arg(ofMessages));
         while (v.next())
             m_in.fields[v.value(0).toLongLong()].emplace_back(v.value(1).toString(), v.value(2));
         QSqlQuery r = m_db.run(QStringLiteral("SELECT message, activity, action, flags, args FROM map_rows"
@@ -525,12 +526,14 @@ private:
         while (r.next())
             m_in.maps[r.value(0).toLongLong()].push_back(MapRow{r.value(1).toString(), r.value(2).toString(),
                                                                 r.value(3).toString(), r.value(4).toString()});
-        QSqlQuery i = m_db.run(
-            QStringLiteral("SELECT message, rui, status, row FROM instances WHERE message IN (%1)").arg(ofMessages));
+        QSqlQuery i =
+            m_db.run(QStringLiteral("SELECT message, rui, status, row FROM instances WHERE message IN (%1)")
+                         .arg(ofMessages));
         while (i.next())
             m_in.instances.insert(i.value(0).toLongLong(), {i.value(1), i.value(2), i.value(3)});
         QSqlQuery t = m_db.run(
-            QStringLiteral("SELECT message, name, status, at FROM votes WHERE message IN (%1) ORDER BY message, seq")
+            QStringLiteral(
+                "SELECT message, name, status, at FROM votes WHERE message IN (%1) ORDER BY message, seq")
                 .arg(ofMessages));
         while (t.next())
             m_in.votes[t.value(0).toLongLong()].push_back(

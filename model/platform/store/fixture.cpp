@@ -146,7 +146,9 @@ public:
         for (qsizetype i = 0; digits && i < t.size(); ++i)
             digits = shape.at(i) == QLatin1Char('0') ? t.at(i).isDigit() && t.at(i).unicode() < 0x80
                                                      : t.at(i) == shape.at(i);
-        const auto number = [&t](qsizetype from, qsizetype size) { return QStringView(t).mid(from, size).toInt(); };
+        const auto number = [&t](qsizetype from, qsizetype size) {
+            return QStringView(t).mid(from, size).toInt();
+        };
         if (!digits || !QDate::isValid(number(0, 4), number(5, 2), number(8, 2)) ||
             !QTime::isValid(number(11, 2), number(14, 2), number(17, 2)))
             throw bad(member(name), QStringLiteral("expected a time \"YYYY-MM-DD HH:MM:SS\""));
@@ -234,9 +236,9 @@ public:
             return key == QLatin1String("user") ? Telling::Whole : Telling::Nothing;
         if (level == FixtureLevel::Store)
             return Telling::Nothing;
-        return key == QLatin1String("agents")                                          ? Telling::Whole
+        return key == QLatin1String("agents")                                       ? Telling::Whole
                : key == QLatin1String("messages") || key == QLatin1String("hidden") ? Telling::Count
-                                                                                     : Telling::Nothing;
+                                                                                    : Telling::Nothing;
     }
     void beginList() override {}
     void endList() override {}
@@ -260,11 +262,21 @@ private:
 
 /// The tables a load fills a batch at a time, in the order their rows are
 /// written: each after those it refers to.
-enum BatchedTable : size_t { kFolderRows, kMessageRows, kFieldRows, kBindingRows, kMapRows, kInstanceRows, kVoteRows };
+enum BatchedTable : size_t {
+    kFolderRows,
+    kMessageRows,
+    kFieldRows,
+    kBindingRows,
+    kMapRows,
+    kInstanceRows,
+    kVoteRows
+};
 
 std::vector<RowBatches::Table> batchedTables()
 {
-    const auto columns = [](const char *list) { return QString::fromLatin1(list).split(QStringLiteral(", ")); };
+    const auto columns = [](const char *list) {
+        return QString::fromLatin1(list).split(QStringLiteral(", "));
+    };
     return {
         {QStringLiteral("folders"), columns("id, entry_id, store, parent, seq, name, access, event_source")},
         {QStringLiteral("messages"),
@@ -508,12 +520,11 @@ private:
         return m_db.insertedId(q);
     }
 
-    QString assignEntryId(IdKind kind, qint64 row)
+    /// Sets the entry identifier of a message in a row the store chose.
+    QString assignEntryId(qint64 row)
     {
-        const QString id = makeEntryId(m_store, kind, row);
-        exec(kind == IdKind::Folder ? QStringLiteral("UPDATE folders SET entry_id = ? WHERE id = ?")
-                                    : QStringLiteral("UPDATE messages SET entry_id = ? WHERE id = ?"),
-             {id, row});
+        const QString id = makeEntryId(m_store, IdKind::Message, row);
+        exec(QStringLiteral("UPDATE messages SET entry_id = ? WHERE id = ?"), {id, row});
         return id;
     }
 
@@ -521,7 +532,8 @@ private:
     QVariantList folderRow(qint64 row, const QVariant &parent, int seq, const QString &name, int access,
                            int eventSource) const
     {
-        return {row, makeEntryId(m_store, IdKind::Folder, row), m_store, parent, seq, name, access, eventSource};
+        return {row,        makeEntryId(m_store, IdKind::Folder, row), m_store, parent, seq, name, access,
+                eventSource};
     }
 
     /// A new folder, with the access and events of a folder that says
@@ -555,7 +567,7 @@ private:
         const qint64 row = insert(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created,"
                                                  " modified, received, delivered) VALUES(?, ?, ?, ?, ?, ?, ?, ?)"),
                                   values);
-        m_lastId = assignEntryId(IdKind::Message, row);
+        m_lastId = assignEntryId(row);
         return row;
     }
 
@@ -601,9 +613,8 @@ private:
         const QString createdBy = r.text(QStringLiteral("createdBy"), m_user);
         setField(message, mapi::tagKey(mapi::PR_CREATOR_NAME),
                  latin1(createdBy, r.at(QStringLiteral("createdBy"))));
-        setField(
-            message, mapi::tagKey(mapi::PR_LAST_MODIFIER_NAME),
-            latin1(r.text(QStringLiteral("modifiedBy"), createdBy), r.at(QStringLiteral("modifiedBy"))));
+        setField(message, mapi::tagKey(mapi::PR_LAST_MODIFIER_NAME),
+                 latin1(r.text(QStringLiteral("modifiedBy"), createdBy), r.at(QStringLiteral("modifiedBy"))));
         loadFields(r, message);
         loadMap(r, message);
         QVariant stateId;
@@ -659,10 +670,9 @@ private:
                 if (!args.at(a).isString())
                     throw bad(QStringLiteral("%1.args[%2]").arg(mpath()).arg(a),
                               QStringLiteral("expected a text"));
-            m_rows.add(kMapRows,
-                     {message, i, m.text(QStringLiteral("activity")), m.text(QStringLiteral("action")),
-                      m.text(QStringLiteral("flags")),
-                      QString::fromUtf8(QJsonDocument(args).toJson(QJsonDocument::Compact))});
+            m_rows.add(kMapRows, {message, i, m.text(QStringLiteral("activity")),
+                                  m.text(QStringLiteral("action")), m.text(QStringLiteral("flags")),
+                                  QString::fromUtf8(QJsonDocument(args).toJson(QJsonDocument::Compact))});
         }
     }
 
@@ -690,20 +700,17 @@ private:
         if (r.has(QStringLiteral("instance"))) {
             const Reader in(r.object(QStringLiteral("instance")), r.at(QStringLiteral("instance")),
                             {QStringLiteral("rui"), QStringLiteral("status"), QStringLiteral("row")});
-            m_rows.add(kInstanceRows,
-                     {message, in.number(QStringLiteral("rui"), 0, INT_MIN, INT_MAX),
-                      in.text(QStringLiteral("status")),
-                      in.number(QStringLiteral("row"), 0, INT_MIN, INT_MAX)});
+            m_rows.add(kInstanceRows, {message, in.number(QStringLiteral("rui"), 0, INT_MIN, INT_MAX),
+                                       in.text(QStringLiteral("status")),
+                                       in.number(QStringLiteral("row"), 0, INT_MIN, INT_MAX)});
         }
         const QJsonArray votes = r.array(QStringLiteral("votes"));
         for (int i = 0; i < votes.size(); ++i) {
             const Path vpath = r.at(QStringLiteral("votes"), i);
             const Reader v(element(votes, i, vpath), vpath,
                            {QStringLiteral("name"), QStringLiteral("status"), QStringLiteral("at")});
-            m_rows.add(
-                kVoteRows,
-                {message, i, v.text(QStringLiteral("name")), v.text(QStringLiteral("status")),
-                 v.text(QStringLiteral("at"))});
+            m_rows.add(kVoteRows, {message, i, v.text(QStringLiteral("name")),
+                                   v.text(QStringLiteral("status")), v.text(QStringLiteral("at"))});
         }
     }
 

@@ -204,7 +204,7 @@ private:
     int m_skip = 0; ///< the depth within a value skipped
     FixtureEvents::Telling m_telling = FixtureEvents::Telling::Whole;
     bool m_listed = false; ///< the value skipped is a list
-    qsizetype m_count = 0;  ///< its elements so far
+    qsizetype m_count = 0; ///< its elements so far
 };
 
 /// The words for a syntax error at `offset` of `text`: FILE:LINE:COLUMN.

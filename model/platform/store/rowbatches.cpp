@@ -63,7 +63,8 @@ QSqlQuery &RowBatches::statement(const Rows &rows, int count)
     if (it != m_statements.end())
         return *it;
     const QString tuple =
-        QLatin1Char('(') + QStringList(rows.table.columns.size(), QStringLiteral("?")).join(QStringLiteral(", ")) +
+        QLatin1Char('(') +
+        QStringList(rows.table.columns.size(), QStringLiteral("?")).join(QStringLiteral(", ")) +
         QLatin1Char(')');
     const QString sql = QStringLiteral("INSERT INTO %1(%2) VALUES%3%4")
                             .arg(rows.table.name, rows.table.columns.join(QStringLiteral(", ")),
