@@ -14,6 +14,9 @@ namespace {
 
 const QString kSource = QStringLiteral("Sorrelin.Store");
 
+/// The page cache of a store being made, in KiB.
+constexpr int kCacheKiB = 256 * 1024;
+
 /// Rows written with their ids given leave a server's identity counters
 /// behind; the next row made there must come after them.
 void catchUpIdentities(Database &db)
@@ -39,6 +42,10 @@ void buildStore(const QString &location, const std::function<void(Database &)> &
         Database::create(location, [&](Database &db) {
             fill(db);
             catchUpIdentities(db);
+            // The planner's figures of the tables, which a server otherwise
+            // gathers some time later: until then it may read a large table
+            // whole for a few of its rows.
+            db.run(QStringLiteral("ANALYZE"));
         });
         return;
     }
@@ -52,7 +59,13 @@ void buildStore(const QString &location, const std::function<void(Database &)> &
                                 .arg(builds.fetch_add(1));
     try {
         {
-            std::unique_ptr<Database> db = Database::create(partial, fill);
+            std::unique_ptr<Database> db = Database::create(partial, [&](Database &made) {
+                // Pages that don't fit the cache are written to the log
+                // before the end, and again each time they change: a new
+                // store is written once when its cache holds it.
+                made.run(QStringLiteral("PRAGMA cache_size = -%1").arg(kCacheKiB));
+                fill(made);
+            });
             db->run(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
         }
         if (!QFile::rename(partial, location))

@@ -450,8 +450,6 @@ private:
     void read(const QString &in)
     {
         m_in = Contents();
-        // The messages of the folders.
-        const QString ofFolders = QStringLiteral("SELECT id FROM messages WHERE folder IN (%1)").arg(in);
         QSqlQuery f =
             m_db.run(QStringLiteral("SELECT id, name, access, event_source FROM folders WHERE id IN (%1)").arg(in));
         while (f.next())
@@ -460,11 +458,14 @@ private:
         QSqlQuery m = m_db.run(QStringLiteral("SELECT id, folder, hidden, entry_id, class, subject, created,"
                                               " modified, received FROM messages WHERE folder IN (%1) ORDER BY id")
                                    .arg(in));
-        while (m.next())
+        std::vector<qint64> messageRows;
+        while (m.next()) {
+            messageRows.push_back(m.value(0).toLongLong());
             m_in.messages[m.value(1).toLongLong()].push_back(
                 MessageRow{m.value(0).toLongLong(), m.value(2).toInt() != 0, m.value(3).toString(),
                            m.value(4).toString(), m.value(5).toString(), m.value(6).toString(),
                            m.value(7).toString(), m.value(8)});
+        }
         // The bindings of the binding messages, found by their folders; one
         // kept in another folder than its message is looked for alone.
         const QString bindingColumns =
@@ -507,24 +508,33 @@ private:
             while (s.next())
                 m_in.states.insert(s.value(0).toString(), StateRow{s.value(1).toLongLong(), s.value(2)});
         }
-        QSqlQuery v = m_db.run(
-            QStringLiteral("SELECT message, tag, value FROM fields WHERE message IN (%1) ORDER BY message, tag")
-                .arg(ofFolders));
+        if (messageRows.empty())
+            return;
+        // The messages by their rows: a server's planner reads a few rows
+        // of a large table by its index for a list, where for a query of
+        // them it may read the whole table.
+        const QString ofMessages = rowList(messageRows);
+        QSqlQuery v =
+            m_db.run(QStringLiteral(
+                         "SELECT message, tag, value FROM fields WHERE message IN (%1) ORDER BY message, tag")
+                         .arg(ofMessages));
         while (v.next())
             m_in.fields[v.value(0).toLongLong()].emplace_back(v.value(1).toString(), v.value(2));
         QSqlQuery r = m_db.run(QStringLiteral("SELECT message, activity, action, flags, args FROM map_rows"
                                               " WHERE message IN (%1) ORDER BY message, row")
-                                   .arg(ofFolders));
+                                   .arg(ofMessages));
         while (r.next())
             m_in.maps[r.value(0).toLongLong()].push_back(MapRow{r.value(1).toString(), r.value(2).toString(),
                                                                 r.value(3).toString(), r.value(4).toString()});
-        QSqlQuery i = m_db.run(
-            QStringLiteral("SELECT message, rui, status, row FROM instances WHERE message IN (%1)").arg(ofFolders));
+        QSqlQuery i =
+            m_db.run(QStringLiteral("SELECT message, rui, status, row FROM instances WHERE message IN (%1)")
+                         .arg(ofMessages));
         while (i.next())
             m_in.instances.insert(i.value(0).toLongLong(), {i.value(1), i.value(2), i.value(3)});
         QSqlQuery t = m_db.run(
-            QStringLiteral("SELECT message, name, status, at FROM votes WHERE message IN (%1) ORDER BY message, seq")
-                .arg(ofFolders));
+            QStringLiteral(
+                "SELECT message, name, status, at FROM votes WHERE message IN (%1) ORDER BY message, seq")
+                .arg(ofMessages));
         while (t.next())
             m_in.votes[t.value(0).toLongLong()].push_back(
                 {t.value(1).toString(), t.value(2).toString(), t.value(3).toString()});

@@ -6,6 +6,7 @@
 #include "platform/store/database.h"
 #include "platform/store/fixturestream.h"
 #include "platform/store/ids.h"
+#include "platform/store/rowbatches.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -32,12 +33,15 @@ com::ComError bad(const QString &path, const QString &what)
     return com::ComError(com::err::InvalidParameter, kSource, path + QStringLiteral(": ") + what);
 }
 
+/// The path of a member of a fixture, made only when an error names it.
+using Path = std::function<QString()>;
+
 /// 8-bit text: one character U+0000..U+00FF to one byte.
-QByteArray latin1(const QString &text, const QString &path)
+QByteArray latin1(const QString &text, const Path &path)
 {
     for (const QChar c : text)
         if (c.unicode() > 0xFF)
-            throw bad(path, QStringLiteral("8-bit text may hold only characters U+0000 to U+00FF"));
+            throw bad(path(), QStringLiteral("8-bit text may hold only characters U+0000 to U+00FF"));
     return text.toLatin1();
 }
 
@@ -50,7 +54,7 @@ public:
     {
     }
     /// The same with the path made only when an error names it.
-    Reader(const QJsonObject &object, std::function<QString()> path, const QStringList &known)
+    Reader(const QJsonObject &object, Path path, const QStringList &known)
         : m_object(object), m_path(std::move(path))
     {
         for (auto it = object.begin(); it != object.end(); ++it)
@@ -62,6 +66,16 @@ public:
     {
         const QString path = m_path();
         return path.isEmpty() ? name : path + QLatin1Char('.') + name;
+    }
+    /// The path of member `name`, and of its `index`th element, for a
+    /// reader of it; they name this reader's path, which must outlive them.
+    Path at(const QString &name) const
+    {
+        return [this, name] { return member(name); };
+    }
+    Path at(const QString &name, int index) const
+    {
+        return [this, name, index] { return QStringLiteral("%1[%2]").arg(member(name)).arg(index); };
     }
     bool has(const QString &name) const { return m_object.contains(name); }
 
@@ -78,7 +92,7 @@ public:
         return v.toString();
     }
 
-    QByteArray bytes(const QString &name) const { return latin1(text(name), member(name)); }
+    QByteArray bytes(const QString &name) const { return latin1(text(name), at(name)); }
 
     int number(const QString &name, int fallback, int low, int high) const
     {
@@ -125,11 +139,18 @@ public:
     QString time(const QString &name, const QString &fallback) const
     {
         const QString t = text(name, fallback);
-        // Read as a date and a time of day, without the local time zone's
-        // rules, which cost more than the rest of a message.
-        if (t.size() != 19 || t.at(10) != QLatin1Char(' ') ||
-            !QDate::fromString(t.left(10), QStringLiteral("yyyy-MM-dd")).isValid() ||
-            !QTime::fromString(t.mid(11), QStringLiteral("HH:mm:ss")).isValid())
+        // Read digit by digit as a date and a time of day: Qt's parser of
+        // formats costs more than the rest of a message.
+        static const QString shape = QStringLiteral("0000-00-00 00:00:00");
+        bool digits = t.size() == shape.size();
+        for (qsizetype i = 0; digits && i < t.size(); ++i)
+            digits = shape.at(i) == QLatin1Char('0') ? t.at(i).isDigit() && t.at(i).unicode() < 0x80
+                                                     : t.at(i) == shape.at(i);
+        const auto number = [&t](qsizetype from, qsizetype size) {
+            return QStringView(t).mid(from, size).toInt();
+        };
+        if (!digits || !QDate::isValid(number(0, 4), number(5, 2), number(8, 2)) ||
+            !QTime::isValid(number(11, 2), number(14, 2), number(17, 2)))
             throw bad(member(name), QStringLiteral("expected a time \"YYYY-MM-DD HH:MM:SS\""));
         return t;
     }
@@ -149,11 +170,16 @@ private:
     std::function<QString()> m_path;
 };
 
-QJsonObject element(const QJsonArray &array, int i, const QString &path)
+QJsonObject element(const QJsonArray &array, int i, const Path &path)
 {
     if (!array.at(i).isObject())
-        throw bad(QStringLiteral("%1[%2]").arg(path).arg(i), QStringLiteral("expected an object"));
+        throw bad(path(), QStringLiteral("expected an object"));
     return array.at(i).toObject();
+}
+
+QJsonObject element(const QJsonArray &array, int i, const QString &list)
+{
+    return element(array, i, [&] { return QStringLiteral("%1[%2]").arg(list).arg(i); });
 }
 
 const QStringList kDocumentMembers = {QStringLiteral("user"), QStringLiteral("profile"), QStringLiteral("hosts"),
@@ -195,14 +221,24 @@ public:
         if (m_open.back() < 0)
             return;
         std::array<qint64, 3> &rows = m_rows[static_cast<size_t>(m_open.back())];
-        const QJsonArray list = value.toArray();
         if (key == QLatin1String("agents"))
-            for (const QJsonValue &agent : list)
+            for (const QJsonValue &agent : value.toArray())
                 rows[0] += agent[QLatin1String("stateMessage")] == QJsonValue(false) ? 1 : 2;
         else if (key == QLatin1String("messages"))
-            rows[1] += list.size();
+            rows[1] += value.toInteger();
         else if (key == QLatin1String("hidden"))
-            rows[2] += list.size();
+            rows[2] += value.toInteger();
+    }
+    /// Only the agents are read whole; of the messages, how many there are.
+    Telling telling(FixtureLevel level, const QString &key) const override
+    {
+        if (level == FixtureLevel::Document)
+            return key == QLatin1String("user") ? Telling::Whole : Telling::Nothing;
+        if (level == FixtureLevel::Store)
+            return Telling::Nothing;
+        return key == QLatin1String("agents")                                       ? Telling::Whole
+               : key == QLatin1String("messages") || key == QLatin1String("hidden") ? Telling::Count
+                                                                                    : Telling::Nothing;
     }
     void beginList() override {}
     void endList() override {}
@@ -224,6 +260,39 @@ private:
     std::vector<std::array<qint64, 3>> m_rows;
 };
 
+/// The tables a load fills a batch at a time, in the order their rows are
+/// written: each after those it refers to.
+enum BatchedTable : size_t {
+    kFolderRows,
+    kMessageRows,
+    kFieldRows,
+    kBindingRows,
+    kMapRows,
+    kInstanceRows,
+    kVoteRows
+};
+
+std::vector<RowBatches::Table> batchedTables()
+{
+    const auto columns = [](const char *list) {
+        return QString::fromLatin1(list).split(QStringLiteral(", "));
+    };
+    return {
+        {QStringLiteral("folders"), columns("id, entry_id, store, parent, seq, name, access, event_source")},
+        {QStringLiteral("messages"),
+         columns("id, entry_id, folder, hidden, class, subject, created, modified, received, delivered")},
+        // A fixture may give a field twice, by tag and by name: the last wins.
+        {QStringLiteral("fields"), columns("message, tag, value"),
+         QStringLiteral("ON CONFLICT(message, tag) DO UPDATE SET value = excluded.value"), 2},
+        {QStringLiteral("bindings"),
+         columns("folder, name, active, event_mask, handler_class, message, state_message, sched_type,"
+                 " sched_interval, sched_start, sched_end, sched_days, sched_at")},
+        {QStringLiteral("map_rows"), columns("message, row, activity, action, flags, args")},
+        {QStringLiteral("instances"), columns("message, rui, status, row")},
+        {QStringLiteral("votes"), columns("message, seq, name, status, at")},
+    };
+}
+
 /// Fills a store from a fixture as it is read: each store and folder is
 /// made when its list of folders begins (or when it ends, without one),
 /// its agents and messages go in as soon as it is made, and what it is told
@@ -234,7 +303,9 @@ public:
     /// What a first reading found: the fixture's "user", the author of
     /// agents that name none, and the folders' message rows.
     Loader(Database &db, const RowCounter &counted)
-        : m_db(db), m_now(Database::now()), m_user(counted.user), m_firstRows(counted.firstRows)
+        : m_db(db), m_now(Database::now()), m_user(counted.user), m_firstRows(counted.firstRows),
+          m_rows(db, batchedTables()),
+          m_lastFolder(db.scalar(QStringLiteral("SELECT COALESCE(max(id), 0) FROM folders")).toLongLong())
     {
     }
 
@@ -267,6 +338,8 @@ public:
         make(m_frames.size() - 1);
         finish(m_frames.size() - 1);
         m_frames.pop_back();
+        if (m_frames.empty())
+            m_rows.flush();
     }
 
     [[noreturn]] void wrongShape(const QString &what) override
@@ -287,6 +360,7 @@ private:
         qint64 parent = 0; ///< the row of the folder above; for a store, none
         QJsonObject members = {};
         qint64 row = 0; ///< a folder's row; a store's root folder
+        qint64 batched = 0; ///< a folder's place among the folder rows given to the batches
         bool made = false;
         /// The next message row of its agents, messages and hidden messages.
         std::array<qint64, 3> nextRows = {0, 0, 0};
@@ -330,10 +404,10 @@ private:
                                                  " VALUES('', ?, '', '', '')"),
                                   {f.index});
             exec(QStringLiteral("UPDATE stores SET store_id = ? WHERE id = ?"), {makeStoreId(m_store), m_store});
-            f.row = insertFolder(QVariant(), 0, QStringLiteral("Top of Information Store"), 63, true);
+            f.row = insertFolder(QVariant(), 0, QStringLiteral("Top of Information Store"), f.batched);
             return;
         }
-        f.row = insertFolder(f.parent, f.index, QStringLiteral(""), 63, true);
+        f.row = insertFolder(f.parent, f.index, QStringLiteral(""), f.batched);
         fill(i, kFolderContents);
     }
 
@@ -348,11 +422,11 @@ private:
             m_nextRow = &m_frames[i].nextRows[static_cast<size_t>(kFolderContents.indexOf(kind))];
             const QJsonArray list = r.array(kind);
             for (int k = 0; k < list.size(); ++k) {
-                const QString item = QStringLiteral("%1[%2]").arg(r.member(kind)).arg(k);
+                const Path item = r.at(kind, k);
                 if (kind == QLatin1String("agents"))
-                    loadAgent(element(list, k, r.member(kind)), item, folder);
+                    loadAgent(element(list, k, item), item, folder);
                 else
-                    loadMessage(element(list, k, r.member(kind)), item, folder, kind == QLatin1String("hidden"));
+                    loadMessage(element(list, k, item), item, folder, kind == QLatin1String("hidden"));
             }
         }
     }
@@ -376,9 +450,13 @@ private:
             if (name.isEmpty() || name.contains(QLatin1Char('\\')))
                 throw bad(r.member(QStringLiteral("name")),
                           QStringLiteral("a folder's name is not empty and has no \\"));
-            exec(QStringLiteral("UPDATE folders SET name = ?, access = ?, event_source = ? WHERE id = ?"),
-                     {name, r.number(QStringLiteral("access"), 63, 0, 63),
-                      r.flag(QStringLiteral("eventSource"), true) ? 1 : 0, f.row});
+            const int access = r.number(QStringLiteral("access"), 63, 0, 63);
+            const int eventSource = r.flag(QStringLiteral("eventSource"), true) ? 1 : 0;
+            if (QVariantList *row = m_rows.pending(kFolderRows, f.batched))
+                *row = folderRow(f.row, f.parent, f.index, name, access, eventSource);
+            else
+                exec(QStringLiteral("UPDATE folders SET name = ?, access = ?, event_source = ? WHERE id = ?"),
+                     {name, access, eventSource, f.row});
         }
     }
 
@@ -442,22 +520,29 @@ private:
         return m_db.insertedId(q);
     }
 
-    QString assignEntryId(IdKind kind, qint64 row)
+    /// Sets the entry identifier of a message in a row the store chose.
+    QString assignEntryId(qint64 row)
     {
-        const QString id = makeEntryId(m_store, kind, row);
-        exec(kind == IdKind::Folder ? QStringLiteral("UPDATE folders SET entry_id = ? WHERE id = ?")
-                                    : QStringLiteral("UPDATE messages SET entry_id = ? WHERE id = ?"),
-             {id, row});
+        const QString id = makeEntryId(m_store, IdKind::Message, row);
+        exec(QStringLiteral("UPDATE messages SET entry_id = ? WHERE id = ?"), {id, row});
         return id;
     }
 
-    qint64 insertFolder(const QVariant &parent, int seq, const QString &name, int access, bool eventSource)
+    /// A folder's row for the batches, with all its columns.
+    QVariantList folderRow(qint64 row, const QVariant &parent, int seq, const QString &name, int access,
+                           int eventSource) const
     {
-        const qint64 row =
-            insert(QStringLiteral("INSERT INTO folders(store, parent, seq, name, access, event_source)"
-                                       " VALUES(?, ?, ?, ?, ?, ?)"),
-                        {m_store, parent, seq, name, access, eventSource ? 1 : 0});
-        assignEntryId(IdKind::Folder, row);
+        return {row,        makeEntryId(m_store, IdKind::Folder, row), m_store, parent, seq, name, access,
+                eventSource};
+    }
+
+    /// A new folder, with the access and events of a folder that says
+    /// nothing of them until it ends; `batched` is set to its place in the
+    /// batches.
+    qint64 insertFolder(const QVariant &parent, int seq, const QString &name, qint64 &batched)
+    {
+        const qint64 row = ++m_lastFolder;
+        batched = m_rows.add(kFolderRows, folderRow(row, parent, seq, name, 63, 1));
         return row;
     }
 
@@ -466,13 +551,10 @@ private:
     {
         const qint64 row = m_nextRow && *m_nextRow ? (*m_nextRow)++ : 0;
         const QVariantList values = {folder, hidden ? 1 : 0, cls, subject, created, modified, received, received};
-        if (row)
-            exec(QStringLiteral("INSERT INTO messages(id, folder, hidden, class, subject, created, modified,"
-                                " received, delivered) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?)"),
-                 QVariantList{row} + values);
-        else
+        if (!row)
             return insertMessageRow(values);
-        m_lastId = assignEntryId(IdKind::Message, row);
+        m_lastId = makeEntryId(m_store, IdKind::Message, row);
+        m_rows.add(kMessageRows, QVariantList{row, m_lastId} + values);
         return row;
     }
 
@@ -480,22 +562,21 @@ private:
     /// reading didn't count.
     qint64 insertMessageRow(const QVariantList &values)
     {
+        // The store chooses after the rows given to it so far.
+        m_rows.flush();
         const qint64 row = insert(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created,"
                                                  " modified, received, delivered) VALUES(?, ?, ?, ?, ?, ?, ?, ?)"),
                                   values);
-        m_lastId = assignEntryId(IdKind::Message, row);
+        m_lastId = assignEntryId(row);
         return row;
     }
 
     void setField(qint64 message, const QString &tag, const QVariant &value)
     {
-        exec(
-            QStringLiteral("INSERT INTO fields(message, tag, value) VALUES(?, ?, ?) ON CONFLICT(message, tag)"
-                           " DO UPDATE SET value = excluded.value"),
-            {message, tag, value});
+        m_rows.add(kFieldRows, {message, tag, value});
     }
 
-    void loadAgent(const QJsonObject &o, const QString &path, qint64 folder)
+    void loadAgent(const QJsonObject &o, const Path &path, qint64 folder)
     {
         const Reader r(o, path,
                        {QStringLiteral("name"), QStringLiteral("handler"), QStringLiteral("mask"),
@@ -514,7 +595,7 @@ private:
         const bool active = r.flag(QStringLiteral("active"), true);
         const QString created = r.time(QStringLiteral("created"), m_now);
         const QString modified = r.time(QStringLiteral("modified"), created);
-        const Reader s(r.object(QStringLiteral("schedule")), r.member(QStringLiteral("schedule")),
+        const Reader s(r.object(QStringLiteral("schedule")), r.at(QStringLiteral("schedule")),
                        {QStringLiteral("type"), QStringLiteral("interval"), QStringLiteral("start"),
                         QStringLiteral("end"), QStringLiteral("days"), QStringLiteral("at")});
         const QVariantList schedule = {s.number(QStringLiteral("type"), 0, 0, 3),
@@ -531,10 +612,9 @@ private:
         setField(message, mapi::tagKey(mapi::PR_HANDLER), field.toLatin1());
         const QString createdBy = r.text(QStringLiteral("createdBy"), m_user);
         setField(message, mapi::tagKey(mapi::PR_CREATOR_NAME),
-                 latin1(createdBy, r.member(QStringLiteral("createdBy"))));
-        setField(
-            message, mapi::tagKey(mapi::PR_LAST_MODIFIER_NAME),
-            latin1(r.text(QStringLiteral("modifiedBy"), createdBy), r.member(QStringLiteral("modifiedBy"))));
+                 latin1(createdBy, r.at(QStringLiteral("createdBy"))));
+        setField(message, mapi::tagKey(mapi::PR_LAST_MODIFIER_NAME),
+                 latin1(r.text(QStringLiteral("modifiedBy"), createdBy), r.at(QStringLiteral("modifiedBy"))));
         loadFields(r, message);
         loadMap(r, message);
         QVariant stateId;
@@ -547,11 +627,7 @@ private:
         if (r.flag(QStringLiteral("binding"), true)) {
             QVariantList values = {folder, name, active ? 1 : 0, mask, handler, messageId, stateId};
             values += schedule;
-            exec(QStringLiteral(
-                         "INSERT INTO bindings(folder, name, active, event_mask, handler_class, message,"
-                         " state_message, sched_type, sched_interval, sched_start, sched_end, sched_days,"
-                         " sched_at) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
-                     values);
+            m_rows.add(kBindingRows, values);
         }
     }
 
@@ -560,13 +636,15 @@ private:
     {
         const QJsonObject fields = r.object(QStringLiteral("fields"));
         for (auto it = fields.begin(); it != fields.end(); ++it) {
-            const QString fpath = r.member(QStringLiteral("fields")) + QLatin1Char('.') + it.key();
+            const Path fpath = [&r, key = it.key()] {
+                return r.member(QStringLiteral("fields")) + QLatin1Char('.') + key;
+            };
             QString tag = it.key();
             if (tag.startsWith(QLatin1String("0x"), Qt::CaseInsensitive)) {
                 bool ok = false;
                 const uint value = tag.mid(2).toUInt(&ok, 16);
                 if (!ok || tag.size() != 10)
-                    throw bad(fpath, QStringLiteral("expected a tag of eight hexadecimal digits"));
+                    throw bad(fpath(), QStringLiteral("expected a tag of eight hexadecimal digits"));
                 tag = mapi::tagKey(value);
             }
             if (it.value().isDouble())
@@ -574,7 +652,7 @@ private:
             else if (it.value().isString())
                 setField(message, tag, latin1(it.value().toString(), fpath));
             else
-                throw bad(fpath, QStringLiteral("expected a text or a number"));
+                throw bad(fpath(), QStringLiteral("expected a text or a number"));
         }
     }
 
@@ -583,24 +661,22 @@ private:
     {
         const QJsonArray map = r.array(QStringLiteral("map"));
         for (int i = 0; i < map.size(); ++i) {
-            const QString mpath = QStringLiteral("%1[%2]").arg(r.member(QStringLiteral("map"))).arg(i);
-            const Reader m(element(map, i, r.member(QStringLiteral("map"))), mpath,
+            const Path mpath = r.at(QStringLiteral("map"), i);
+            const Reader m(element(map, i, mpath), mpath,
                            {QStringLiteral("activity"), QStringLiteral("action"), QStringLiteral("flags"),
                             QStringLiteral("args")});
             const QJsonArray args = m.array(QStringLiteral("args"));
             for (int a = 0; a < args.size(); ++a)
                 if (!args.at(a).isString())
-                    throw bad(QStringLiteral("%1.args[%2]").arg(mpath).arg(a),
+                    throw bad(QStringLiteral("%1.args[%2]").arg(mpath()).arg(a),
                               QStringLiteral("expected a text"));
-            exec(QStringLiteral("INSERT INTO map_rows(message, row, activity, action, flags, args)"
-                                    " VALUES(?, ?, ?, ?, ?, ?)"),
-                     {message, i, m.text(QStringLiteral("activity")), m.text(QStringLiteral("action")),
-                      m.text(QStringLiteral("flags")),
-                      QString::fromUtf8(QJsonDocument(args).toJson(QJsonDocument::Compact))});
+            m_rows.add(kMapRows, {message, i, m.text(QStringLiteral("activity")),
+                                  m.text(QStringLiteral("action")), m.text(QStringLiteral("flags")),
+                                  QString::fromUtf8(QJsonDocument(args).toJson(QJsonDocument::Compact))});
         }
     }
 
-    void loadMessage(const QJsonObject &o, const QString &path, qint64 folder, bool hidden)
+    void loadMessage(const QJsonObject &o, const Path &path, qint64 folder, bool hidden)
     {
         const Reader r(o, path,
                        {QStringLiteral("subject"), QStringLiteral("class"), QStringLiteral("from"),
@@ -622,22 +698,19 @@ private:
         loadFields(r, message);
         loadMap(r, message);
         if (r.has(QStringLiteral("instance"))) {
-            const Reader in(r.object(QStringLiteral("instance")), r.member(QStringLiteral("instance")),
+            const Reader in(r.object(QStringLiteral("instance")), r.at(QStringLiteral("instance")),
                             {QStringLiteral("rui"), QStringLiteral("status"), QStringLiteral("row")});
-            exec(QStringLiteral("INSERT INTO instances(message, rui, status, row) VALUES(?, ?, ?, ?)"),
-                     {message, in.number(QStringLiteral("rui"), 0, INT_MIN, INT_MAX),
-                      in.text(QStringLiteral("status")),
-                      in.number(QStringLiteral("row"), 0, INT_MIN, INT_MAX)});
+            m_rows.add(kInstanceRows, {message, in.number(QStringLiteral("rui"), 0, INT_MIN, INT_MAX),
+                                       in.text(QStringLiteral("status")),
+                                       in.number(QStringLiteral("row"), 0, INT_MIN, INT_MAX)});
         }
         const QJsonArray votes = r.array(QStringLiteral("votes"));
         for (int i = 0; i < votes.size(); ++i) {
-            const Reader v(element(votes, i, r.member(QStringLiteral("votes"))),
-                           QStringLiteral("%1[%2]").arg(r.member(QStringLiteral("votes"))).arg(i),
+            const Path vpath = r.at(QStringLiteral("votes"), i);
+            const Reader v(element(votes, i, vpath), vpath,
                            {QStringLiteral("name"), QStringLiteral("status"), QStringLiteral("at")});
-            exec(
-                QStringLiteral("INSERT INTO votes(message, seq, name, status, at) VALUES(?, ?, ?, ?, ?)"),
-                {message, i, v.text(QStringLiteral("name")), v.text(QStringLiteral("status")),
-                 v.text(QStringLiteral("at"))});
+            m_rows.add(kVoteRows, {message, i, v.text(QStringLiteral("name")),
+                                   v.text(QStringLiteral("status")), v.text(QStringLiteral("at"))});
         }
     }
 
@@ -649,6 +722,8 @@ private:
     std::vector<Frame> m_frames;
     QHash<QString, QSqlQuery> m_statements;
     std::vector<std::array<qint64, 3>> m_firstRows;
+    RowBatches m_rows;
+    qint64 m_lastFolder = 0;    ///< the row of the folder made last
     size_t m_folders = 0;       ///< how many folders have begun
     qint64 *m_nextRow = nullptr; ///< the next message row of the list being filled
 };

@@ -42,6 +42,8 @@ public:
 
     bool StartObject()
     {
+        if (skipping(Opens::Object))
+            return true;
         if (!m_parts.empty() || (!m_frames.empty() && !m_frames.back().inList)) {
             m_parts.push_back(Part{true, {}, {}, {}});
             return true;
@@ -61,6 +63,8 @@ public:
     }
     bool EndObject(rapidjson::SizeType)
     {
+        if (skipped())
+            return true;
         if (!m_parts.empty())
             return close();
         m_frames.pop_back();
@@ -69,6 +73,8 @@ public:
     }
     bool StartArray()
     {
+        if (m_skip > 0)
+            return skipping(Opens::List);
         if (m_parts.empty() && !m_frames.empty()) {
             Frame &f = m_frames.back();
             if (f.inList)
@@ -79,12 +85,16 @@ public:
                 m_events.beginList();
                 return true;
             }
+            if (skipping(Opens::List))
+                return true;
         }
         m_parts.push_back(Part{false, {}, {}, {}});
         return true;
     }
     bool EndArray(rapidjson::SizeType)
     {
+        if (skipped())
+            return true;
         if (!m_parts.empty())
             return close();
         m_frames.back().inList = false;
@@ -93,6 +103,8 @@ public:
     }
     bool Key(const char *text, rapidjson::SizeType length, bool)
     {
+        if (m_skip > 0)
+            return true;
         (m_parts.empty() ? m_frames.back().key : m_parts.back().key) = QString::fromUtf8(text, length);
         return true;
     }
@@ -125,6 +137,8 @@ private:
 
     bool value(const QJsonValue &v)
     {
+        if (skipping(Opens::Nothing))
+            return true;
         if (!m_parts.empty()) {
             Part &p = m_parts.back();
             if (p.isObject)
@@ -149,9 +163,48 @@ private:
         return value(done.isObject ? QJsonValue(done.object) : QJsonValue(done.array));
     }
 
+    /// What a value that begins opens.
+    enum class Opens { Nothing, Object, List };
+
+    /// Whether a value beginning here is one that the events don't take
+    /// whole, or lies within one; counts the elements of the outermost.
+    bool skipping(Opens opens)
+    {
+        if (m_skip == 0) {
+            if (!m_parts.empty() || m_frames.empty() || m_frames.back().inList)
+                return false;
+            const Frame &f = m_frames.back();
+            m_telling = m_events.telling(f.level, f.key);
+            if (m_telling == FixtureEvents::Telling::Whole)
+                return false;
+            m_count = 0;
+            m_listed = opens == Opens::List;
+        } else if (m_skip == 1) {
+            ++m_count;
+        }
+        if (opens != Opens::Nothing)
+            ++m_skip;
+        return true;
+    }
+
+    /// Whether the list or object ending here was skipped; the end of the
+    /// outermost tells its count where one is wanted.
+    bool skipped()
+    {
+        if (m_skip == 0)
+            return false;
+        if (--m_skip == 0 && m_telling == FixtureEvents::Telling::Count && m_listed)
+            m_events.member(m_frames.back().key, QJsonValue(static_cast<qint64>(m_count)));
+        return true;
+    }
+
     FixtureEvents &m_events;
     std::vector<Frame> m_frames;
     std::vector<Part> m_parts;
+    int m_skip = 0; ///< the depth within a value skipped
+    FixtureEvents::Telling m_telling = FixtureEvents::Telling::Whole;
+    bool m_listed = false; ///< the value skipped is a list
+    qsizetype m_count = 0; ///< its elements so far
 };
 
 /// The words for a syntax error at `offset` of `text`: FILE:LINE:COLUMN.

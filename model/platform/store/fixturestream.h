@@ -18,7 +18,14 @@ enum class FixtureLevel { Document, Store, Folder };
 /// ... `end`, then `endList`.
 class FixtureEvents {
 public:
+    /// How a member of a streamed object is told: whole, as the number of
+    /// elements of its list (a number, and nothing for a member that is no
+    /// list), or not at all. What isn't told whole isn't built either.
+    enum class Telling { Whole, Count, Nothing };
+
     virtual ~FixtureEvents() = default;
+    /// How the member `key` of the innermost object is told.
+    virtual Telling telling(FixtureLevel, const QString &) const { return Telling::Whole; }
     /// The `index`th store or folder of its list begins (the document: 0).
     virtual void begin(FixtureLevel level, int index) = 0;
     /// A member of the innermost object, other than its list.

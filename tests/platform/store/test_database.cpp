@@ -2,6 +2,7 @@
 // left as it was; writes are all or nothing.
 #include "platform/store/database.h"
 #include "platform/store/fixture.h"
+#include "platform/store/ids.h"
 #include "tests/support/testenv.h"
 
 #include <QtTest>
@@ -55,6 +56,23 @@ private Q_SLOTS:
         // The file is left as it was, and nothing is made beside it.
         QCOMPARE(read(path), before);
         QCOMPARE(QDir(m_home->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), filesBefore);
+    }
+
+    void identifiersAreUpperCaseHexadecimalOfTheirWidth_data()
+    {
+        QTest::addColumn<QString>("made");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("store") << store::makeStoreId(0xAB) << u"5EA10000000000AB"_s;
+        QTest::newRow("folder") << store::makeEntryId(0x1F, store::IdKind::Folder, 0xABC)
+                                << u"000000000000001F0001A1B2C3D400000000000000000ABC"_s;
+        QTest::newRow("message") << store::makeEntryId(2, store::IdKind::Message, 0xFFFFFFFFFFF)
+                                 << u"00000000000000020002A1B2C3D4000000000FFFFFFFFFFF"_s;
+    }
+    void identifiersAreUpperCaseHexadecimalOfTheirWidth()
+    {
+        QFETCH(QString, made);
+        QFETCH(QString, expected);
+        QCOMPARE(made, expected);
     }
 
     void transactionsJoinAndRollBack()

@@ -57,6 +57,11 @@ private Q_SLOTS:
         QTest::newRow("modified without seconds")
             << withAgent(R"("modified": "2026-01-02 03:04")")
             << agent + "modified: expected a time \"YYYY-MM-DD HH:MM:SS\"";
+        QTest::newRow("modified on no day") << withAgent(R"("modified": "2026-02-30 03:04:05")")
+                                            << agent + "modified: expected a time \"YYYY-MM-DD HH:MM:SS\"";
+        QTest::newRow("received at no hour")
+            << withFolder(R"("messages": [{"subject": "M", "received": "2026-01-02 24:00:00"}])")
+            << "stores[0].folders[1].messages[0].received: expected a time \"YYYY-MM-DD HH:MM:SS\"";
         QTest::newRow("tag not hexadecimal")
             << withFolder(R"("messages": [{"subject": "M", "fields": {"0x7102001G": "x"}}])")
             << "stores[0].folders[1].messages[0].fields.0x7102001G: expected a tag of eight hexadecimal "
