@@ -32,6 +32,7 @@ AgentChange read(const Database &db, const QString &agent, const QString &suffix
 
 void addAgentChanges(Database &db)
 {
+    addHistory(db);
     if (hasTable(db))
         return;
     db.transaction([&] {
@@ -62,12 +63,16 @@ AgentChange holdAgentChange(const Database &db, const QString &agent)
     return read(db, agent, db.onServer() ? QStringLiteral(" FOR UPDATE") : QString());
 }
 
-void raiseAgentChange(const Database &db, const QString &agent, const QString &user)
+void raiseAgentChange(const Database &db, const QString &agent, const QString &user, ChangeKind what,
+                      const AgentImage &before)
 {
-    db.run(QStringLiteral("INSERT INTO agent_changes(agent, change_no, by_user, at) VALUES(?, 1, ?, ?)"
-                          " ON CONFLICT(agent) DO UPDATE SET change_no = agent_changes.change_no + 1,"
-                          " by_user = excluded.by_user, at = excluded.at"),
-           {agent, user, Database::now()});
+    QSqlQuery q = db.run(QStringLiteral("INSERT INTO agent_changes(agent, change_no, by_user, at) VALUES(?, 1, ?, ?)"
+                                        " ON CONFLICT(agent) DO UPDATE SET change_no = agent_changes.change_no + 1,"
+                                        " by_user = excluded.by_user, at = excluded.at RETURNING change_no"),
+                         {agent, user, Database::now()});
+    const qint64 number = q.next() ? q.value(0).toLongLong() : 0;
+    q.finish();
+    keepChange(db, agent, number, user, what, before);
 }
 
 } // namespace store
