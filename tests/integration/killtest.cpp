@@ -5,9 +5,9 @@
 // It prints its figures and fails when any kill broke the store.
 #include "agentlines.h"
 #include "driverprocess.h"
-#include "storecheck.h"
 #include "platform/com/comerror.h"
 #include "platform/store/database.h"
+#include "storecheck.h"
 #include "tests/support/testenv.h"
 
 #include <QCoreApplication>
@@ -32,9 +32,8 @@ const QString kFolders =
 
 /// Changes without their history row, and history rows without their change.
 const std::pair<const char *, const char *> kHistoryQueries[] = {
-    {"changes without their history rows",
-     "SELECT c.agent FROM agent_changes c WHERE c.change_no <>"
-     " (SELECT count(*) FROM agent_history h WHERE h.agent = c.agent)"},
+    {"changes without their history rows", "SELECT c.agent FROM agent_changes c WHERE c.change_no <>"
+                                           " (SELECT count(*) FROM agent_history h WHERE h.agent = c.agent)"},
     {"history row without its change",
      "SELECT h.agent FROM agent_history h LEFT JOIN agent_changes c ON c.agent = h.agent"
      " WHERE c.agent IS NULL OR h.change_no > c.change_no"},

@@ -91,9 +91,8 @@ class TestSharedStore : public QObject {
         for (const QString &name : {u"tess"_s, u"bob"_s})
             QDir().mkpath(p->home.file(name));
         p->tess = std::make_unique<DriverProcess>(p->home.file(u"tess"_s));
-        const QString store = p->tess->send(u"fixture "_s + testsupport::fixture(u"agents.json"_s))
-                                  .value("store")
-                                  .toString();
+        const QString store =
+            p->tess->send(u"fixture "_s + testsupport::fixture(u"agents.json"_s)).value("store").toString();
         p->store = store;
         qunsetenv("SORRELIN_DRIVER_STORE_SERVER");
         p->bob = std::make_unique<DriverProcess>(p->home.file(u"bob"_s));
@@ -196,9 +195,8 @@ private Q_SLOTS:
         const std::unique_ptr<TwoPrograms> p = start(engine);
         if (p->server)
             SORRELIN_REQUIRE_PGSERVER(*p->server);
-        const QByteArray fixtureScript = agentIn(p->tess->send(u"store"_s), u"Auto Reply"_s)[u"script"_s]
-                                             .toString()
-                                             .toLatin1();
+        const QByteArray fixtureScript =
+            agentIn(p->tess->send(u"store"_s), u"Auto Reply"_s)[u"script"_s].toString().toLatin1();
         QVERIFY(sendAll(*p->bob, saveLines(kScriptB)));
         // Tess is asked about Bob's change and saves hers over it.
         QStringList tessLines = saveLines(kScriptA);

@@ -55,8 +55,10 @@ private Q_SLOTS:
         QTest::newRow("generate, unknown option")
             << QStringList{u"generate"_s, u"g.db"_s, u"--colour"_s, u"3"_s} << u"--colour"_s;
         QTest::newRow("history, days in words")
-            << QStringList{u"history"_s, u"--keep"_s, u"many"_s, u"g.db"_s} << u"--keep must be a whole number"_s;
-        QTest::newRow("show, no change number") << QStringList{u"show"_s, u"g.db"_s, u"last"_s} << u"CHANGE"_s;
+            << QStringList{u"history"_s, u"--keep"_s, u"many"_s, u"g.db"_s}
+            << u"--keep must be a whole number"_s;
+        QTest::newRow("show, no change number")
+            << QStringList{u"show"_s, u"g.db"_s, u"last"_s} << u"CHANGE"_s;
     }
     void misuse()
     {
@@ -162,7 +164,8 @@ private Q_SLOTS:
         QCOMPARE(shown.out.toLatin1(), first);
         Result r = tool({u"restore"_s, path, u"1"_s});
         QCOMPARE(r.code, 0);
-        QCOMPARE(r.out, u"Restored \"Auto Reply\" in %1 as it was before change 1, as change 2\n"_s.arg(inbox));
+        QCOMPARE(r.out,
+                 u"Restored \"Auto Reply\" in %1 as it was before change 1, as change 2\n"_s.arg(inbox));
         QCOMPARE(agent(dump(path), u"Auto Reply"_s)[u"script"_s].toString().toLatin1(), first);
         QCOMPARE(tool({u"show"_s, path, u"2"_s}).out, u"' second\r\n"_s);
 
@@ -257,8 +260,9 @@ private:
     /// The Inbox agent `name` of the agents fixture's store, as dumped.
     static QJsonObject agent(const QJsonObject &dumped, const QString &name)
     {
-        return named(named(dumped[u"stores"_s].toArray().at(0)[u"folders"_s], u"name"_s, u"Inbox"_s)[u"agents"_s],
-                     u"name"_s, name);
+        return named(
+            named(dumped[u"stores"_s].toArray().at(0)[u"folders"_s], u"name"_s, u"Inbox"_s)[u"agents"_s],
+            u"name"_s, name);
     }
 
     QString write(const QString &name, const QByteArray &bytes) const

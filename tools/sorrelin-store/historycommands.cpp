@@ -54,7 +54,8 @@ int history(const QStringList &a, Output io)
         return keep(a, io);
     if (a.isEmpty() || a.size() > 2)
         throw Misuse{QStringLiteral("history takes the store and at most one agent or folder")};
-    const std::unique_ptr<store::Database> db = store::Database::open(a.at(0), store::Database::Access::ReadOnly);
+    const std::unique_ptr<store::Database> db =
+        store::Database::open(a.at(0), store::Database::Access::ReadOnly);
     const QList<store::Change> changes =
         store::changes(*db, a.size() == 2 ? store::agentsNamed(*db, a.at(1)) : QStringList());
     if (changes.isEmpty()) {
@@ -66,7 +67,8 @@ int history(const QStringList &a, Output io)
     for (const store::Change &c : changes) {
         if (!paths.contains(c.folder)) {
             const QString path = store::folderPath(*db, c.folder);
-            paths.insert(c.folder, path.isEmpty() ? QStringLiteral("(a folder no longer in the store)") : path);
+            paths.insert(c.folder,
+                         path.isEmpty() ? QStringLiteral("(a folder no longer in the store)") : path);
         }
         io.out << c.id << '\t' << c.at << '\t' << c.user << '\t' << c.what << '\t' << c.name << '\t'
                << paths.value(c.folder) << '\n';
@@ -79,13 +81,15 @@ int show(const QStringList &a, Output io)
 {
     need(a, 2);
     const qint64 id = changeNumber(a.at(1));
-    const std::unique_ptr<store::Database> db = store::Database::open(a.at(0), store::Database::Access::ReadOnly);
+    const std::unique_ptr<store::Database> db =
+        store::Database::open(a.at(0), store::Database::Access::ReadOnly);
     const QByteArray script = store::scriptBefore(*db, id);
     io.out.flush();
     QFile out;
     if (!out.open(stdout, QIODevice::WriteOnly) || out.write(script) != script.size())
-        throw com::ComError(com::err::FileAccess, QStringLiteral("sorrelin-store"),
-                            QStringLiteral("The standard output could not be written: %1").arg(out.errorString()));
+        throw com::ComError(
+            com::err::FileAccess, QStringLiteral("sorrelin-store"),
+            QStringLiteral("The standard output could not be written: %1").arg(out.errorString()));
     return 0;
 }
 
@@ -96,8 +100,8 @@ int restore(const QStringList &a, Output io)
     const std::unique_ptr<store::Database> db = store::Database::open(a.at(0));
     const qint64 made = store::restoreChange(*db, id, whoRuns(*db));
     const store::Change c = store::change(*db, made);
-    io.out << "Restored \"" << c.name << "\" in " << store::folderPath(*db, c.folder) << " as it was before change "
-           << id << ", as change " << made << Qt::endl;
+    io.out << "Restored \"" << c.name << "\" in " << store::folderPath(*db, c.folder)
+           << " as it was before change " << id << ", as change " << made << Qt::endl;
     return 0;
 }
 

@@ -126,14 +126,15 @@ void Message::Update()
     fields.insert(tagKey(PR_LAST_MODIFIER_NAME), st.user.toLatin1());
     st.db->transaction([&] {
         const bool agent = d->cls == kBindingClass;
-        const store::AgentImage before = agent ? store::agentImage(*st.db, d->id) : store::AgentImage();
+        const store::AgentImage before =
+            agent ? store::agentImage(st.statements(), d->id) : store::AgentImage();
         QSqlQuery &touch =
             st.run(QStringLiteral("UPDATE messages SET subject = ?, modified = ? WHERE id = ?"),
                    {d->subject, now, d->row});
         if (touch.numRowsAffected() == 0)
             throw notFound(QStringLiteral("The message has been deleted."));
         if (agent)
-            store::raiseAgentChange(*st.db, d->id, st.user,
+            store::raiseAgentChange(st.statements(), d->id, st.user,
                                     fields.contains(tagKey(PR_SCRIPT)) ? store::ChangeKind::Script
                                                                        : store::ChangeKind::Properties,
                                     before);
@@ -157,12 +158,13 @@ void Message::Delete()
     st.check();
     st.db->transaction([&] {
         const bool agent = d->cls == kBindingClass;
-        const store::AgentImage before = agent ? store::agentImage(*st.db, d->id) : store::AgentImage();
+        const store::AgentImage before =
+            agent ? store::agentImage(st.statements(), d->id) : store::AgentImage();
         QSqlQuery &q = st.run(QStringLiteral("DELETE FROM messages WHERE id = ?"), {d->row});
         if (q.numRowsAffected() == 0)
             throw notFound(QStringLiteral("The message has already been deleted."));
         if (agent)
-            store::raiseAgentChange(*st.db, d->id, st.user, store::ChangeKind::Deleted, before);
+            store::raiseAgentChange(st.statements(), d->id, st.user, store::ChangeKind::Deleted, before);
     });
     d->pending.clear();
 }

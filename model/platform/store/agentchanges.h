@@ -35,7 +35,7 @@ AgentChange holdAgentChange(const Database &db, const QString &agent);
 /// history what the write changed and the agent `before` it (read with
 /// agentImage before the write touched it); run inside the write's own
 /// transaction.
-void raiseAgentChange(const Database &db, const QString &agent, const QString &user, ChangeKind what,
+void raiseAgentChange(const RunStatement &run, const QString &agent, const QString &user, ChangeKind what,
                       const AgentImage &before);
 
 } // namespace store

@@ -6,7 +6,6 @@
 #include "platform/store/servicewrites.h"
 
 #include <QJsonDocument>
-#include <QMap>
 
 namespace store {
 
@@ -16,17 +15,17 @@ const QString kSource = QStringLiteral("sorrelin-store");
 
 /// The binding's columns that make the agent, as kept and as put back.
 const QStringList kBindingColumns = {
-    QStringLiteral("name"),       QStringLiteral("active"),        QStringLiteral("event_mask"),
-    QStringLiteral("handler_class"), QStringLiteral("state_message"), QStringLiteral("sched_type"),
+    QStringLiteral("name"),           QStringLiteral("active"),        QStringLiteral("event_mask"),
+    QStringLiteral("handler_class"),  QStringLiteral("state_message"), QStringLiteral("sched_type"),
     QStringLiteral("sched_interval"), QStringLiteral("sched_start"),   QStringLiteral("sched_end"),
-    QStringLiteral("sched_days"), QStringLiteral("sched_at")};
+    QStringLiteral("sched_days"),     QStringLiteral("sched_at")};
 
 const QStringList kMessageColumns = {QStringLiteral("subject"), QStringLiteral("created"),
                                      QStringLiteral("modified"), QStringLiteral("received"),
                                      QStringLiteral("delivered")};
 
 const QString kChangeColumns =
-    QStringLiteral("id, agent, change_no, at, by_user, what, name, folder, before");
+    QStringLiteral("id, agent, change_no, at, by_user, what, name, folder, before, script");
 
 bool hasTable(const Database &db)
 {
@@ -96,6 +95,7 @@ Change changeOf(const QSqlQuery &q)
     c.name = q.value(6).toString();
     c.folder = q.value(7).toString();
     c.before = QJsonDocument::fromJson(q.value(8).toString().toUtf8()).object();
+    c.script = q.value(9);
     return c;
 }
 
@@ -139,8 +139,7 @@ void putFields(const Database &db, qint64 message, const QJsonObject &fields, co
 {
     db.run(QStringLiteral("DELETE FROM fields WHERE message = ?"), {message});
     QJsonObject all = fields;
-    all.insert(mapi::tagKey(mapi::PR_LAST_MODIFIER_NAME),
-               fieldJson(QVariant(user.toLatin1())));
+    all.insert(mapi::tagKey(mapi::PR_LAST_MODIFIER_NAME), fieldJson(QVariant(user.toLatin1())));
     for (auto it = all.constBegin(); it != all.constEnd(); ++it)
         db.run(QStringLiteral("INSERT INTO fields(message, tag, value) VALUES(?, ?, ?)"),
                {message, it.key(), fieldValue(it.value())});
@@ -148,7 +147,7 @@ void putFields(const Database &db, qint64 message, const QJsonObject &fields, co
 
 /// The binding message back in `folder`, under its own entry identifier.
 void putMessage(Database &db, const QString &agent, qint64 folder, const QJsonObject &image,
-                const QString &user)
+                const QVariant &script, const QString &user)
 {
     const QString now = Database::now();
     const QVariant row = db.scalar(QStringLiteral("SELECT id FROM messages WHERE entry_id = ?"), {agent});
@@ -166,7 +165,10 @@ void putMessage(Database &db, const QString &agent, qint64 folder, const QJsonOb
                              columnValue(image.value(QStringLiteral("received"))),
                              columnValue(image.value(QStringLiteral("delivered")))});
     }
-    putFields(db, message, image.value(QStringLiteral("fields")).toObject(), user);
+    QJsonObject fields = image.value(QStringLiteral("fields")).toObject();
+    if (!script.isNull())
+        fields.insert(mapi::tagKey(mapi::PR_SCRIPT), fieldJson(QVariant(script.toByteArray())));
+    putFields(db, message, fields, user);
 }
 
 /// A state message for the binding: its own when still there, else a new one
@@ -178,10 +180,10 @@ QString stateMessage(Database &db, qint64 folder, qint64 storeRow, const QJsonOb
         db.scalar(QStringLiteral("SELECT id FROM messages WHERE entry_id = ?"), {kept}).isValid())
         return kept;
     const QString now = Database::now();
-    const qint64 row = db.insert(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created,"
-                                                " modified) VALUES(?, 1, ?, ?, ?, ?)"),
-                                 {folder, mapi::kStateClass, binding.value(QStringLiteral("name")).toString(),
-                                  now, now});
+    const qint64 row =
+        db.insert(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created,"
+                                 " modified) VALUES(?, 1, ?, ?, ?, ?)"),
+                  {folder, mapi::kStateClass, binding.value(QStringLiteral("name")).toString(), now, now});
     db.run(QStringLiteral("INSERT INTO fields(message, tag, value) VALUES(?, ?, ?)"),
            {row, mapi::tagKey(mapi::PR_AGENT_LOG), QByteArray("")});
     return db.assignEntryId(IdKind::Message, storeRow, row);
@@ -200,7 +202,8 @@ void putBinding(Database &db, const QString &agent, qint64 folder, qint64 storeR
         return;
     }
     db.run(QStringLiteral("INSERT INTO bindings(%1, folder, message) VALUES(%2?, ?)")
-               .arg(kBindingColumns.join(QStringLiteral(", ")), QStringLiteral("?, ").repeated(kBindingColumns.size())),
+               .arg(kBindingColumns.join(QStringLiteral(", ")),
+                    QStringLiteral("?, ").repeated(kBindingColumns.size())),
            values + QVariantList{folder, agent});
 }
 
@@ -223,42 +226,51 @@ QString changeKindText(ChangeKind kind)
     return QString();
 }
 
-AgentImage agentImage(const Database &db, const QString &agent)
+AgentImage agentImage(const RunStatement &run, const QString &agent)
 {
-    AgentImage image;
-    QSqlQuery m = db.run(QStringLiteral("SELECT m.id, f.id, f.entry_id, m.%1 FROM messages m"
-                                        " JOIN folders f ON f.id = m.folder WHERE m.entry_id = ?")
-                             .arg(kMessageColumns.join(QStringLiteral(", m."))),
-                         {agent});
-    qint64 folderRow = 0;
-    if (m.next()) {
-        const qint64 message = m.value(0).toLongLong();
-        folderRow = m.value(1).toLongLong();
-        image.folder = m.value(2).toString();
-        image.message = rowJson(m, kMessageColumns, 3);
-        image.name = image.message.value(QStringLiteral("subject")).toString();
-        m.finish();
-        QJsonObject fields;
-        QSqlQuery f = db.run(QStringLiteral("SELECT tag, value FROM fields WHERE message = ?"), {message});
-        while (f.next())
-            fields.insert(f.value(0).toString(), fieldJson(f.value(1)));
-        image.message.insert(QStringLiteral("fields"), fields);
-    }
     // The binding is found through its folder's index where the message is there.
-    QSqlQuery b = folderRow
-                      ? db.run(QStringLiteral("SELECT %1 FROM bindings WHERE folder = ? AND message = ?")
-                                   .arg(kBindingColumns.join(QStringLiteral(", "))),
-                               {folderRow, agent})
-                      : db.run(QStringLiteral("SELECT %1, (SELECT entry_id FROM folders WHERE id = folder)"
-                                              " FROM bindings WHERE message = ?")
-                                   .arg(kBindingColumns.join(QStringLiteral(", "))),
-                               {agent});
-    if (b.next()) {
-        image.binding = rowJson(b, kBindingColumns, 0);
-        image.name = image.binding.value(QStringLiteral("name")).toString();
-        if (!folderRow)
-            image.folder = b.value(kBindingColumns.size()).toString();
+    static const QString withMessage =
+        QStringLiteral("SELECT m.id, f.entry_id, m.%1, b.%2 FROM messages m JOIN folders f ON f.id = m.folder"
+                       " LEFT JOIN bindings b ON b.folder = m.folder AND b.message = m.entry_id"
+                       " WHERE m.entry_id = ?")
+            .arg(kMessageColumns.join(QStringLiteral(", m.")), kBindingColumns.join(QStringLiteral(", b.")));
+    static const QString bindingAlone =
+        QStringLiteral("SELECT f.entry_id, b.%1 FROM bindings b JOIN folders f ON f.id = b.folder"
+                       " WHERE b.message = ?")
+            .arg(kBindingColumns.join(QStringLiteral(", b.")));
+    static const QString scriptTag = mapi::tagKey(mapi::PR_SCRIPT);
+    AgentImage image;
+    QSqlQuery &m = run(withMessage, {agent});
+    if (!m.next()) {
+        m.finish();
+        QSqlQuery &b = run(bindingAlone, {agent});
+        if (b.next()) {
+            image.folder = b.value(0).toString();
+            image.binding = rowJson(b, kBindingColumns, 1);
+            image.name = image.binding.value(QStringLiteral("name")).toString();
+        }
+        b.finish();
+        return image;
     }
+    const qint64 message = m.value(0).toLongLong();
+    image.folder = m.value(1).toString();
+    image.message = rowJson(m, kMessageColumns, 2);
+    image.name = image.message.value(QStringLiteral("subject")).toString();
+    if (!m.isNull(2 + kMessageColumns.size())) {
+        image.binding = rowJson(m, kBindingColumns, 2 + kMessageColumns.size());
+        image.name = image.binding.value(QStringLiteral("name")).toString();
+    }
+    m.finish();
+    QJsonObject fields;
+    QSqlQuery &f = run(QStringLiteral("SELECT tag, value FROM fields WHERE message = ?"), {message});
+    while (f.next()) {
+        if (f.value(0).toString() == scriptTag)
+            image.script = f.value(1);
+        else
+            fields.insert(f.value(0).toString(), fieldJson(f.value(1)));
+    }
+    f.finish();
+    image.message.insert(QStringLiteral("fields"), fields);
     return image;
 }
 
@@ -267,36 +279,38 @@ void addHistory(Database &db)
     if (hasTable(db))
         return;
     db.transaction([&] {
-        db.run(db.onServer()
-                   ? QStringLiteral("CREATE TABLE agent_history(id BIGINT GENERATED BY DEFAULT AS IDENTITY"
-                                    " PRIMARY KEY, agent TEXT COLLATE \"C\" NOT NULL, change_no BIGINT NOT NULL,"
-                                    " at TEXT COLLATE \"C\" NOT NULL, by_user TEXT NOT NULL, what TEXT NOT NULL,"
-                                    " name TEXT NOT NULL, folder TEXT COLLATE \"C\" NOT NULL, before TEXT)")
-                   : QStringLiteral("CREATE TABLE agent_history(id INTEGER PRIMARY KEY, agent TEXT NOT NULL,"
-                                    " change_no INTEGER NOT NULL, at TEXT NOT NULL, by_user TEXT NOT NULL,"
-                                    " what TEXT NOT NULL, name TEXT NOT NULL, folder TEXT NOT NULL,"
-                                    " before TEXT)"));
+        db.run(
+            db.onServer()
+                ? QStringLiteral("CREATE TABLE agent_history(id BIGINT GENERATED BY DEFAULT AS IDENTITY"
+                                 " PRIMARY KEY, agent TEXT COLLATE \"C\" NOT NULL, change_no BIGINT NOT NULL,"
+                                 " at TEXT COLLATE \"C\" NOT NULL, by_user TEXT NOT NULL, what TEXT NOT NULL,"
+                                 " name TEXT NOT NULL, folder TEXT COLLATE \"C\" NOT NULL, before TEXT,"
+                                 " script BYTEA)")
+                : QStringLiteral("CREATE TABLE agent_history(id INTEGER PRIMARY KEY, agent TEXT NOT NULL,"
+                                 " change_no INTEGER NOT NULL, at TEXT NOT NULL, by_user TEXT NOT NULL,"
+                                 " what TEXT NOT NULL, name TEXT NOT NULL, folder TEXT NOT NULL,"
+                                 " before TEXT, script BLOB)"));
         db.run(QStringLiteral("CREATE INDEX agent_history_agent ON agent_history(agent, id)"));
-        db.run(QStringLiteral("CREATE INDEX agent_history_at ON agent_history(at)"));
     });
 }
 
-void keepChange(const Database &db, const QString &agent, qint64 number, const QString &user, ChangeKind what,
-                const AgentImage &before)
+void keepChange(const RunStatement &run, const QString &agent, qint64 number, const QString &user,
+                ChangeKind what, const AgentImage &before)
 {
     // An agent that was not there before is named as the change made it.
-    const AgentImage named = before.isEmpty() ? agentImage(db, agent) : before;
+    const AgentImage named = before.isEmpty() ? agentImage(run, agent) : before;
     QJsonObject image;
     if (!before.binding.isEmpty())
         image.insert(QStringLiteral("binding"), before.binding);
     if (!before.message.isEmpty())
         image.insert(QStringLiteral("message"), before.message);
-    db.run(QStringLiteral("INSERT INTO agent_history(agent, change_no, at, by_user, what, name, folder, before)"
-                          " VALUES(?, ?, ?, ?, ?, ?, ?, ?)"),
-           {agent, number, Database::now(), user, changeKindText(what), named.name + QStringLiteral(""),
-            named.folder + QStringLiteral(""),
-            image.isEmpty() ? QVariant(QMetaType(QMetaType::QString))
-                            : QString::fromUtf8(QJsonDocument(image).toJson(QJsonDocument::Compact))});
+    run(QStringLiteral("INSERT INTO agent_history(agent, change_no, at, by_user, what, name, folder, before,"
+                       " script) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?)"),
+        {agent, number, Database::now(), user, changeKindText(what), named.name + QStringLiteral(""),
+         named.folder + QStringLiteral(""),
+         image.isEmpty() ? QVariant(QMetaType(QMetaType::QString))
+                         : QString::fromUtf8(QJsonDocument(image).toJson(QJsonDocument::Compact)),
+         before.script.isNull() ? QVariant(QMetaType(QMetaType::QByteArray)) : before.script.toByteArray()});
 }
 
 QList<Change> changes(const Database &db, const QStringList &agents)
@@ -336,7 +350,8 @@ QStringList agentsNamed(Database &db, const QString &path)
                 agents << q.value(0).toString();
     };
     add(db.run(QStringLiteral("SELECT DISTINCT agent FROM agent_history WHERE agent = ?"), {path}));
-    QStringList parts = path.startsWith(QLatin1Char('\\')) ? path.mid(1).split(QLatin1Char('\\')) : QStringList();
+    QStringList parts =
+        path.startsWith(QLatin1Char('\\')) ? path.mid(1).split(QLatin1Char('\\')) : QStringList();
     if (parts.size() > 2) {
         const QString name = parts.takeLast();
         const qint64 folder = folderOfPath(db, parts);
@@ -345,8 +360,9 @@ QStringList agentsNamed(Database &db, const QString &path)
                 db.scalar(QStringLiteral("SELECT entry_id FROM folders WHERE id = ?"), {folder}).toString();
             add(db.run(QStringLiteral("SELECT message FROM bindings WHERE folder = ? AND name = ?"),
                        {folder, name}));
-            add(db.run(QStringLiteral("SELECT DISTINCT agent FROM agent_history WHERE folder = ? AND name = ?"),
-                       {entry, name}));
+            add(db.run(
+                QStringLiteral("SELECT DISTINCT agent FROM agent_history WHERE folder = ? AND name = ?"),
+                {entry, name}));
         }
         parts << name;
     }
@@ -374,7 +390,8 @@ QStringList agentsNamed(Database &db, const QString &path)
 QString folderPath(const Database &db, const QString &folder)
 {
     QStringList names;
-    QSqlQuery q = db.run(QStringLiteral("SELECT id, parent, name, store FROM folders WHERE entry_id = ?"), {folder});
+    QSqlQuery q =
+        db.run(QStringLiteral("SELECT id, parent, name, store FROM folders WHERE entry_id = ?"), {folder});
     if (!q.next())
         return QString();
     QVariant parent = q.value(1);
@@ -397,18 +414,13 @@ QString folderPath(const Database &db, const QString &folder)
 QByteArray scriptBefore(const Database &db, qint64 id)
 {
     const Change c = change(db, id);
-    const QJsonValue script = c.before.value(QStringLiteral("message"))
-                                  .toObject()
-                                  .value(QStringLiteral("fields"))
-                                  .toObject()
-                                  .value(mapi::tagKey(mapi::PR_SCRIPT));
-    if (script.isUndefined() || script.isNull())
+    if (c.script.isNull())
         throw com::ComError(com::err::NotFound, kSource,
                             QStringLiteral("The agent \"%1\" had no script before change %2 (%3).")
                                 .arg(c.name)
                                 .arg(id)
                                 .arg(c.what));
-    return fieldValue(script).toByteArray();
+    return c.script.toByteArray();
 }
 
 qint64 restoreChange(Database &db, qint64 id, const QString &user)
@@ -416,31 +428,34 @@ qint64 restoreChange(Database &db, qint64 id, const QString &user)
     return db.transaction([&] {
         const Change c = change(db, id);
         if (c.before.isEmpty())
-            throw com::ComError(com::err::InvalidParameter, kSource,
-                                QStringLiteral("Change %1 created the agent \"%2\"; nothing was there before it.")
-                                    .arg(id)
-                                    .arg(c.name));
+            throw com::ComError(
+                com::err::InvalidParameter, kSource,
+                QStringLiteral("Change %1 created the agent \"%2\"; nothing was there before it.")
+                    .arg(id)
+                    .arg(c.name));
         const QJsonObject binding = bindingToRestore(db, c);
         const QJsonObject message = c.before.value(QStringLiteral("message")).toObject();
         if (binding.isEmpty() || message.isEmpty())
             throw com::ComError(
                 com::err::NotFound, kSource,
-                QStringLiteral("The history keeps too little of the agent \"%1\" before change %2 to restore it.")
+                QStringLiteral(
+                    "The history keeps too little of the agent \"%1\" before change %2 to restore it.")
                     .arg(c.name)
                     .arg(id));
         QSqlQuery f = db.run(QStringLiteral("SELECT id, store FROM folders WHERE entry_id = ?"), {c.folder});
         if (!f.next())
-            throw com::ComError(com::err::NotFound, kSource,
-                                QStringLiteral("The folder of the agent \"%1\" is no longer in the store.")
-                                    .arg(c.name));
+            throw com::ComError(
+                com::err::NotFound, kSource,
+                QStringLiteral("The folder of the agent \"%1\" is no longer in the store.").arg(c.name));
         const qint64 folder = f.value(0).toLongLong();
         const qint64 storeRow = f.value(1).toLongLong();
         f.finish();
         holdAgentChange(db, c.agent);
-        const AgentImage now = agentImage(db, c.agent);
-        putMessage(db, c.agent, folder, message, user);
+        Statements statements(db);
+        const AgentImage now = agentImage(statements.runner(), c.agent);
+        putMessage(db, c.agent, folder, message, c.script, user);
         putBinding(db, c.agent, folder, storeRow, binding);
-        raiseAgentChange(db, c.agent, user, ChangeKind::Restored, now);
+        raiseAgentChange(statements.runner(), c.agent, user, ChangeKind::Restored, now);
         return db.scalar(QStringLiteral("SELECT max(id) FROM agent_history WHERE agent = ?"), {c.agent})
             .toLongLong();
     });

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "platform/store/statements.h"
+
 #include <QByteArray>
 #include <QJsonObject>
 #include <QList>
 #include <QString>
+#include <QVariant>
 
 namespace store {
 
@@ -22,6 +25,7 @@ QString changeKindText(ChangeKind kind);
 struct AgentImage {
     QJsonObject binding; ///< the binding's columns; empty when it has none
     QJsonObject message; ///< subject, times and fields of the binding message
+    QVariant script;     ///< the binding message's script, apart from its fields; null for none
     QString name;        ///< the binding's name, or the message's subject
     QString folder;      ///< the entry identifier of the agent's folder
 
@@ -29,7 +33,7 @@ struct AgentImage {
 };
 
 /// Reads the agent (named by its binding message's entry identifier) now.
-AgentImage agentImage(const Database &db, const QString &agent);
+AgentImage agentImage(const RunStatement &run, const QString &agent);
 
 /// Gives a store made before changes were kept the table that keeps them;
 /// nothing happens to a store that has it.
@@ -38,8 +42,8 @@ void addHistory(Database &db);
 /// Keeps `before`, what the agent was before the change numbered `number`,
 /// with who and when; run inside the change's own transaction. The row of
 /// an agent that was not there before names the agent as it is now.
-void keepChange(const Database &db, const QString &agent, qint64 number, const QString &user, ChangeKind what,
-                const AgentImage &before);
+void keepChange(const RunStatement &run, const QString &agent, qint64 number, const QString &user,
+                ChangeKind what, const AgentImage &before);
 
 /// One kept change.
 struct Change {
@@ -52,6 +56,7 @@ struct Change {
     QString name;
     QString folder;     ///< the folder's entry identifier
     QJsonObject before; ///< an AgentImage's binding and message; empty for a creation
+    QVariant script;    ///< the script before the change; null for none
 };
 
 /// The changes of `agents` (all of them when empty), newest first.
