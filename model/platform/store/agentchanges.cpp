@@ -67,14 +67,15 @@ AgentChange holdAgentChange(const Database &db, const QString &agent)
 void raiseAgentChange(const RunStatement &run, const QString &agent, const QString &user, ChangeKind what,
                       const AgentImage &before)
 {
+    const QString at = Database::now();
     QSqlQuery &q =
         run(QStringLiteral("INSERT INTO agent_changes(agent, change_no, by_user, at) VALUES(?, 1, ?, ?)"
                            " ON CONFLICT(agent) DO UPDATE SET change_no = agent_changes.change_no + 1,"
                            " by_user = excluded.by_user, at = excluded.at RETURNING change_no"),
-            {agent, user, Database::now()});
+            {agent, user, at});
     const qint64 number = q.next() ? q.value(0).toLongLong() : 0;
     q.finish();
-    keepChange(run, agent, number, user, what, before);
+    keepChange(run, agent, number, at, user, what, before);
 }
 
 } // namespace store

@@ -228,49 +228,53 @@ QString changeKindText(ChangeKind kind)
 
 AgentImage agentImage(const RunStatement &run, const QString &agent)
 {
-    // The binding is found through its folder's index where the message is there.
+    // One statement: the message, its binding (found through its folder's
+    // index) and a row for each of its fields.
     static const QString withMessage =
-        QStringLiteral("SELECT m.id, f.entry_id, m.%1, b.%2 FROM messages m JOIN folders f ON f.id = m.folder"
+        QStringLiteral("SELECT fl.tag, fl.value, f.entry_id, m.%1, b.%2 FROM messages m"
+                       " JOIN folders f ON f.id = m.folder"
                        " LEFT JOIN bindings b ON b.folder = m.folder AND b.message = m.entry_id"
-                       " WHERE m.entry_id = ?")
+                       " LEFT JOIN fields fl ON fl.message = m.id WHERE m.entry_id = ?")
             .arg(kMessageColumns.join(QStringLiteral(", m.")), kBindingColumns.join(QStringLiteral(", b.")));
     static const QString bindingAlone =
         QStringLiteral("SELECT f.entry_id, b.%1 FROM bindings b JOIN folders f ON f.id = b.folder"
                        " WHERE b.message = ?")
             .arg(kBindingColumns.join(QStringLiteral(", b.")));
     static const QString scriptTag = mapi::tagKey(mapi::PR_SCRIPT);
+    constexpr int kFirstMessageColumn = 3;
     AgentImage image;
     QSqlQuery &m = run(withMessage, {agent});
-    if (!m.next()) {
-        m.finish();
-        QSqlQuery &b = run(bindingAlone, {agent});
-        if (b.next()) {
-            image.folder = b.value(0).toString();
-            image.binding = rowJson(b, kBindingColumns, 1);
-            image.name = image.binding.value(QStringLiteral("name")).toString();
+    QJsonObject fields;
+    for (bool first = true; m.next(); first = false) {
+        if (first) {
+            image.folder = m.value(2).toString();
+            image.message = rowJson(m, kMessageColumns, kFirstMessageColumn);
+            image.name = image.message.value(QStringLiteral("subject")).toString();
+            const int binding = kFirstMessageColumn + static_cast<int>(kMessageColumns.size());
+            if (!m.isNull(binding)) {
+                image.binding = rowJson(m, kBindingColumns, binding);
+                image.name = image.binding.value(QStringLiteral("name")).toString();
+            }
         }
-        b.finish();
-        return image;
-    }
-    const qint64 message = m.value(0).toLongLong();
-    image.folder = m.value(1).toString();
-    image.message = rowJson(m, kMessageColumns, 2);
-    image.name = image.message.value(QStringLiteral("subject")).toString();
-    if (!m.isNull(2 + kMessageColumns.size())) {
-        image.binding = rowJson(m, kBindingColumns, 2 + kMessageColumns.size());
-        image.name = image.binding.value(QStringLiteral("name")).toString();
+        if (m.isNull(0))
+            continue;
+        if (m.value(0).toString() == scriptTag)
+            image.script = m.value(1);
+        else
+            fields.insert(m.value(0).toString(), fieldJson(m.value(1)));
     }
     m.finish();
-    QJsonObject fields;
-    QSqlQuery &f = run(QStringLiteral("SELECT tag, value FROM fields WHERE message = ?"), {message});
-    while (f.next()) {
-        if (f.value(0).toString() == scriptTag)
-            image.script = f.value(1);
-        else
-            fields.insert(f.value(0).toString(), fieldJson(f.value(1)));
+    if (!image.message.isEmpty()) {
+        image.message.insert(QStringLiteral("fields"), fields);
+        return image;
     }
-    f.finish();
-    image.message.insert(QStringLiteral("fields"), fields);
+    QSqlQuery &b = run(bindingAlone, {agent});
+    if (b.next()) {
+        image.folder = b.value(0).toString();
+        image.binding = rowJson(b, kBindingColumns, 1);
+        image.name = image.binding.value(QStringLiteral("name")).toString();
+    }
+    b.finish();
     return image;
 }
 
@@ -294,8 +298,8 @@ void addHistory(Database &db)
     });
 }
 
-void keepChange(const RunStatement &run, const QString &agent, qint64 number, const QString &user,
-                ChangeKind what, const AgentImage &before)
+void keepChange(const RunStatement &run, const QString &agent, qint64 number, const QString &at,
+                const QString &user, ChangeKind what, const AgentImage &before)
 {
     // An agent that was not there before is named as the change made it.
     const AgentImage named = before.isEmpty() ? agentImage(run, agent) : before;
@@ -306,7 +310,7 @@ void keepChange(const RunStatement &run, const QString &agent, qint64 number, co
         image.insert(QStringLiteral("message"), before.message);
     run(QStringLiteral("INSERT INTO agent_history(agent, change_no, at, by_user, what, name, folder, before,"
                        " script) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?)"),
-        {agent, number, Database::now(), user, changeKindText(what), named.name + QStringLiteral(""),
+        {agent, number, at, user, changeKindText(what), named.name + QStringLiteral(""),
          named.folder + QStringLiteral(""),
          image.isEmpty() ? QVariant(QMetaType(QMetaType::QString))
                          : QString::fromUtf8(QJsonDocument(image).toJson(QJsonDocument::Compact)),

@@ -40,10 +40,10 @@ AgentImage agentImage(const RunStatement &run, const QString &agent);
 void addHistory(Database &db);
 
 /// Keeps `before`, what the agent was before the change numbered `number`,
-/// with who and when; run inside the change's own transaction. The row of
+/// with who and when (`at`, the store's time); run inside the change's own transaction. The row of
 /// an agent that was not there before names the agent as it is now.
-void keepChange(const RunStatement &run, const QString &agent, qint64 number, const QString &user,
-                ChangeKind what, const AgentImage &before);
+void keepChange(const RunStatement &run, const QString &agent, qint64 number, const QString &at,
+                const QString &user, ChangeKind what, const AgentImage &before);
 
 /// One kept change.
 struct Change {
