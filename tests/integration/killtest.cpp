@@ -1,10 +1,12 @@
 // Kills the program at random moments while it installs, deletes and
-// changes agents, and checks after each kill that the store is whole and
-// holds no half agent:
+// changes agents, and checks after each kill that the store is whole, holds
+// no half agent, and keeps each change of an agent with its history row:
 //     killtest [--kills N] [--seed S]
 // It prints its figures and fails when any kill broke the store.
 #include "agentlines.h"
 #include "driverprocess.h"
+#include "platform/com/comerror.h"
+#include "platform/store/database.h"
 #include "storecheck.h"
 #include "tests/support/testenv.h"
 
@@ -27,6 +29,31 @@ constexpr quint32 kKillWindowUs = 12000;
 
 const QString kFolders =
     u"\\Mailbox - Tess Tester\\Empty | \\Mailbox - Tess Tester\\Parent\\Child | \\Mailbox - Tess Tester\\Inbox"_s;
+
+/// Changes without their history row, and history rows without their change.
+const std::pair<const char *, const char *> kHistoryQueries[] = {
+    {"changes without their history rows", "SELECT c.agent FROM agent_changes c WHERE c.change_no <>"
+                                           " (SELECT count(*) FROM agent_history h WHERE h.agent = c.agent)"},
+    {"history row without its change",
+     "SELECT h.agent FROM agent_history h LEFT JOIN agent_changes c ON c.agent = h.agent"
+     " WHERE c.agent IS NULL OR h.change_no > c.change_no"},
+};
+
+QStringList historyFaults(const QString &path)
+{
+    QStringList faults;
+    try {
+        const auto db = store::Database::open(path, store::Database::Access::ReadOnly);
+        for (const auto &[what, sql] : kHistoryQueries) {
+            QSqlQuery q = db->run(QString::fromLatin1(sql));
+            while (q.next())
+                faults << QString::fromLatin1(what) + u": "_s + q.value(0).toString();
+        }
+    } catch (const com::ComError &e) {
+        faults << e.description();
+    }
+    return faults;
+}
 
 QStringList remove(const QString &agent)
 {
@@ -67,6 +94,7 @@ int main(int argc, char *argv[])
     int broken = 0;
     int half = 0;
     int failedStarts = 0;
+    int unkept = 0;
     for (int round = 1; round <= kills; ++round) {
         DriverProcess driver(driverHome);
         driver.send(u"answer Test"_s);
@@ -109,8 +137,12 @@ int main(int argc, char *argv[])
             out << "round " << round << ": " << h << Qt::endl;
         }
         known = check.halfAgents;
+        for (const QString &fault : historyFaults(store)) {
+            ++unkept;
+            out << "round " << round << ": " << fault << Qt::endl;
+        }
     }
     out << kills << " kills, " << broken << " broken stores, " << half << " half agents, " << failedStarts
-        << " failed starts" << Qt::endl;
-    return broken == 0 && half == 0 && failedStarts == 0 ? 0 : 1;
+        << " failed starts, " << unkept << " changes and history rows apart" << Qt::endl;
+    return broken == 0 && half == 0 && failedStarts == 0 && unkept == 0 ? 0 : 1;
 }

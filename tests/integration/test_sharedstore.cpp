@@ -4,6 +4,8 @@
 // bar.
 #include "agentlines.h"
 #include "driverprocess.h"
+#include "platform/store/database.h"
+#include "platform/store/history.h"
 #include "tests/support/pgserver.h"
 #include "tests/support/testenv.h"
 
@@ -255,6 +257,38 @@ private Q_SLOTS:
         QCOMPARE(notice(tess), QString());
         QVERIFY(bob.quit());
         QVERIFY(tess.quit());
+    }
+
+    void historyKeepsBothVersionsInOrder_data() { anotherProgramsChangeIsNoticed_data(); }
+
+    void historyKeepsBothVersionsInOrder()
+    {
+        QFETCH(QString, engine);
+        const std::unique_ptr<TwoPrograms> p = start(engine);
+        if (p->server)
+            SORRELIN_REQUIRE_PGSERVER(*p->server);
+        const QByteArray fixtureScript =
+            agentIn(p->tess->send(u"store"_s), u"Auto Reply"_s)[u"script"_s].toString().toLatin1();
+        QVERIFY(sendAll(*p->bob, saveLines(kScriptB)));
+        // Tess is asked about Bob's change and saves hers over it.
+        QStringList tessLines = saveLines(kScriptA);
+        tessLines.insert(2, u"answer Yes"_s);
+        QVERIFY(sendAll(*p->tess, tessLines));
+        QVERIFY(lastPrompt(*p->tess)[u"text"_s].toString().contains(u"was changed by Bob Builder"_s));
+        QVERIFY(p->bob->quit());
+        QVERIFY(p->tess->quit());
+
+        // Newest first: Tess's save over Bob's script, Bob's over the first.
+        const std::unique_ptr<store::Database> db = store::Database::open(p->store);
+        const QList<store::Change> changes = store::changes(*db, store::agentsNamed(*db, kAgent));
+        QCOMPARE(changes.size(), 2);
+        QCOMPARE(changes.at(0).user, u"Tess Tester"_s);
+        QCOMPARE(changes.at(1).user, u"Bob Builder"_s);
+        for (const store::Change &c : changes)
+            QCOMPARE(c.what, u"script"_s);
+        QCOMPARE(store::scriptBefore(*db, changes.at(0).id), kScriptB.toLatin1());
+        QCOMPARE(store::scriptBefore(*db, changes.at(1).id), fixtureScript);
+        QVERIFY(changes.at(0).number > changes.at(1).number);
     }
 };
 

@@ -4,6 +4,7 @@
 #include "platform/store/database.h"
 #include "platform/store/fixture.h"
 #include "tests/integration/driverprocess.h"
+#include "tests/support/storekit.h"
 #include "tests/support/testenv.h"
 
 #include <QDir>
@@ -60,6 +61,11 @@ private Q_SLOTS:
         QTest::newRow("unknown command") << QStringList{u"frobnicate"_s} << u"frobnicate"_s;
         QTest::newRow("generate, unknown option")
             << QStringList{u"generate"_s, u"g.db"_s, u"--colour"_s, u"3"_s} << u"--colour"_s;
+        QTest::newRow("history, days in words")
+            << QStringList{u"history"_s, u"--keep"_s, u"many"_s, u"g.db"_s}
+            << u"--keep must be a whole number"_s;
+        QTest::newRow("show, no change number")
+            << QStringList{u"show"_s, u"g.db"_s, u"last"_s} << u"CHANGE"_s;
     }
     void misuse()
     {
@@ -180,6 +186,77 @@ private Q_SLOTS:
         QCOMPARE(digest(path), before);
     }
 
+    void historyShowAndRestore()
+    {
+        const QString inbox = u"\\Mailbox - Tess Tester\\Inbox"_s;
+        QFile f(testsupport::fixture(u"agents.json"_s));
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        testkit::StoreKit kit(f.readAll());
+        const QString path = kit.storePath;
+        const QJsonObject original = agent(dump(path), u"Auto Reply"_s);
+        // The tool writes as the system's user.
+        qputenv("USER", "Rita Restorer");
+        const QByteArray first = original[u"script"_s].toString().toLatin1();
+
+        // A script saved over, then put back as it was.
+        mapi::Message message = kit.hidden(inbox, u"Auto Reply"_s);
+        message.Fields(mapi::PR_SCRIPT).setValue(QByteArray("' second\r\n"));
+        message.Update();
+        QCOMPARE(lines(tool({u"history"_s, path})),
+                 QStringList{u"1\t*\tTess Tester\tscript\tAuto Reply\t"_s + inbox});
+        const Result shown = tool({u"show"_s, path, u"1"_s});
+        QCOMPARE(shown.code, 0);
+        QCOMPARE(shown.out.toLatin1(), first);
+        Result r = tool({u"restore"_s, path, u"1"_s});
+        QCOMPARE(r.code, 0);
+        QCOMPARE(r.out,
+                 u"Restored \"Auto Reply\" in %1 as it was before change 1, as change 2\n"_s.arg(inbox));
+        QCOMPARE(agent(dump(path), u"Auto Reply"_s)[u"script"_s].toString().toLatin1(), first);
+        QCOMPARE(tool({u"show"_s, path, u"2"_s}).out, u"' second\r\n"_s);
+
+        // Deleted as the program deletes it, and brought back whole.
+        events::EventSource source = kit.events.GetEventSource(kit.folder(inbox), true);
+        {
+            const auto transaction = kit.session.BeginTransaction();
+            source.Bindings().Remove(source.Bindings().Item(1));
+            kit.hidden(inbox, u"Auto Reply"_s).Delete();
+            transaction->commit();
+        }
+        QVERIFY(agent(dump(path), u"Auto Reply"_s).isEmpty());
+        QCOMPARE(lines(tool({u"history"_s, path, inbox + u"\\Auto Reply"_s})),
+                 (QStringList{u"4\t*\tTess Tester\tdeleted\tAuto Reply\t"_s + inbox,
+                              u"3\t*\tTess Tester\tdeleted\tAuto Reply\t"_s + inbox,
+                              u"2\t*\tRita Restorer\trestored\tAuto Reply\t"_s + inbox,
+                              u"1\t*\tTess Tester\tscript\tAuto Reply\t"_s + inbox}));
+        for (const QString &change : {u"4"_s, u"3"_s}) {
+            const Result restored = tool({u"restore"_s, path, change});
+            QVERIFY2(restored.code == 0, qPrintable(restored.err));
+            QJsonObject back = agent(dump(path), u"Auto Reply"_s);
+            QVERIFY(back.take(u"modified"_s).toString() > original[u"modified"_s].toString());
+            QJsonObject expected = original;
+            expected.remove(u"modified"_s);
+            expected[u"modifiedBy"_s] = u"Rita Restorer"_s;
+            QCOMPARE(back, expected);
+        }
+
+        // Nothing to restore before a creation, and no change that isn't kept.
+        r = tool({u"show"_s, path, u"99"_s});
+        QCOMPARE(r.code, 1);
+        QCOMPARE(r.err, u"sorrelin-store: The history of the store keeps no change 99.\n"_s);
+        QCOMPARE(tool({u"history"_s, path, inbox + u"\\Nobody"_s}).err,
+                 u"sorrelin-store: No agent or folder is named \"%1\\Nobody\".\n"_s.arg(inbox));
+
+        // Only the changes of the last days are kept.
+        kit.db().run(u"UPDATE agent_history SET at = '2000-01-01 00:00:00' WHERE id <= 4"_s);
+        r = tool({u"history"_s, u"--keep"_s, u"30"_s, path});
+        QCOMPARE(r.code, 0);
+        QCOMPARE(r.out, u"Removed 4 change(s) older than 30 day(s) from the history of %1\n"_s.arg(path));
+        QCOMPARE(lines(tool({u"history"_s, path})),
+                 (QStringList{u"6\t*\tRita Restorer\trestored\tAuto Reply\t"_s + inbox,
+                              u"5\t*\tRita Restorer\trestored\tAuto Reply\t"_s + inbox}));
+        QCOMPARE(tool({u"show"_s, path, u"4"_s}).code, 1);
+    }
+
     void logPrintsTheApplicationLog()
     {
         os::ApplicationLog log;
@@ -209,6 +286,29 @@ private:
         p.waitForFinished(120000);
         return {p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1,
                 QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
+    }
+
+    /// The rows a history lists, their times as "*".
+    static QStringList lines(const Result &r)
+    {
+        QStringList rows = r.out.split(u'\n', Qt::SkipEmptyParts);
+        if (r.code != 0 || rows.value(0) != u"Change\tWhen\tWho\tWhat\tAgent\tFolder"_s)
+            return {r.out + r.err};
+        rows.removeFirst();
+        for (QString &row : rows) {
+            QStringList cells = row.split(u'\t');
+            cells[1] = u"*"_s;
+            row = cells.join(u'\t');
+        }
+        return rows;
+    }
+
+    /// The Inbox agent `name` of the agents fixture's store, as dumped.
+    static QJsonObject agent(const QJsonObject &dumped, const QString &name)
+    {
+        return named(
+            named(dumped[u"stores"_s].toArray().at(0)[u"folders"_s], u"name"_s, u"Inbox"_s)[u"agents"_s],
+            u"name"_s, name);
     }
 
     QString write(const QString &name, const QByteArray &bytes) const

@@ -10,6 +10,8 @@
 #include "platform/store/folderlevels.h"
 #include "platform/store/generate.h"
 #include "platform/store/servicewrites.h"
+#include "tools/sorrelin-store/arguments.h"
+#include "tools/sorrelin-store/historycommands.h"
 #include "tools/sorrelin-store/noprompts.h"
 
 #include <QFile>
@@ -22,10 +24,6 @@
 namespace storetool {
 
 namespace {
-
-struct Misuse {
-    QString what;
-};
 
 QByteArray readInput(const QString &path)
 {
@@ -49,21 +47,6 @@ QJsonArray readJsonArray(const QString &path)
                                                ? QStringLiteral(" (") + error.errorString() + QLatin1Char(')')
                                                : QString()));
     return doc.array();
-}
-
-int number(const QString &text, const QString &what)
-{
-    bool ok = false;
-    const int n = text.toInt(&ok);
-    if (!ok)
-        throw Misuse{QStringLiteral("%1 must be a whole number, not \"%2\"").arg(what, text)};
-    return n;
-}
-
-void need(const QStringList &args, int count)
-{
-    if (args.size() != count)
-        throw Misuse{QStringLiteral("expected %1 argument(s), got %2").arg(count).arg(args.size())};
 }
 
 int load(const QStringList &a, Output io)
@@ -237,6 +220,12 @@ QString usage()
                "                                     make a message a process instance\n"
                "  add-votes STORE.db MESSAGE VOTES.json\n"
                "                                     set the votes on a message\n"
+               "  history STORE.db [AGENT|FOLDER]    list the changes of the agents, or of one agent or the\n"
+               "                                     agents of one folder, newest first\n"
+               "  history --keep DAYS STORE.db       forget the changes older than DAYS days\n"
+               "  show STORE.db CHANGE               print the agent's script as it was before the change\n"
+               "  restore STORE.db CHANGE            put the agent back as it was before the change, as\n"
+               "                                     a new change; a deleted agent comes back whole\n"
                "  log [FILE]                         print the application log\n"
                "  help                               this text\n"
                "A store may also be a database on a PostgreSQL server, named\n"
@@ -258,6 +247,9 @@ int run(const QStringList &arguments, Output io)
         {QStringLiteral("add-instance"), addInstance},
         {QStringLiteral("add-votes"), addVotes},
         {QStringLiteral("log"), log},
+        {QStringLiteral("history"), history},
+        {QStringLiteral("show"), show},
+        {QStringLiteral("restore"), restore},
     };
     if (arguments.isEmpty() || arguments.first() == QLatin1String("help") ||
         arguments.first() == QLatin1String("--help")) {

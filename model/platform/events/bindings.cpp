@@ -89,12 +89,14 @@ void Bindings::Remove(const Binding &binding)
     load();
     const BindingData &b = *binding.data();
     if (b.row != 0) {
+        const store::AgentImage before = store::agentImage(d->state->statements(), b.entryId);
         QSqlQuery &q = d->state->run(QStringLiteral("DELETE FROM bindings WHERE id = ? AND folder = ?"),
                                      {b.row, d->source.folder});
         if (q.numRowsAffected() == 0)
             throw eventsError(com::err::NotFound,
                               QStringLiteral("The binding \"%1\" is not in this folder.").arg(b.name));
-        store::raiseAgentChange(*d->state->db, b.entryId, d->state->user);
+        store::raiseAgentChange(d->state->statements(), b.entryId, d->state->user, store::ChangeKind::Deleted,
+                                before);
     }
     const auto gone = std::remove_if(d->loaded->begin(), d->loaded->end(), [&](const Binding &item) {
         return item.data() == binding.data() || (b.row != 0 && item.data()->row == b.row);

@@ -66,12 +66,13 @@ void insertBinding(BindingData &d, const QString &now)
     d.row = st.db->insertedId(q);
     d.entryId = entryId;
     d.stateId = stateId;
-    store::raiseAgentChange(*st.db, entryId, st.user);
+    store::raiseAgentChange(st.statements(), entryId, st.user, store::ChangeKind::Created, {});
 }
 
 void updateBinding(BindingData &d, const QString &now)
 {
     mapi::SessionState &st = *d.state;
+    const store::AgentImage before = store::agentImage(st.statements(), d.entryId);
     QSqlQuery &q =
         st.run(QStringLiteral("UPDATE bindings SET name = ?, active = ?, event_mask = ?, handler_class = ?,"
                               " sched_type = ?, sched_interval = ?, sched_start = ?, sched_end = ?,"
@@ -80,7 +81,7 @@ void updateBinding(BindingData &d, const QString &now)
     if (q.numRowsAffected() == 0)
         throw eventsError(com::err::NotFound,
                           QStringLiteral("The binding \"%1\" has been removed.").arg(d.name));
-    store::raiseAgentChange(*st.db, d.entryId, st.user);
+    store::raiseAgentChange(st.statements(), d.entryId, st.user, store::ChangeKind::Properties, before);
     // The binding message follows, if it is still there.
     QSqlQuery &m = st.run(QStringLiteral("SELECT id FROM messages WHERE entry_id = ?"), {d.entryId});
     const qint64 message = m.next() ? m.value(0).toLongLong() : 0;

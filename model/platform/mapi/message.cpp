@@ -125,13 +125,19 @@ void Message::Update()
     QHash<QString, QVariant> fields = d->pending;
     fields.insert(tagKey(PR_LAST_MODIFIER_NAME), st.user.toLatin1());
     st.db->transaction([&] {
+        const bool agent = d->cls == kBindingClass;
+        const store::AgentImage before =
+            agent ? store::agentImage(st.statements(), d->id) : store::AgentImage();
         QSqlQuery &touch =
             st.run(QStringLiteral("UPDATE messages SET subject = ?, modified = ? WHERE id = ?"),
                    {d->subject, now, d->row});
         if (touch.numRowsAffected() == 0)
             throw notFound(QStringLiteral("The message has been deleted."));
-        if (d->cls == kBindingClass)
-            store::raiseAgentChange(*st.db, d->id, st.user);
+        if (agent)
+            store::raiseAgentChange(st.statements(), d->id, st.user,
+                                    fields.contains(tagKey(PR_SCRIPT)) ? store::ChangeKind::Script
+                                                                       : store::ChangeKind::Properties,
+                                    before);
         for (auto it = fields.constBegin(); it != fields.constEnd(); ++it) {
             if (it.value().isValid())
                 st.run(QStringLiteral("INSERT INTO fields(message, tag, value) VALUES(?, ?, ?)"
@@ -151,11 +157,14 @@ void Message::Delete()
     SessionState &st = *d->state;
     st.check();
     st.db->transaction([&] {
+        const bool agent = d->cls == kBindingClass;
+        const store::AgentImage before =
+            agent ? store::agentImage(st.statements(), d->id) : store::AgentImage();
         QSqlQuery &q = st.run(QStringLiteral("DELETE FROM messages WHERE id = ?"), {d->row});
         if (q.numRowsAffected() == 0)
             throw notFound(QStringLiteral("The message has already been deleted."));
-        if (d->cls == kBindingClass)
-            store::raiseAgentChange(*st.db, d->id, st.user);
+        if (agent)
+            store::raiseAgentChange(st.statements(), d->id, st.user, store::ChangeKind::Deleted, before);
     });
     d->pending.clear();
 }

@@ -2,6 +2,7 @@
 
 #include "platform/com/comerror.h"
 #include "platform/store/database.h"
+#include "platform/store/statements.h"
 
 #include <QHash>
 #include <QSqlQuery>
@@ -29,6 +30,14 @@ struct SessionState {
     /// reads fewer than all rows calls `finish()` on it after, so that the
     /// session's view of the store doesn't stay at that moment.
     QSqlQuery &run(const QString &sql, const QVariantList &values);
+
+    /// `run` for the store's own writes.
+    store::RunStatement statements()
+    {
+        return [this](const QString &sql, const QVariantList &values) -> QSqlQuery & {
+            return run(sql, values);
+        };
+    }
 
     /// Raises 0x80040111 when the session is not (or no longer) logged on.
     void check() const;

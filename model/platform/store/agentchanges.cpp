@@ -32,15 +32,17 @@ AgentChange read(const Database &db, const QString &agent, const QString &suffix
 
 void addAgentChanges(Database &db)
 {
+    addHistory(db);
     if (hasTable(db))
         return;
     db.transaction([&] {
-        db.run(db.onServer() ? QStringLiteral("CREATE TABLE agent_changes(agent TEXT COLLATE \"C\" PRIMARY KEY,"
-                                              " change_no BIGINT NOT NULL, by_user TEXT NOT NULL,"
-                                              " at TEXT NOT NULL)")
-                             : QStringLiteral("CREATE TABLE agent_changes(agent TEXT PRIMARY KEY,"
-                                              " change_no INTEGER NOT NULL, by_user TEXT NOT NULL,"
-                                              " at TEXT NOT NULL) WITHOUT ROWID"));
+        db.run(db.onServer()
+                   ? QStringLiteral("CREATE TABLE agent_changes(agent TEXT COLLATE \"C\" PRIMARY KEY,"
+                                    " change_no BIGINT NOT NULL, by_user TEXT NOT NULL,"
+                                    " at TEXT NOT NULL)")
+                   : QStringLiteral("CREATE TABLE agent_changes(agent TEXT PRIMARY KEY,"
+                                    " change_no INTEGER NOT NULL, by_user TEXT NOT NULL,"
+                                    " at TEXT NOT NULL) WITHOUT ROWID"));
     });
 }
 
@@ -62,12 +64,18 @@ AgentChange holdAgentChange(const Database &db, const QString &agent)
     return read(db, agent, db.onServer() ? QStringLiteral(" FOR UPDATE") : QString());
 }
 
-void raiseAgentChange(const Database &db, const QString &agent, const QString &user)
+void raiseAgentChange(const RunStatement &run, const QString &agent, const QString &user, ChangeKind what,
+                      const AgentImage &before)
 {
-    db.run(QStringLiteral("INSERT INTO agent_changes(agent, change_no, by_user, at) VALUES(?, 1, ?, ?)"
-                          " ON CONFLICT(agent) DO UPDATE SET change_no = agent_changes.change_no + 1,"
-                          " by_user = excluded.by_user, at = excluded.at"),
-           {agent, user, Database::now()});
+    const QString at = Database::now();
+    QSqlQuery &q =
+        run(QStringLiteral("INSERT INTO agent_changes(agent, change_no, by_user, at) VALUES(?, 1, ?, ?)"
+                           " ON CONFLICT(agent) DO UPDATE SET change_no = agent_changes.change_no + 1,"
+                           " by_user = excluded.by_user, at = excluded.at RETURNING change_no"),
+            {agent, user, at});
+    const qint64 number = q.next() ? q.value(0).toLongLong() : 0;
+    q.finish();
+    keepChange(run, agent, number, at, user, what, before);
 }
 
 } // namespace store

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/store/history.h"
+
 #include <QString>
 
 namespace store {
@@ -17,7 +19,8 @@ struct AgentChange {
 };
 
 /// Gives a store made before agents' changes were counted the table that
-/// counts them; nothing happens to a store that has it.
+/// counts them, and one made before they were kept the history; nothing
+/// happens to a store that has both.
 void addAgentChanges(Database &db);
 
 /// The agent's last change as the store has it now.
@@ -28,8 +31,11 @@ AgentChange agentChange(const Database &db, const QString &agent);
 /// written over exactly this change.
 AgentChange holdAgentChange(const Database &db, const QString &agent);
 
-/// Raises the agent's number as a write by `user`, now; run inside the
-/// write's own transaction.
-void raiseAgentChange(const Database &db, const QString &agent, const QString &user);
+/// Raises the agent's number as a write by `user`, now, and keeps in the
+/// history what the write changed and the agent `before` it (read with
+/// agentImage before the write touched it); run inside the write's own
+/// transaction.
+void raiseAgentChange(const RunStatement &run, const QString &agent, const QString &user, ChangeKind what,
+                      const AgentImage &before);
 
 } // namespace store

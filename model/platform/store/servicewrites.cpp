@@ -12,8 +12,8 @@ namespace {
 
 const QString kSource = QStringLiteral("sorrelin-store");
 
-/// The folder row at the end of a path below the tree's root
-/// ("\Store\Folder\Sub"), or 0 when a part names nothing.
+} // namespace
+
 qint64 folderOfPath(Database &db, const QStringList &parts)
 {
     if (parts.size() < 2)
@@ -29,6 +29,8 @@ qint64 folderOfPath(Database &db, const QStringList &parts)
                 .toLongLong();
     return folder;
 }
+
+namespace {
 
 /// A text member of a row ("" when absent); anything else is refused with
 /// the member's path, so that a number never goes in as an empty text.

@@ -15,6 +15,11 @@ class Database;
 
 /// The row of the binding message an agent is named by; raises if none.
 qint64 findAgentMessage(Database &db, const QString &agent);
+
+/// The folder row at the end of a path below the tree's root, its parts
+/// ("Store", "Folder", "Sub"), or 0 when a part names nothing.
+qint64 folderOfPath(Database &db, const QStringList &parts);
+
 /// The row of an ordinary or hidden message; raises if none.
 qint64 findMessage(Database &db, const QString &message);
 
