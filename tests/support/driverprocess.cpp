@@ -15,10 +15,15 @@ QStringList asUserCommand(const QString &program, int asUser)
 }
 
 DriverProcess::DriverProcess(const QString &home, int asUser)
+    : DriverProcess(asUserCommand(QStringLiteral(SORRELIN_DRIVER), asUser) + QStringList{u"--keep"_s, home},
+                    QProcess::SeparateChannels)
 {
-    const QStringList command = asUserCommand(QStringLiteral(SORRELIN_DRIVER), asUser);
-    m_process.setProcessChannelMode(QProcess::SeparateChannels);
-    m_process.start(command.first(), command.mid(1) + QStringList{u"--keep"_s, home});
+}
+
+DriverProcess::DriverProcess(const QStringList &command, QProcess::ProcessChannelMode channels)
+{
+    m_process.setProcessChannelMode(channels);
+    m_process.start(command.first(), command.mid(1));
     m_process.waitForStarted();
 }
 
@@ -31,9 +36,11 @@ DriverProcess::~DriverProcess()
 QJsonObject DriverProcess::send(const QString &line, int timeoutMs)
 {
     m_process.write(line.toUtf8() + '\n');
+    m_answered = false;
     while (!m_process.canReadLine())
         if (!m_process.waitForReadyRead(timeoutMs))
             return QJsonObject{{u"ok"_s, false}, {u"error"_s, u"no answer to: "_s + line}};
+    m_answered = true;
     return QJsonDocument::fromJson(m_process.readLine()).object();
 }
 
