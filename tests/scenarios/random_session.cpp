@@ -164,12 +164,10 @@ private:
             return false;
         // Settings as a user's second start finds them.
         const QString settings = u"reg HKCU\\Software\\Kelverd\\Sorrelin\\5.5\\General "_s;
-        QStringList setup{u"fixture "_s + m_fixture, settings + u"SaveChangesMode "_s + m_mode};
-        for (const char *view :
-             {"RefreshOnStartup", "ViewFolders", "ViewPreview", "ViewToolbar", "ViewStatusBar"})
-            setup << settings + QString::fromLatin1(view) + u" yes"_s;
-        setup << u"start"_s;
-        for (const QString &command : setup)
+        for (const QString &command : {u"fixture "_s + m_fixture, settings + u"SaveChangesMode "_s + m_mode,
+                                       settings + u"RefreshOnStartup yes"_s, settings + u"ViewFolders yes"_s,
+                                       settings + u"ViewPreview yes"_s, settings + u"ViewToolbar yes"_s,
+                                       settings + u"ViewStatusBar yes"_s, u"start"_s})
             if (!sendOk(command))
                 return false;
         m_prompts.clear();
@@ -201,43 +199,33 @@ private:
             return false;
         m_state = s;
         for (const QJsonValue &p : s.value(u"prompts"_s).toArray()) {
-            const QJsonObject o = p.toObject();
-            m_prompts << o.value(u"kind"_s).toString() + u':' + o.value(u"text"_s).toString();
-            if (o.value(u"icon"_s).toString() == "stop"_L1 ||
-                o.value(u"text"_s).toString().startsWith("Error#"_L1))
-                m_errorBoxes << o.value(u"text"_s).toString();
+            const QString text = p[u"text"_s].toString();
+            m_prompts << p[u"kind"_s].toString() + u':' + text;
+            if (p[u"icon"_s].toString() == "stop"_L1 || text.startsWith("Error#"_L1))
+                m_errorBoxes << text;
         }
         View v;
         for (const QJsonValue &n : s.value(u"tree"_s).toArray()) {
-            const QJsonObject o = n.toObject();
-            if (o.value(u"selected"_s).toBool())
+            if (n[u"selected"_s].toBool())
                 v.selected = static_cast<int>(v.tree.size());
-            v.tree << Node{o.value(u"path"_s).toString(), o.value(u"key"_s).toString(),
-                           o.value(u"tag"_s).toString(), o.value(u"text"_s).toString(),
-                           o.value(u"image"_s).toInt()};
+            v.tree << Node{n[u"path"_s].toString(), n[u"key"_s].toString(), n[u"tag"_s].toString(),
+                           n[u"text"_s].toString(), n[u"image"_s].toInt()};
         }
-        v.entryId = s.value(u"strEntryID"_s).toString();
-        v.storeId = s.value(u"strStoreID"_s).toString();
-        v.dirty = s.value(u"dirty"_s).toBool();
-        const QJsonObject main = s.value(u"forms"_s).toObject().value(u"frmMain"_s).toObject();
-        const QJsonObject pane = main.value(u"controls"_s).toObject().value(u"txtPreview"_s).toObject();
-        v.pane = pane.value(u"text"_s).toString();
-        v.locked = pane.value(u"locked"_s).toBool();
-        v.focus = main.value(u"focus"_s).toString();
-        m_view = v;
+        const QJsonObject pane = control(u"frmMain"_s, u"txtPreview"_s);
+        m_view = View{v.tree,
+                      v.selected,
+                      s[u"strEntryID"_s].toString(),
+                      s[u"strStoreID"_s].toString(),
+                      pane[u"text"_s].toString(),
+                      pane[u"locked"_s].toBool(),
+                      s[u"dirty"_s].toBool(),
+                      s[u"forms"_s][u"frmMain"_s][u"focus"_s].toString()};
         return true;
     }
 
     QJsonObject control(const QString &form, const QString &name) const
     {
-        return m_state.value(u"forms"_s)
-            .toObject()
-            .value(form)
-            .toObject()
-            .value(u"controls"_s)
-            .toObject()
-            .value(name)
-            .toObject();
+        return m_state[u"forms"_s][form][u"controls"_s][name].toObject();
     }
 
     bool readStoreNow()
