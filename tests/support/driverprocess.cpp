@@ -70,14 +70,22 @@ void DriverProcess::kill()
     m_process.waitForFinished(10000);
 }
 
-ToolRun runStoreTool(const QStringList &arguments, int asUser)
+ToolRun runProgram(const QStringList &command, const QByteArray &input, const std::function<void()> &inChild)
 {
-    const QStringList command = asUserCommand(QStringLiteral(SORRELIN_STORE_TOOL), asUser);
     QProcess p;
-    p.start(command.first(), command.mid(1) + arguments);
-    p.waitForFinished(120000);
+    if (inChild)
+        p.setChildProcessModifier(inChild);
+    p.start(command.first(), command.mid(1));
+    p.write(input);
+    p.closeWriteChannel();
+    p.waitForFinished(-1);
     return ToolRun{p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1, p.readAllStandardOutput(),
                    p.readAllStandardError()};
+}
+
+ToolRun runStoreTool(const QStringList &arguments, int asUser)
+{
+    return runProgram(asUserCommand(QStringLiteral(SORRELIN_STORE_TOOL), asUser) + arguments);
 }
 
 } // namespace testsupport

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 namespace testsupport {
 
 /// sorrelin-driver in a process of its own, as a script would run it: one
@@ -51,12 +53,17 @@ private:
 /// The command line that runs `program` as `asUser` (nothing changes for -1).
 QStringList asUserCommand(const QString &program, int asUser);
 
-/// Runs sorrelin-store with `arguments`; its exit code, output and errors.
+/// A program's run to its end: its exit code (-1 for a crash), output and errors.
 struct ToolRun {
     int code = -1;
     QByteArray out;
     QByteArray err;
 };
+/// Runs `command` (a program and its arguments) with `input` on its standard
+/// input; `inChild` runs in the child before the program starts.
+ToolRun runProgram(const QStringList &command, const QByteArray &input = {},
+                   const std::function<void()> &inChild = {});
+/// Runs sorrelin-store with `arguments`.
 ToolRun runStoreTool(const QStringList &arguments, int asUser = -1);
 
 } // namespace testsupport
