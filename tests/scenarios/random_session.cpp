@@ -22,9 +22,11 @@
 
 #include <random>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString kValidity = QStringLiteral("This agent does not appear to contain a valid script. Continue?");
+const QString kValidity = u"This agent does not appear to contain a valid script. Continue?"_s;
 
 struct Node {
     QString path;
@@ -63,19 +65,17 @@ struct Expect {
 /// A text on one line, its line breaks written as escapes.
 QString escaped(QString text)
 {
-    return text.replace(QLatin1Char('\r'), QLatin1String("\\r"))
-        .replace(QLatin1Char('\n'), QLatin1String("\\n"));
+    return text.replace(u'\r', "\\r"_L1).replace(u'\n', "\\n"_L1);
 }
 
 bool hasMarker(const QString &text)
 {
-    return text.toUpper().contains(QLatin1String("<SCRIPT RUNAT=SERVER LANGUAGE="));
+    return text.toUpper().contains("<SCRIPT RUNAT=SERVER LANGUAGE="_L1);
 }
 
 QString agentPath(const QString &store, const QStringList &folders, const QString &name)
 {
-    return QLatin1Char('\\') + store + QLatin1Char('\\') + folders.join(QLatin1Char('\\')) +
-           QLatin1Char('\\') + name;
+    return u'\\' + store + u'\\' + folders.join(u'\\') + u'\\' + name;
 }
 
 /// Every agent of a dump by its path in the tree, and the dump without them.
@@ -85,14 +85,13 @@ void splitAgents(const QJsonArray &folders, const QString &store, QStringList pa
     for (const QJsonValue &v : folders) {
         QJsonObject folder = v.toObject();
         QStringList path = parents;
-        path << folder.value(QStringLiteral("name")).toString();
-        for (const QJsonValue &a : folder.value(QStringLiteral("agents")).toArray())
-            agents.insert(agentPath(store, path, a.toObject().value(QStringLiteral("name")).toString()),
-                          a.toObject());
-        folder.remove(QStringLiteral("agents"));
+        path << folder.value(u"name"_s).toString();
+        for (const QJsonValue &a : folder.value(u"agents"_s).toArray())
+            agents.insert(agentPath(store, path, a.toObject().value(u"name"_s).toString()), a.toObject());
+        folder.remove(u"agents"_s);
         QJsonArray below;
-        splitAgents(folder.value(QStringLiteral("folders")).toArray(), store, path, agents, below);
-        folder.insert(QStringLiteral("folders"), below);
+        splitAgents(folder.value(u"folders"_s).toArray(), store, path, agents, below);
+        folder.insert(u"folders"_s, below);
         rest.append(folder);
     }
 }
@@ -107,15 +106,15 @@ Store readStore(const QJsonObject &dump)
     Store s;
     s.rest = dump;
     QJsonArray stores;
-    for (const QJsonValue &v : dump.value(QStringLiteral("stores")).toArray()) {
+    for (const QJsonValue &v : dump.value(u"stores"_s).toArray()) {
         QJsonObject store = v.toObject();
         QJsonArray rest;
-        splitAgents(store.value(QStringLiteral("folders")).toArray(),
-                    store.value(QStringLiteral("name")).toString(), {}, s.agents, rest);
-        store.insert(QStringLiteral("folders"), rest);
+        splitAgents(store.value(u"folders"_s).toArray(), store.value(u"name"_s).toString(), {}, s.agents,
+                    rest);
+        store.insert(u"folders"_s, rest);
         stores.append(store);
     }
-    s.rest.insert(QStringLiteral("stores"), stores);
+    s.rest.insert(u"stores"_s, stores);
     return s;
 }
 
@@ -147,7 +146,7 @@ public:
             }
         }
         m_played = m_step - 1;
-        if (m_driver && !m_driver->finish())
+        if (m_driver && !m_driver->finishWithZero())
             ++faults, out << "seed " << m_seed << ": the driver didn't end by itself\n";
         return faults;
     }
@@ -157,21 +156,18 @@ public:
 private:
     bool begin()
     {
-        m_driver = std::make_unique<DriverProcess>();
+        m_driver = std::make_unique<testsupport::DriverProcess>(QStringList{m_driverPath});
         m_history.clear();
         m_copied = false;
-        m_mode = pick(2) ? QStringLiteral("save") : QStringLiteral("prompt");
-        if (!m_driver->start(m_driverPath))
+        m_mode = pick(2) ? u"save"_s : u"prompt"_s;
+        if (!m_driver->started())
             return false;
         // Settings as a user's second start finds them.
-        const QString settings = QStringLiteral("reg HKCU\\Software\\Kelverd\\Sorrelin\\5.5\\General ");
-        QStringList setup{QStringLiteral("fixture ") + m_fixture,
-                          settings + QStringLiteral("SaveChangesMode ") + m_mode};
-        for (const char *view :
-             {"RefreshOnStartup", "ViewFolders", "ViewPreview", "ViewToolbar", "ViewStatusBar"})
-            setup << settings + QString::fromLatin1(view) + QStringLiteral(" yes");
-        setup << QStringLiteral("start");
-        for (const QString &command : setup)
+        const QString settings = u"reg HKCU\\Software\\Kelverd\\Sorrelin\\5.5\\General "_s;
+        for (const QString &command : {u"fixture "_s + m_fixture, settings + u"SaveChangesMode "_s + m_mode,
+                                       settings + u"RefreshOnStartup yes"_s, settings + u"ViewFolders yes"_s,
+                                       settings + u"ViewPreview yes"_s, settings + u"ViewToolbar yes"_s,
+                                       settings + u"ViewStatusBar yes"_s, u"start"_s})
             if (!sendOk(command))
                 return false;
         m_prompts.clear();
@@ -180,88 +176,64 @@ private:
 
     int pick(int n) { return static_cast<int>(std::uniform_int_distribution<int>(0, n - 1)(m_random)); }
     bool chance(int percent) { return pick(100) < percent; }
-    QString yesNo(int yesPercent)
-    {
-        return chance(yesPercent) ? QStringLiteral("Yes") : QStringLiteral("No");
-    }
+    QString yesNo(int yesPercent) { return chance(yesPercent) ? u"Yes"_s : u"No"_s; }
 
     void fault(const QString &what) { m_faults << what; }
 
-    std::optional<QJsonObject> send(const QString &command)
+    QJsonObject send(const QString &command)
     {
         m_history << command;
-        std::optional<QJsonObject> answer = m_driver->send(command);
-        if (!answer)
-            fault(QStringLiteral("no answer to \"%1\"").arg(command));
-        else if (!answer->value(QStringLiteral("ok")).toBool())
-            fault(QStringLiteral("\"%1\" failed: %2")
-                      .arg(command, answer->value(QStringLiteral("error")).toString()));
+        const QJsonObject answer = m_driver->send(command);
+        if (!answer.value(u"ok"_s).toBool())
+            fault(u"\"%1\" failed: %2"_s.arg(command, answer.value(u"error"_s).toString()));
         return answer;
     }
 
-    bool sendOk(const QString &command)
-    {
-        const std::optional<QJsonObject> answer = send(command);
-        return answer && answer->value(QStringLiteral("ok")).toBool();
-    }
+    bool sendOk(const QString &command) { return send(command).value(u"ok"_s).toBool(); }
 
     /// Reads the state: the view, and the prompts since the last look.
     bool look()
     {
-        const std::optional<QJsonObject> s = send(QStringLiteral("state"));
-        if (!s || !s->value(QStringLiteral("ok")).toBool())
+        const QJsonObject s = send(u"state"_s);
+        if (!s.value(u"ok"_s).toBool())
             return false;
-        m_state = *s;
-        for (const QJsonValue &p : s->value(QStringLiteral("prompts")).toArray()) {
-            const QJsonObject o = p.toObject();
-            m_prompts << o.value(QStringLiteral("kind")).toString() + QLatin1Char(':') +
-                             o.value(QStringLiteral("text")).toString();
-            if (o.value(QStringLiteral("icon")).toString() == QLatin1String("stop") ||
-                o.value(QStringLiteral("text")).toString().startsWith(QLatin1String("Error#")))
-                m_errorBoxes << o.value(QStringLiteral("text")).toString();
+        m_state = s;
+        for (const QJsonValue &p : s.value(u"prompts"_s).toArray()) {
+            const QString text = p[u"text"_s].toString();
+            m_prompts << p[u"kind"_s].toString() + u':' + text;
+            if (p[u"icon"_s].toString() == "stop"_L1 || text.startsWith("Error#"_L1))
+                m_errorBoxes << text;
         }
         View v;
-        for (const QJsonValue &n : s->value(QStringLiteral("tree")).toArray()) {
-            const QJsonObject o = n.toObject();
-            if (o.value(QStringLiteral("selected")).toBool())
+        for (const QJsonValue &n : s.value(u"tree"_s).toArray()) {
+            if (n[u"selected"_s].toBool())
                 v.selected = static_cast<int>(v.tree.size());
-            v.tree << Node{
-                o.value(QStringLiteral("path")).toString(), o.value(QStringLiteral("key")).toString(),
-                o.value(QStringLiteral("tag")).toString(), o.value(QStringLiteral("text")).toString(),
-                o.value(QStringLiteral("image")).toInt()};
+            v.tree << Node{n[u"path"_s].toString(), n[u"key"_s].toString(), n[u"tag"_s].toString(),
+                           n[u"text"_s].toString(), n[u"image"_s].toInt()};
         }
-        v.entryId = s->value(QStringLiteral("strEntryID")).toString();
-        v.storeId = s->value(QStringLiteral("strStoreID")).toString();
-        v.dirty = s->value(QStringLiteral("dirty")).toBool();
-        const QJsonObject main =
-            s->value(QStringLiteral("forms")).toObject().value(QStringLiteral("frmMain")).toObject();
-        const QJsonObject pane =
-            main.value(QStringLiteral("controls")).toObject().value(QStringLiteral("txtPreview")).toObject();
-        v.pane = pane.value(QStringLiteral("text")).toString();
-        v.locked = pane.value(QStringLiteral("locked")).toBool();
-        v.focus = main.value(QStringLiteral("focus")).toString();
-        m_view = v;
+        const QJsonObject pane = control(u"frmMain"_s, u"txtPreview"_s);
+        m_view = View{v.tree,
+                      v.selected,
+                      s[u"strEntryID"_s].toString(),
+                      s[u"strStoreID"_s].toString(),
+                      pane[u"text"_s].toString(),
+                      pane[u"locked"_s].toBool(),
+                      s[u"dirty"_s].toBool(),
+                      s[u"forms"_s][u"frmMain"_s][u"focus"_s].toString()};
         return true;
     }
 
     QJsonObject control(const QString &form, const QString &name) const
     {
-        return m_state.value(QStringLiteral("forms"))
-            .toObject()
-            .value(form)
-            .toObject()
-            .value(QStringLiteral("controls"))
-            .toObject()
-            .value(name)
-            .toObject();
+        return m_state[u"forms"_s][form][u"controls"_s][name].toObject();
     }
 
     bool readStoreNow()
     {
-        const std::optional<QJsonObject> s = send(QStringLiteral("store"));
-        if (!s || !s->value(QStringLiteral("ok")).toBool())
+        const QJsonObject s = send(u"store"_s);
+        if (!s.value(u"ok"_s).toBool())
             return false;
-        m_store = readStore(s->value(QStringLiteral("store")).toObject());
+        m_store = readStore(s.value(u"store"_s).toObject());
         return true;
     }
 
@@ -271,24 +243,24 @@ private:
     {
         const View &v = m_view;
         e.dirtyAfter = false;
-        if (m_mode == QLatin1String("discard") || !v.onAgent())
+        if (m_mode == "discard"_L1 || !v.onAgent())
             return;
         if (!hasMarker(v.pane)) {
             const QString answer = yesNo(60);
             queue(answer);
-            e.prompts << QStringLiteral("msgbox:") + kValidity;
-            if (answer == QLatin1String("No")) {
+            e.prompts << u"msgbox:"_s + kValidity;
+            if (answer == "No"_L1) {
                 e.dirtyAfter = v.dirty;
                 return;
             }
         }
         if (!v.dirty)
             return;
-        if (m_mode == QLatin1String("prompt")) {
+        if (m_mode == "prompt"_L1) {
             const QString answer = yesNo(70);
             queue(answer);
-            e.prompts << QStringLiteral("msgbox:Save '%1' in\r*").arg(v.node()->text);
-            if (answer == QLatin1String("No"))
+            e.prompts << u"msgbox:Save '%1' in\r*"_s.arg(v.node()->text);
+            if (answer == "No"_L1)
                 return;
         }
         e.savedAgent = v.node()->path;
@@ -300,16 +272,13 @@ private:
     void leaving(Expect &e)
     {
         e.dirtyAfter = m_view.dirty;
-        if (m_view.focus == QLatin1String("txtPreview") && m_view.dirty)
+        if (m_view.focus == "txtPreview"_L1 && m_view.dirty)
             save(e);
     }
 
-    void queue(const QString &answer) { send(QStringLiteral("answer ") + answer); }
+    void queue(const QString &answer) { send(u"answer "_s + answer); }
 
-    QString agentKeyOrNode() const
-    {
-        return m_view.node() ? QStringLiteral("key:") + m_view.node()->key : QString();
-    }
+    QString agentKeyOrNode() const { return m_view.node() ? u"key:"_s + m_view.node()->key : QString(); }
 
     // The steps. Each sends its commands and says what it may lead to.
 
@@ -321,9 +290,10 @@ private:
         for (const Node &n : m_view.tree)
             if (n.image >= 19)
                 agents << &n;
-        const Node &n = !agents.isEmpty() && pick(2) ? *agents.at(pick(static_cast<int>(agents.size())))
-                                                     : m_view.tree.at(pick(static_cast<int>(m_view.tree.size())));
-        send(QStringLiteral("click key:") + n.key);
+        const Node &n = !agents.isEmpty() && pick(2)
+                            ? *agents.at(pick(static_cast<int>(agents.size())))
+                            : m_view.tree.at(pick(static_cast<int>(m_view.tree.size())));
+        send(u"click key:"_s + n.key);
     }
 
     void edit(Expect &e)
@@ -331,10 +301,10 @@ private:
         QString text = m_view.pane;
         const int how = pick(10);
         if (how == 0)
-            text = QStringLiteral("Sub Folder_OnMessageCreated\r\nEnd Sub\r\n"); // no marker
+            text = u"Sub Folder_OnMessageCreated\r\nEnd Sub\r\n"_s; // no marker
         else
-            text += QStringLiteral("' edit %1\r\n").arg(m_step);
-        send(QStringLiteral("type frmMain txtPreview ") + escaped(text));
+            text += u"' edit %1\r\n"_s.arg(m_step);
+        send(u"type frmMain txtPreview "_s + escaped(text));
         e.dirtyAfter = true;
     }
 
@@ -342,93 +312,87 @@ private:
     {
         save(e);
         const int how = pick(3);
-        send(how == 0   ? QStringLiteral("menu mnuFileSave")
-             : how == 1 ? QStringLiteral("toolbar Save")
-                        : QStringLiteral("key frmMain txtPreview Ctrl+S"));
+        send(how == 0   ? u"menu mnuFileSave"_s
+             : how == 1 ? u"toolbar Save"_s
+                        : u"key frmMain txtPreview Ctrl+S"_s);
     }
 
     void leave(Expect &e)
     {
         leaving(e);
         if (pick(2) && m_view.node()) {
-            send(QStringLiteral("click key:") + m_view.node()->key);
+            send(u"click key:"_s + m_view.node()->key);
         } else {
-            send(QStringLiteral("tab frmMain SSTab1 1"));
-            send(QStringLiteral("tab frmMain SSTab1 0"));
+            send(u"tab frmMain SSTab1 1"_s);
+            send(u"tab frmMain SSTab1 0"_s);
         }
     }
 
     void installedAgents(Expect &e)
     {
-        send(pick(2) ? QStringLiteral("menu mnuFileInstalledAgents") : QStringLiteral("toolbar Installed"));
+        send(pick(2) ? u"menu mnuFileInstalledAgents"_s : u"toolbar Installed"_s);
         if (!look())
             return;
-        const QJsonArray rows = control(QStringLiteral("frmScripts"), QStringLiteral("SSDBGrid1"))
-                                    .value(QStringLiteral("rows"))
-                                    .toArray();
+        const QJsonArray rows = control(u"frmScripts"_s, u"SSDBGrid1"_s).value(u"rows"_s).toArray();
         const int how = rows.isEmpty() ? 0 : pick(4);
         if (how == 0) {
             const int close = pick(3);
-            send(close == 0   ? QStringLiteral("press frmScripts cmdClose")
-                 : close == 1 ? QStringLiteral("close frmScripts")
-                              : QStringLiteral("key frmScripts SSDBGrid1 Esc"));
+            send(close == 0   ? u"press frmScripts cmdClose"_s
+                 : close == 1 ? u"close frmScripts"_s
+                              : u"key frmScripts SSDBGrid1 Esc"_s);
             return;
         }
         const int row = pick(static_cast<int>(rows.size()));
         // Go To leaves the pane: an edit still pending after its save keeps
         // the pane, and Go To goes nowhere.
-        const bool pending = m_view.focus == QLatin1String("txtPreview") && m_view.dirty;
+        const bool pending = m_view.focus == "txtPreview"_L1 && m_view.dirty;
         leaving(e);
         if (pending && e.dirtyAfter)
             e.paneKept = true;
         else
             e.gotoKey = rows.at(row).toArray().at(12).toString();
-        send(QStringLiteral("grid frmScripts %1").arg(row));
-        send(how == 1 ? QStringLiteral("press frmScripts cmdGoTo")
-                      : QStringLiteral("dblclick frmScripts SSDBGrid1"));
+        send(u"grid frmScripts %1"_s.arg(row));
+        send(how == 1 ? u"press frmScripts cmdGoTo"_s : u"dblclick frmScripts SSDBGrid1"_s);
     }
 
     void exportList(Expect &e)
     {
         const QString answer = yesNo(80);
         queue(answer);
-        e.prompts << QStringLiteral("msgbox:Export Agent List?");
-        if (answer == QLatin1String("Yes")) {
-            queue(QStringLiteral("file:{home}/export-%1.csv").arg(m_step));
-            e.prompts << QStringLiteral("save:*");
+        e.prompts << u"msgbox:Export Agent List?"_s;
+        if (answer == "Yes"_L1) {
+            queue(u"file:{home}/export-%1.csv"_s.arg(m_step));
+            e.prompts << u"save:*"_s;
         }
-        send(QStringLiteral("menu mnuFileExport"));
+        send(u"menu mnuFileExport"_s);
     }
 
     void deleteAgent(Expect &e)
     {
         const QString answer = yesNo(40);
         queue(answer);
-        e.prompts << QStringLiteral("msgbox:Are you sure you want to delete '%1'?").arg(m_view.node()->text);
-        if (answer == QLatin1String("Yes"))
+        e.prompts << u"msgbox:Are you sure you want to delete '%1'?"_s.arg(m_view.node()->text);
+        if (answer == "Yes"_L1)
             e.deletedAgent = m_view.node()->path;
-        send(pick(2) ? QStringLiteral("menu mnuFileDelete") : QStringLiteral("toolbar Delete"));
+        send(pick(2) ? u"menu mnuFileDelete"_s : u"toolbar Delete"_s);
     }
 
     void properties(Expect &e)
     {
         const QString name = m_view.node()->text;
-        send(pick(2) ? QStringLiteral("menu mnuFileAgentProperties")
-                     : QStringLiteral("toolbar Agent Properties"));
+        send(pick(2) ? u"menu mnuFileAgentProperties"_s : u"toolbar Agent Properties"_s);
         if (!look())
             return;
         if (pick(3) == 0) {
-            send(QStringLiteral("press frmProperties cmdCancel"));
+            send(u"press frmProperties cmdCancel"_s);
             return;
         }
-        const QStringList boxes{QStringLiteral("chkScheduled"), QStringLiteral("chkNew"),
-                                QStringLiteral("chkUpdate"), QStringLiteral("chkDelete")};
+        const QStringList boxes{u"chkScheduled"_s, u"chkNew"_s, u"chkUpdate"_s, u"chkDelete"_s};
         const QString toggled = boxes.at(1 + pick(3));
-        send(QStringLiteral("press frmProperties ") + toggled);
+        send(u"press frmProperties "_s + toggled);
         bool any = false;
         for (const QString &box : boxes) {
-            const bool ticked =
-                control(QStringLiteral("frmProperties"), box).value(QStringLiteral("value")).toInt() == 1;
+            const bool ticked = control(u"frmProperties"_s, box).value(u"value"_s).toInt() == 1;
             any = any || (box == toggled ? !ticked : ticked);
         }
         if (!any) {
@@ -436,27 +400,27 @@ private:
             queue(answer);
             e.prompts << QStringLiteral(
                 "msgbox:You have not selected any events to run for this agent. Continue?");
-            if (answer == QLatin1String("No")) {
-                send(QStringLiteral("press frmProperties cmdOK"));
-                send(QStringLiteral("press frmProperties cmdCancel"));
+            if (answer == "No"_L1) {
+                send(u"press frmProperties cmdOK"_s);
+                send(u"press frmProperties cmdCancel"_s);
                 return;
             }
         }
         queue(yesNo(70));
-        e.prompts << QStringLiteral("msgbox:Apply changes to '%1'?").arg(name);
+        e.prompts << u"msgbox:Apply changes to '%1'?"_s.arg(name);
         e.changedAgent = m_view.node()->path;
-        send(QStringLiteral("press frmProperties cmdOK"));
+        send(u"press frmProperties cmdOK"_s);
     }
 
     void refresh(Expect &e)
     {
         // F5 in the tree leaves the pane; the menu's, with the pane focused,
         // saves a pending edit first and refreshes nothing while it stays.
-        const bool pending = m_view.focus == QLatin1String("txtPreview") && m_view.dirty;
+        const bool pending = m_view.focus == "txtPreview"_L1 && m_view.dirty;
         const bool menu = pick(2);
         leaving(e);
         e.paneKept = menu && pending && e.dirtyAfter;
-        send(menu ? QStringLiteral("menu mnuViewRefresh") : QStringLiteral("key frmMain treOutl F5"));
+        send(menu ? u"menu mnuViewRefresh"_s : u"key frmMain treOutl F5"_s);
     }
 
     void paste(Expect &e)
@@ -464,40 +428,40 @@ private:
         if (!m_copied) {
             if (!m_view.onAgent())
                 return clickNode(e);
-            send(QStringLiteral("menu mnuEditSelectAll"));
-            send(QStringLiteral("menu mnuEditCopy"));
+            send(u"menu mnuEditSelectAll"_s);
+            send(u"menu mnuEditCopy"_s);
             m_copied = true;
         }
         if (!m_view.locked && pick(3) == 0) {
-            send(QStringLiteral("key frmMain txtPreview Ctrl+V"));
+            send(u"key frmMain txtPreview Ctrl+V"_s);
             e.dirtyAfter = true;
             return;
         }
         // The tree takes no pasted text.
         leaving(e);
         e.paneKept = true;
-        send(QStringLiteral("key frmMain treOutl Ctrl+V"));
+        send(u"key frmMain treOutl Ctrl+V"_s);
     }
 
     void options(Expect &)
     {
-        send(QStringLiteral("menu mnuViewOptions"));
-        const QStringList modes{QStringLiteral("save"), QStringLiteral("prompt"), QStringLiteral("discard")};
+        send(u"menu mnuViewOptions"_s);
+        const QStringList modes{u"save"_s, u"prompt"_s, u"discard"_s};
         const QString mode = modes.at(pick(3));
-        send(QStringLiteral("press frmOptions opt") + mode.at(0).toUpper() + mode.mid(1));
+        send(u"press frmOptions opt"_s + mode.at(0).toUpper() + mode.mid(1));
         if (pick(4) == 0) {
-            send(QStringLiteral("press frmOptions cmdCancel"));
+            send(u"press frmOptions cmdCancel"_s);
             return;
         }
-        send(QStringLiteral("press frmOptions cmdOK"));
+        send(u"press frmOptions cmdOK"_s);
         m_mode = mode;
     }
 
     void restart(Expect &e)
     {
-        send(QStringLiteral("quit"));
-        send(QStringLiteral("start"));
-        e.prompts << QStringLiteral("profile:*");
+        send(u"quit"_s);
+        send(u"start"_s);
+        e.prompts << u"profile:*"_s;
     }
 
     void step()
@@ -557,62 +521,58 @@ private:
         bool same = m_prompts.size() == e.prompts.size();
         for (qsizetype i = 0; same && i < e.prompts.size(); ++i) {
             const QString &want = e.prompts.at(i);
-            same = want.endsWith(QLatin1Char('*')) ? m_prompts.at(i).startsWith(want.chopped(1))
-                                                   : m_prompts.at(i) == want;
+            same =
+                want.endsWith(u'*') ? m_prompts.at(i).startsWith(want.chopped(1)) : m_prompts.at(i) == want;
         }
         if (!same)
-            fault(QStringLiteral("the prompts were [%1], expected [%2]")
-                      .arg(m_prompts.join(QStringLiteral(" | ")), e.prompts.join(QStringLiteral(" | "))));
+            fault(u"the prompts were [%1], expected [%2]"_s.arg(m_prompts.join(u" | "_s),
+                                                                e.prompts.join(u" | "_s)));
         for (const QString &box : m_errorBoxes)
-            fault(QStringLiteral("an error box: %1").arg(box));
+            fault(u"an error box: %1"_s.arg(box));
         // The current ids name the selected node.
         if (const Node *n = v.node()) {
-            const QString entry = n->key == QLatin1String("root") ? QString() : n->key;
+            const QString entry = n->key == "root"_L1 ? QString() : n->key;
             if (v.entryId != entry || (!n->tag.isEmpty() && v.storeId != n->tag))
-                fault(QStringLiteral("the ids are \"%1\" / \"%2\", the selected node %3 is \"%4\" / \"%5\"")
-                          .arg(v.entryId, v.storeId, n->path.isEmpty() ? QStringLiteral("root") : n->path,
-                               entry, n->tag));
+                fault(u"the ids are \"%1\" / \"%2\", the selected node %3 is \"%4\" / \"%5\""_s.arg(
+                    v.entryId, v.storeId, n->path.isEmpty() ? u"root"_s : n->path, entry, n->tag));
         }
         if (!e.gotoKey.isEmpty() && (!v.node() || v.node()->key != e.gotoKey))
-            fault(QStringLiteral("Go To selected %1, not the agent of the row")
-                      .arg(v.node() ? v.node()->path : QString()));
+            fault(
+                u"Go To selected %1, not the agent of the row"_s.arg(v.node() ? v.node()->path : QString()));
         // A key the tree swallows leaves the pane as it was.
         if (e.paneKept && (v.pane != before.pane || v.dirty != e.dirtyAfter))
-            fault(QStringLiteral("the pane changed: \"%1\" (dirty %2), it held \"%3\" (dirty %4)")
-                      .arg(escaped(v.pane), v.dirty ? QStringLiteral("yes") : QStringLiteral("no"),
-                           escaped(before.pane),
-                           e.dirtyAfter ? QStringLiteral("yes") : QStringLiteral("no")));
+            fault(u"the pane changed: \"%1\" (dirty %2), it held \"%3\" (dirty %4)"_s.arg(
+                escaped(v.pane), v.dirty ? u"yes"_s : u"no"_s, escaped(before.pane),
+                e.dirtyAfter ? u"yes"_s : u"no"_s));
         checkStore(was, e);
         // A click or a Go To that loaded an agent shows its stored script.
-        const bool loaded = !e.gotoKey.isEmpty() ||
-                            m_stepCommands.join(QLatin1Char('\n')).contains(QLatin1String("click key:"));
+        const bool loaded = !e.gotoKey.isEmpty() || m_stepCommands.join(u'\n').contains("click key:"_L1);
         if (loaded && v.onAgent() && !v.dirty) {
             const QJsonObject agent = m_store.agents.value(v.node()->path);
-            if (!agent.isEmpty() && agent.value(QStringLiteral("script")).toString() != v.pane)
-                fault(QStringLiteral("the pane doesn't show the stored script of %1").arg(v.node()->path));
+            if (!agent.isEmpty() && agent.value(u"script"_s).toString() != v.pane)
+                fault(u"the pane doesn't show the stored script of %1"_s.arg(v.node()->path));
         }
     }
 
     void checkStore(const Store &was, const Expect &e)
     {
         if (m_store.rest != was.rest)
-            fault(QStringLiteral("the store changed outside the agents"));
+            fault(u"the store changed outside the agents"_s);
         QSet<QString> paths(was.agents.keyBegin(), was.agents.keyEnd());
         for (auto it = m_store.agents.cbegin(); it != m_store.agents.cend(); ++it) {
             paths.insert(it.key());
-            if (!it->value(QStringLiteral("binding")).toBool() ||
-                !it->value(QStringLiteral("stateMessage")).toBool())
-                fault(QStringLiteral("the agent %1 isn't whole").arg(it.key()));
+            if (!it->value(u"binding"_s).toBool() || !it->value(u"stateMessage"_s).toBool())
+                fault(u"the agent %1 isn't whole"_s.arg(it.key()));
         }
         for (const QString &path : paths) {
             const QJsonObject old = was.agents.value(path);
             const QJsonObject now = m_store.agents.value(path);
             if (now.isEmpty() && path != e.deletedAgent) {
-                fault(QStringLiteral("the agent %1 went").arg(path));
+                fault(u"the agent %1 went"_s.arg(path));
                 continue;
             }
             if (old.isEmpty()) {
-                fault(QStringLiteral("an agent %1 came").arg(path));
+                fault(u"an agent %1 came"_s.arg(path));
                 continue;
             }
             if (now.isEmpty())
@@ -621,33 +581,31 @@ private:
             for (const QString &k : old.keys() + now.keys())
                 if (old.value(k) != now.value(k) && !changed.contains(k))
                     changed << k;
-            changed.removeAll(QStringLiteral("modified"));
-            changed.removeAll(QStringLiteral("modifiedBy"));
+            changed.removeAll(u"modified"_s);
+            changed.removeAll(u"modifiedBy"_s);
             if (path == e.savedAgent) {
-                if (now.value(QStringLiteral("script")).toString() != e.savedText)
-                    fault(QStringLiteral("the save of %1 didn't store what the pane showed").arg(path));
-                changed.removeAll(QStringLiteral("script"));
+                if (now.value(u"script"_s).toString() != e.savedText)
+                    fault(u"the save of %1 didn't store what the pane showed"_s.arg(path));
+                changed.removeAll(u"script"_s);
             }
             if (path == e.changedAgent)
-                changed.removeIf([](const QString &k) { return k != QLatin1String("script"); });
+                changed.removeIf([](const QString &k) { return k != "script"_L1; });
             if (!changed.isEmpty())
-                fault(QStringLiteral("the agent %1 changed (%2)")
-                          .arg(path, changed.join(QStringLiteral(", "))));
+                fault(u"the agent %1 changed (%2)"_s.arg(path, changed.join(u", "_s)));
         }
         if (!e.deletedAgent.isEmpty() && m_store.agents.contains(e.deletedAgent))
-            fault(QStringLiteral("the agent %1 wasn't deleted").arg(e.deletedAgent));
+            fault(u"the agent %1 wasn't deleted"_s.arg(e.deletedAgent));
     }
 
     void report(QTextStream &out)
     {
-        out << "seed " << m_seed << ", step " << m_step << ": " << m_stepCommands.join(QStringLiteral(" ; "))
-            << "\n";
+        out << "seed " << m_seed << ", step " << m_step << ": " << m_stepCommands.join(u" ; "_s) << "\n";
         for (const QString &f : m_faults)
             out << "    " << f << "\n";
         // The commands since the session started, the last 60 of them.
         QStringList commands;
         for (const QString &c : m_history)
-            if (c != QLatin1String("state") && c != QLatin1String("store"))
+            if (c != "state"_L1 && c != "store"_L1)
                 commands << c;
         out << "  the session" << (commands.size() > 60 ? " (its last 60 commands)" : "") << ":\n";
         for (const QString &c : commands.mid(qMax<qsizetype>(0, commands.size() - 60)))
@@ -659,7 +617,7 @@ private:
     QString m_fixture;
     std::mt19937 m_random;
     quint32 m_seed;
-    std::unique_ptr<DriverProcess> m_driver;
+    std::unique_ptr<testsupport::DriverProcess> m_driver;
     int m_step = 0;
     int m_played = 0;
     QString m_mode;

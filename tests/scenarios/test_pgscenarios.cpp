@@ -2,9 +2,9 @@
 // again with every fixture made on a PostgreSQL server instead of a file;
 // and the profile dialog's server profiles, on a store loaded there first.
 #include "platform/store/fixture.h"
+#include "tests/support/driverprocess.h"
 #include "tests/support/pgserver.h"
 
-#include <QProcess>
 #include <QtTest>
 
 #include <memory>
@@ -23,6 +23,10 @@ private Q_SLOTS:
         const QString shared = m_server->createDatabase(QStringLiteral("profiles"));
         QVERIFY(!shared.isEmpty());
         store::loadFixture(QStringLiteral(SORRELIN_SOURCE "/tests/fixtures/agents.json"), shared);
+        // The runner reads the fixtures from the source folder; its driver
+        // makes every store on the server.
+        QVERIFY(QDir::setCurrent(QStringLiteral(SORRELIN_SOURCE)));
+        qputenv("SORRELIN_DRIVER_STORE_SERVER", m_server->location(QStringLiteral("postgres")).toUtf8());
     }
 
     void scenario_data()
@@ -40,17 +44,9 @@ private Q_SLOTS:
     void scenario()
     {
         QFETCH(QString, file);
-        QProcess runner;
-        runner.setWorkingDirectory(QStringLiteral(SORRELIN_SOURCE));
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("SORRELIN_DRIVER_STORE_SERVER"),
-                   m_server->location(QStringLiteral("postgres")));
-        runner.setProcessEnvironment(env);
-        runner.setProcessChannelMode(QProcess::MergedChannels);
-        runner.start(QStringLiteral(SORRELIN_SCENARIO_RUNNER), {QStringLiteral(SORRELIN_DRIVER), file});
-        QVERIFY(runner.waitForFinished(120000));
-        const QByteArray output = runner.readAll();
-        QVERIFY2(runner.exitStatus() == QProcess::NormalExit && runner.exitCode() == 0, output.constData());
+        const testsupport::ToolRun run = testsupport::runProgram(
+            {QStringLiteral(SORRELIN_SCENARIO_RUNNER), QStringLiteral(SORRELIN_DRIVER), file});
+        QVERIFY2(run.code == 0, (run.out + run.err).constData());
     }
 };
 

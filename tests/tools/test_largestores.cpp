@@ -6,12 +6,12 @@
 #include "platform/store/database.h"
 #include "platform/store/folderlevels.h"
 #include "platform/store/generate.h"
+#include "tests/support/driverprocess.h"
 #include "tests/support/testenv.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QtTest>
 
 #include <sys/resource.h>
@@ -23,26 +23,15 @@ namespace {
 constexpr rlim_t kAddressSpace = rlim_t(3) << 30; // what a child may map
 constexpr long kPeakMB = 1024;                    // what it may keep resident
 
-struct Result {
-    int code = -1;
-    QByteArray out;
-    QByteArray err;
-};
+using Result = testsupport::ToolRun;
 
 /// Runs a program under the memory limit, with `input` on its standard input.
 Result run(const QString &program, const QStringList &args, const QByteArray &input = {})
 {
-    QProcess p;
-    p.setChildProcessModifier([] {
+    return testsupport::runProgram(QStringList{program} + args, input, [] {
         const rlimit limit{kAddressSpace, kAddressSpace};
         setrlimit(RLIMIT_AS, &limit);
     });
-    p.start(program, args);
-    p.write(input);
-    p.closeWriteChannel();
-    p.waitForFinished(-1);
-    return Result{p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1, p.readAllStandardOutput(),
-                  p.readAllStandardError()};
 }
 
 /// The most any child so far has kept resident.

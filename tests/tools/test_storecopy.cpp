@@ -5,13 +5,13 @@
 // goes through both engines the same.
 #include "platform/com/comerror.h"
 #include "platform/mapi/profiles.h"
+#include "tests/support/driverprocess.h"
 #include "tests/support/pgserver.h"
 #include "tests/support/testenv.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QStandardPaths>
 #include <QtTest>
 
@@ -26,20 +26,13 @@ private:
     testsupport::TestHome m_home;
     std::unique_ptr<testsupport::PgServer> m_server;
 
-    /// What the tool prints for `args`; the test fails if it doesn't succeed.
+    /// What the tool prints for `args`, or "failed" when it doesn't succeed.
     static QByteArray tool(const QStringList &args)
     {
-        QProcess p;
-        // The tool's profiles go where this test reads them.
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(u"XDG_CONFIG_HOME"_s,
-                   QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
-        p.setProcessEnvironment(env);
-        p.start(QStringLiteral(SORRELIN_STORE_TOOL), args);
-        if (!p.waitForFinished(120000) || p.exitStatus() != QProcess::NormalExit || p.exitCode() != 0)
-            qWarning("sorrelin-store %s: %s", qPrintable(args.join(u' ')),
-                     p.readAllStandardError().constData());
-        return p.exitCode() == 0 ? p.readAllStandardOutput() : QByteArray("failed");
+        const testsupport::ToolRun run = testsupport::runStoreTool(args);
+        if (run.code != 0)
+            qWarning("sorrelin-store %s: %s", qPrintable(args.join(u' ')), run.err.constData());
+        return run.code == 0 ? run.out : QByteArray("failed");
     }
 
     /// Folders of 255, 256 and 257 messages; the first message of each
@@ -73,6 +66,9 @@ private:
 private Q_SLOTS:
     void initTestCase()
     {
+        // The tool's profiles go where this test reads them.
+        qputenv("XDG_CONFIG_HOME",
+                QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation).toUtf8());
         m_server = std::make_unique<testsupport::PgServer>();
         SORRELIN_REQUIRE_PGSERVER(*m_server);
     }

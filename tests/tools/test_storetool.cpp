@@ -3,7 +3,7 @@
 #include "platform/os/applog.h"
 #include "platform/store/database.h"
 #include "platform/store/fixture.h"
-#include "tests/integration/driverprocess.h"
+#include "tests/support/driverprocess.h"
 #include "tests/support/storekit.h"
 #include "tests/support/testenv.h"
 

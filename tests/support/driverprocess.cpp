@@ -15,10 +15,15 @@ QStringList asUserCommand(const QString &program, int asUser)
 }
 
 DriverProcess::DriverProcess(const QString &home, int asUser)
+    : DriverProcess(asUserCommand(QStringLiteral(SORRELIN_DRIVER), asUser) + QStringList{u"--keep"_s, home},
+                    QProcess::SeparateChannels)
 {
-    const QStringList command = asUserCommand(QStringLiteral(SORRELIN_DRIVER), asUser);
-    m_process.setProcessChannelMode(QProcess::SeparateChannels);
-    m_process.start(command.first(), command.mid(1) + QStringList{u"--keep"_s, home});
+}
+
+DriverProcess::DriverProcess(const QStringList &command, QProcess::ProcessChannelMode channels)
+{
+    m_process.setProcessChannelMode(channels);
+    m_process.start(command.first(), command.mid(1));
     m_process.waitForStarted();
 }
 
@@ -31,9 +36,11 @@ DriverProcess::~DriverProcess()
 QJsonObject DriverProcess::send(const QString &line, int timeoutMs)
 {
     m_process.write(line.toUtf8() + '\n');
+    m_answered = false;
     while (!m_process.canReadLine())
         if (!m_process.waitForReadyRead(timeoutMs))
             return QJsonObject{{u"ok"_s, false}, {u"error"_s, u"no answer to: "_s + line}};
+    m_answered = true;
     return QJsonDocument::fromJson(m_process.readLine()).object();
 }
 
@@ -63,14 +70,22 @@ void DriverProcess::kill()
     m_process.waitForFinished(10000);
 }
 
-ToolRun runStoreTool(const QStringList &arguments, int asUser)
+ToolRun runProgram(const QStringList &command, const QByteArray &input, const std::function<void()> &inChild)
 {
-    const QStringList command = asUserCommand(QStringLiteral(SORRELIN_STORE_TOOL), asUser);
     QProcess p;
-    p.start(command.first(), command.mid(1) + arguments);
-    p.waitForFinished(120000);
+    if (inChild)
+        p.setChildProcessModifier(inChild);
+    p.start(command.first(), command.mid(1));
+    p.write(input);
+    p.closeWriteChannel();
+    p.waitForFinished(-1);
     return ToolRun{p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1, p.readAllStandardOutput(),
                    p.readAllStandardError()};
+}
+
+ToolRun runStoreTool(const QStringList &arguments, int asUser)
+{
+    return runProgram(asUserCommand(QStringLiteral(SORRELIN_STORE_TOOL), asUser) + arguments);
 }
 
 } // namespace testsupport
