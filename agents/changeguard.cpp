@@ -22,8 +22,8 @@ LoadedChange loadChange(const mapi::Session &session, const QString &entryId)
     return {entryId, session.AgentChange(entryId).number};
 }
 
-std::unique_ptr<store::Database::Transaction> beginGuardedWrite(mapi::Session &session, ui::Prompter &prompter,
-                                                                LoadedChange &loaded, const QString &name)
+std::unique_ptr<store::Database::Transaction>
+beginGuardedWrite(mapi::Session &session, ui::Prompter &prompter, LoadedChange &loaded, const QString &name)
 {
     for (;;) {
         auto transaction = session.BeginTransaction();

@@ -28,8 +28,8 @@ LoadedChange loadChange(const mapi::Session &session, const QString &entryId);
 /// when and asked whether to write over it: No gives nothing, and nothing is
 /// written or held; Yes takes the store's change as the one loaded.
 /// `name` names the agent in the question.
-std::unique_ptr<store::Database::Transaction> beginGuardedWrite(mapi::Session &session, ui::Prompter &prompter,
-                                                                LoadedChange &loaded, const QString &name);
+std::unique_ptr<store::Database::Transaction>
+beginGuardedWrite(mapi::Session &session, ui::Prompter &prompter, LoadedChange &loaded, const QString &name);
 
 /// Commits the write, after which the program has loaded what it wrote.
 void commitGuardedWrite(mapi::Session &session, store::Database::Transaction &transaction,

@@ -284,14 +284,14 @@ bool frmMain::InstallScript(const QString &strFilePath, const QString &strAgentN
             source.SaveChanges();
             transaction->commit();
             app::logEvent(m_program,
-                          generalDate(QDateTime::currentDateTime()) + QLatin1Char(' ') + txtAgentName->text() +
-                              QStringLiteral(" installed in ") + targetPath,
+                          generalDate(QDateTime::currentDateTime()) + QLatin1Char(' ') +
+                              txtAgentName->text() + QStringLiteral(" installed in ") + targetPath,
                           os::kLogInformation);
         },
         [&](const com::ComError &e) {
             app::logEvent(m_program,
-                          generalDate(QDateTime::currentDateTime()) + QLatin1Char(' ') + txtAgentName->text() +
-                              QStringLiteral(" installation failure. ") + e.source() +
+                          generalDate(QDateTime::currentDateTime()) + QLatin1Char(' ') +
+                              txtAgentName->text() + QStringLiteral(" installation failure. ") + e.source() +
                               QStringLiteral(" Error#: ") + QString::number(e.number()) +
                               QStringLiteral(" Description: ") + e.description(),
                           os::kLogError);

@@ -60,7 +60,8 @@ int main(int argc, char *argv[])
     double load[3] = {0, 0, 0};
     getloadavg(load, 3);
     std::printf("machine: %s, %d cores; load average %.2f %.2f %.2f\n",
-                qPrintable(QSysInfo::prettyProductName()), QThread::idealThreadCount(), load[0], load[1], load[2]);
+                qPrintable(QSysInfo::prettyProductName()), QThread::idealThreadCount(), load[0], load[1],
+                load[2]);
     main.close();
     return 0;
 }

@@ -74,8 +74,8 @@ int main(int argc, char *argv[])
                 "peak memory: %ld MB after the start, %ld MB after the refreshes\n"
                 "load average: %.2f before, %.2f after\n",
                 program.gfrmMain->treOutl->count(), start, refreshes.at(2), sql, refreshes.at(2) / sql,
-                refreshCpu, passCpu, refreshCpu / passCpu,
-                startMemory, bench::peakMemoryMB(), loadBefore, bench::loadAverage());
+                refreshCpu, passCpu, refreshCpu / passCpu, startMemory, bench::peakMemoryMB(), loadBefore,
+                bench::loadAverage());
     program.gfrmMain->close();
     return 0;
 }

@@ -33,8 +33,8 @@ QDateTime AgentIndex::time(const QVariant &stored) const
                             text.at(13) == QLatin1Char(':') && text.at(16) == QLatin1Char(':');
         const QTime clock = shaped ? QTime::fromString(QStringView(text).mid(11), Qt::ISODate) : QTime();
         const QDateTime quick(date, clock);
-        it = m_times.insert(text, date.isValid() && clock.isValid() && quick.isValid() && quick.date() == date &&
-                                          quick.time() == clock
+        it = m_times.insert(text, date.isValid() && clock.isValid() && quick.isValid() &&
+                                          quick.date() == date && quick.time() == clock
                                       ? quick
                                       : mapi::storeTime(stored));
     }
@@ -58,7 +58,8 @@ void AgentIndex::readMessages(mapi::SessionState &state)
                        " LEFT JOIN fields c ON c.message = m.id AND c.tag = ?"
                        " LEFT JOIN fields l ON l.message = m.id AND l.tag = ?"
                        " WHERE m.hidden = 1 AND m.class = ?"),
-        {mapi::tagKey(mapi::PR_CREATOR_NAME), mapi::tagKey(mapi::PR_LAST_MODIFIER_NAME), mapi::kBindingClass});
+        {mapi::tagKey(mapi::PR_CREATOR_NAME), mapi::tagKey(mapi::PR_LAST_MODIFIER_NAME),
+         mapi::kBindingClass});
     while (q.next()) {
         AgentMessage m;
         m.storeId = q.value(1).toString();
@@ -83,7 +84,8 @@ void AgentIndex::readBindings(mapi::SessionState &state)
         // The first of the source's order wins, as a search from the front finds it.
         const std::pair<qint64, QString> key{q.value(0).toLongLong(), q.value(1).toString()};
         if (!m_bindings.contains(key))
-            m_bindings.insert(key, AgentBinding{static_cast<int16_t>(q.value(2).toInt()), q.value(3).toString()});
+            m_bindings.insert(key,
+                              AgentBinding{static_cast<int16_t>(q.value(2).toInt()), q.value(3).toString()});
     }
 }
 

@@ -1,10 +1,10 @@
 #include "catalogue/agentwalk.h"
 
 #include "agents/agentmodel.h"
-#include "catalogue/agentindex.h"
 #include "app/frmmain.h"
 #include "app/generaldate.h"
 #include "app/program.h"
+#include "catalogue/agentindex.h"
 #include "navigation/folderpath.h"
 #include "navigation/nodekinds.h"
 #include "platform/controls/sstree.h"
@@ -63,7 +63,8 @@ AgentFacts lookUp(app::Program &program, const QString &entryId, const QString &
                   std::optional<AgentBinding> &binding, navigation::FolderPaths &paths)
 {
     const mapi::Message message = program.gobjSession->GetMessage(entryId, storeId);
-    agents::AgentFolder folder = agents::openMessageFolder(*program.gobjSession, *program.gobjEvents, message);
+    agents::AgentFolder folder =
+        agents::openMessageFolder(*program.gobjSession, *program.gobjEvents, message);
     const outlook::MAPIFolder olFolder =
         program.gobjNameSpace->GetFolderFromID(message.FolderID(), message.StoreID());
     if (std::optional<events::Binding> found = agents::findBinding(folder.bindings(), entryId))

@@ -21,8 +21,9 @@ void frmMain::mnuFileInstalledAgents_Click()
     const QPointer<catalogue::ReportWindow> form = catalogue::newFrmScripts(*this);
     com::withHandler(
         [&] {
-            catalogue::walkAgents(
-                *this, status, [&](const auto &agent) { form->SSDBGrid1->AddItem(catalogue::listRow(agent)); });
+            catalogue::walkAgents(*this, status, [&](const auto &agent) {
+                form->SSDBGrid1->AddItem(catalogue::listRow(agent));
+            });
         },
         [&](const com::ComError &e) { scripts::showFileError(prompter(), e); });
     StatBar(QString());

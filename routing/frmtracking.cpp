@@ -24,8 +24,7 @@ QString labelText(const catalogue::ReportWindow &form, const QString &name)
 
 void SSDBGrid1_PrintInitialize(const catalogue::ReportWindow &form, controls::PrintInfo &info)
 {
-    info.pageHeader = QLatin1Char('\t') + form.windowTitle() + QStringLiteral(" - ") +
-                      form.strFolderPath;
+    info.pageHeader = QLatin1Char('\t') + form.windowTitle() + QStringLiteral(" - ") + form.strFolderPath;
     info.pageFooter = QStringLiteral("\tApprove: ") + labelText(form, QStringLiteral("lblApprove")) +
                       QStringLiteral(" - Reject: ") + labelText(form, QStringLiteral("lblReject"));
 }

@@ -98,8 +98,8 @@ bool frmMain::SaveScript()
             message.Fields(mapi::PR_SCRIPT).setValue(scripts::paneToScript(text));
             if (m_loadedScript.entryId != strEntryID)
                 m_loadedScript = agents::loadChange(*m_program.gobjSession, strEntryID);
-            const auto transaction =
-                agents::beginGuardedWrite(*m_program.gobjSession, prompter(), m_loadedScript, message.Subject());
+            const auto transaction = agents::beginGuardedWrite(*m_program.gobjSession, prompter(),
+                                                               m_loadedScript, message.Subject());
             if (!transaction) {
                 SetHourglass(false);
                 return;

@@ -47,7 +47,8 @@ public:
             const Folder root = m_scan->rootFolder(store.row());
             if (root == mapi::FolderScan::kNone)
                 continue; // a store without a root folder isn't shown
-            const qint32 node = add(rootNode(), store.Name(), store.Name(), m_scan->storeId(root), kImageStore, false);
+            const qint32 node =
+                add(rootNode(), store.Name(), store.Name(), m_scan->storeId(root), kImageStore, false);
             addFolders(root, node == SSTreeNodes::kNone ? m_nodes->find(store.Name()) : node);
         }
     }
@@ -64,7 +65,8 @@ public:
             const qint32 tag = tagOf(folder);
             for (const qint32 number : m_scan->bindings(folder)) {
                 const mapi::FolderScan::Binding binding = m_scan->binding(number);
-                m_nodes->addUtf8(i, binding.id, binding.subject, tag, classifyHandlerField(binding.handler), false);
+                m_nodes->addUtf8(i, binding.id, binding.subject, tag, classifyHandlerField(binding.handler),
+                                 false);
             }
         }
     }
@@ -111,7 +113,8 @@ private:
             qint32 node = m_nodes->addUtf8(p.parent, id, m_scan->name(p.folder), tagOf(p.folder),
                                            classify(p.folder), true);
             if (node == SSTreeNodes::kNone)
-                node = m_nodes->find(QString::fromUtf8(id)); // its subfolders go below the node that has the key
+                node =
+                    m_nodes->find(QString::fromUtf8(id)); // its subfolders go below the node that has the key
             else
                 m_folderOf.append(p.folder);
             push(p.folder, node, p.level + 1);
@@ -154,7 +157,8 @@ private:
 
     /// The node's index, or kNone when the tree refuses it: its key stands
     /// already, or its parent isn't there.
-    qint32 add(qint32 parent, const QString &key, const QString &text, const QString &tag, int image, bool open)
+    qint32 add(qint32 parent, const QString &key, const QString &text, const QString &tag, int image,
+               bool open)
     {
         const qint32 node = m_nodes->add(parent, key, text, m_nodes->tag(tag), image, open);
         if (node != SSTreeNodes::kNone)
@@ -167,7 +171,7 @@ private:
     com::ResumeNext m_routine;
     std::optional<mapi::FolderScan> m_scan;
     std::shared_ptr<SSTreeNodes> m_nodes = std::make_shared<SSTreeNodes>();
-    QVector<Folder> m_folderOf; ///< the folder behind each node up to the agents, kNone for others
+    QVector<Folder> m_folderOf;  ///< the folder behind each node up to the agents, kNone for others
     QVector<qint32> m_storeTags; ///< each store's tag number, kNone until first asked
     std::optional<bool> m_eventSources;
     qsizetype m_folderNodes = 0;
@@ -205,8 +209,9 @@ TreeWalk walkTree(mapi::Session &session, events::Events &events, bool withAgent
     for (qint32 i = 0; i < nodes.size(); ++i) {
         const qint32 parent = nodes.parent(i);
         const bool top = parent == SSTreeNodes::kNone;
-        walk.nodes.append(TreeNode{top ? QString() : nodes.key(parent), nodes.key(i), nodes.text(i).toString(),
-                                   nodes.tag(i), nodes.image(i), top ? 0 : walk.nodes.at(parent).depth + 1});
+        walk.nodes.append(TreeNode{top ? QString() : nodes.key(parent), nodes.key(i),
+                                   nodes.text(i).toString(), nodes.tag(i), nodes.image(i),
+                                   top ? 0 : walk.nodes.at(parent).depth + 1});
     }
     return walk;
 }

@@ -224,7 +224,8 @@ void collectNodes(const controls::SSTree &tree, controls::SSTree::Id parent, con
 {
     for (const controls::SSTree::Id node : tree.nodeChildren(parent)) {
         const QString text = tree.nodeText(node);
-        const QString path = parent == controls::SSTree::kNone ? QString() : parentPath + QLatin1Char('\\') + text;
+        const QString path =
+            parent == controls::SSTree::kNone ? QString() : parentPath + QLatin1Char('\\') + text;
         QJsonObject n;
         n.insert(QStringLiteral("path"), path);
         n.insert(QStringLiteral("key"), tree.nodeKey(node));
@@ -240,12 +241,13 @@ void collectNodes(const controls::SSTree &tree, controls::SSTree::Id parent, con
 
 /// The first node, in the tree's order, whose path below its top node is
 /// `path`; only branches on the way to it are read.
-controls::SSTree::Id findPath(const controls::SSTree &tree, controls::SSTree::Id parent, const QString &parentPath,
-                              const QString &path)
+controls::SSTree::Id findPath(const controls::SSTree &tree, controls::SSTree::Id parent,
+                              const QString &parentPath, const QString &path)
 {
     for (const controls::SSTree::Id node : tree.nodeChildren(parent)) {
-        const QString own =
-            parent == controls::SSTree::kNone ? QString() : parentPath + QLatin1Char('\\') + tree.nodeText(node);
+        const QString own = parent == controls::SSTree::kNone
+                                ? QString()
+                                : parentPath + QLatin1Char('\\') + tree.nodeText(node);
         if (own == path)
             return node;
         if (own.isEmpty() || (path.startsWith(own) && path.at(own.size()) == QLatin1Char('\\'))) {

@@ -65,8 +65,9 @@ int dump(const QStringList &a, Output io)
     io.out.flush();
     QFile out;
     if (!out.open(stdout, QIODevice::WriteOnly))
-        throw com::ComError(com::err::FileAccess, QStringLiteral("sorrelin-store"),
-                            QStringLiteral("The standard output could not be written: %1").arg(out.errorString()));
+        throw com::ComError(
+            com::err::FileAccess, QStringLiteral("sorrelin-store"),
+            QStringLiteral("The standard output could not be written: %1").arg(out.errorString()));
     store::dumpStore(*db, out);
     return 0;
 }

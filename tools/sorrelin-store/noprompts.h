@@ -8,12 +8,13 @@ namespace storetool {
 /// button, and every dialog is cancelled.
 class NoPrompts : public ui::Prompter {
 public:
-    ui::Answer msgBox(const QString &, ui::Buttons buttons, ui::Icon, int defaultButton, const QString &) override
+    ui::Answer msgBox(const QString &, ui::Buttons buttons, ui::Icon, int defaultButton,
+                      const QString &) override
     {
         return answer(buttons, defaultButton);
     }
-    ui::Answer msgBoxDetail(const QString &, const QString &, ui::Buttons buttons, ui::Icon, int defaultButton,
-                            const QString &) override
+    ui::Answer msgBoxDetail(const QString &, const QString &, ui::Buttons buttons, ui::Icon,
+                            int defaultButton, const QString &) override
     {
         return answer(buttons, defaultButton);
     }
@@ -37,7 +38,9 @@ private:
         case ui::Buttons::YesNo:
             return defaultButton == 2 ? ui::Answer::No : ui::Answer::Yes;
         case ui::Buttons::YesNoCancel:
-            return defaultButton == 3 ? ui::Answer::Cancel : defaultButton == 2 ? ui::Answer::No : ui::Answer::Yes;
+            return defaultButton == 3   ? ui::Answer::Cancel
+                   : defaultButton == 2 ? ui::Answer::No
+                                        : ui::Answer::Yes;
         }
         return ui::Answer::Cancel;
     }

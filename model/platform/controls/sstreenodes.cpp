@@ -108,7 +108,8 @@ qint32 SSTreeNodes::find(QStringView key) const
     return findBytes(bytes, quint32(qHash(QByteArrayView(bytes))));
 }
 
-qint32 SSTreeNodes::add(qint32 parent, QStringView key, QStringView text, qint32 tag, int image, bool expanded)
+qint32 SSTreeNodes::add(qint32 parent, QStringView key, QStringView text, qint32 tag, int image,
+                        bool expanded)
 {
     const qsizetype at = m_keys.size();
     appendUtf8(m_keys, key);

@@ -58,7 +58,8 @@ private:
     qint32 findBytes(QByteArrayView key, quint32 hash) const;
     void place(qint32 node, quint32 hash);
     /// Adds the node whose key was appended to m_keys at `at`.
-    qint32 addAppendedKey(qsizetype at, qint32 parent, QStringView text, qint32 tag, int image, bool expanded);
+    qint32 addAppendedKey(qsizetype at, qint32 parent, QStringView text, qint32 tag, int image,
+                          bool expanded);
     void grow();
 
     QVector<qint32> m_parent;
@@ -76,7 +77,7 @@ private:
         qint32 node = kNone;
         quint32 hash = 0;
     };
-    QVector<Slot> m_slots; ///< open addressing from a key's hash to its node; kNone for a free slot
+    QVector<Slot> m_slots;        ///< open addressing from a key's hash to its node; kNone for a free slot
     QVector<qint32> m_childStart; ///< per node and one for the top: where its children begin in m_children
     QVector<qint32> m_children;
 };

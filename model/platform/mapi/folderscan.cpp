@@ -113,7 +113,8 @@ void FolderScan::readFolders(const StatePtr &state)
         }
     }
 
-    QVector<qint64> parents, places; // each folder's parent's row (0 for a top folder) and place among its siblings
+    QVector<qint64> parents,
+        places; // each folder's parent's row (0 for a top folder) and place among its siblings
     const qsizetype expected = expectedRows(state, QStringLiteral("folders"));
     m_facts.reserve(expected);
     for (auto *column : {&m_row, &parents, &places})

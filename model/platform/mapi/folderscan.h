@@ -99,7 +99,7 @@ private:
 
     StatePtr m_state;
     QVector<Store> m_stores;
-    QVector<qint64> m_row; ///< ascending
+    QVector<qint64> m_row;   ///< ascending
     QVector<qint32> m_byRow; ///< from a row number to its folder, while the row numbers are dense
     /// What a walk asks of each folder, side by side: it visits the
     /// folders out of the order of their rows.

@@ -315,8 +315,8 @@ private:
             w.Key("flags");
             writeText(w, r.flags);
             w.Key("args");
-            const QByteArray args =
-                QJsonDocument(QJsonDocument::fromJson(r.args.toUtf8()).array()).toJson(QJsonDocument::Compact);
+            const QByteArray args = QJsonDocument(QJsonDocument::fromJson(r.args.toUtf8()).array())
+                                        .toJson(QJsonDocument::Compact);
             w.RawValue(args.constData(), static_cast<size_t>(args.size()), rapidjson::kArrayType);
             w.EndObject();
         }
@@ -450,14 +450,15 @@ private:
     void read(const QString &in)
     {
         m_in = Contents();
-        QSqlQuery f =
-            m_db.run(QStringLiteral("SELECT id, name, access, event_source FROM folders WHERE id IN (%1)").arg(in));
+        QSqlQuery f = m_db.run(
+            QStringLiteral("SELECT id, name, access, event_source FROM folders WHERE id IN (%1)").arg(in));
         while (f.next())
-            m_in.folders.insert(f.value(0).toLongLong(),
-                                FolderRow{f.value(1).toString(), f.value(2).toInt(), f.value(3).toInt() != 0});
-        QSqlQuery m = m_db.run(QStringLiteral("SELECT id, folder, hidden, entry_id, class, subject, created,"
-                                              " modified, received FROM messages WHERE folder IN (%1) ORDER BY id")
-                                   .arg(in));
+            m_in.folders.insert(f.value(0).toLongLong(), FolderRow{f.value(1).toString(), f.value(2).toInt(),
+                                                                   f.value(3).toInt() != 0});
+        QSqlQuery m =
+            m_db.run(QStringLiteral("SELECT id, folder, hidden, entry_id, class, subject, created,"
+                                    " modified, received FROM messages WHERE folder IN (%1) ORDER BY id")
+                         .arg(in));
         std::vector<qint64> messageRows;
         while (m.next()) {
             messageRows.push_back(m.value(0).toLongLong());
@@ -468,19 +469,18 @@ private:
         }
         // The bindings of the binding messages, found by their folders; one
         // kept in another folder than its message is looked for alone.
-        const QString bindingColumns =
-            QStringLiteral("SELECT message, name, active, event_mask, handler_class, state_message, sched_type,"
-                           " sched_interval, sched_start, sched_end, sched_days, sched_at FROM bindings");
+        const QString bindingColumns = QStringLiteral(
+            "SELECT message, name, active, event_mask, handler_class, state_message, sched_type,"
+            " sched_interval, sched_start, sched_end, sched_days, sched_at FROM bindings");
         const auto take = [this](QSqlQuery &b) {
             while (b.next()) {
                 const QString message = b.value(0).toString();
                 if (!m_in.bindings.contains(message))
-                    m_in.bindings.insert(message, BindingRow{b.value(1).toString(), b.value(4).toString(),
-                                                             b.value(3).toInt(), b.value(6).toInt(),
-                                                             b.value(7).toInt(), b.value(8).toInt(),
-                                                             b.value(9).toInt(), b.value(10).toInt(),
-                                                             b.value(11).toInt(), b.value(2).toInt() != 0,
-                                                             b.value(5)});
+                    m_in.bindings.insert(
+                        message, BindingRow{b.value(1).toString(), b.value(4).toString(), b.value(3).toInt(),
+                                            b.value(6).toInt(), b.value(7).toInt(), b.value(8).toInt(),
+                                            b.value(9).toInt(), b.value(10).toInt(), b.value(11).toInt(),
+                                            b.value(2).toInt() != 0, b.value(5)});
             }
         };
         QSqlQuery b = m_db.run(bindingColumns + QStringLiteral(" WHERE folder IN (%1) ORDER BY id").arg(in));
@@ -491,20 +491,23 @@ private:
                 if (!m.hidden || m.cls != mapi::kBindingClass)
                     continue;
                 if (!m_in.bindings.contains(m.entryId)) {
-                    QSqlQuery one =
-                        m_db.run(bindingColumns + QStringLiteral(" WHERE message = ? ORDER BY id"), {m.entryId});
+                    QSqlQuery one = m_db.run(
+                        bindingColumns + QStringLiteral(" WHERE message = ? ORDER BY id"), {m.entryId});
                     take(one);
                 }
                 const auto found = m_in.bindings.constFind(m.entryId);
                 if (found != m_in.bindings.cend() && !found->stateMessage.isNull())
-                    states << QLatin1Char('\'') + found->stateMessage.toString().replace(QLatin1Char('\''), QStringLiteral("''")) +
+                    states << QLatin1Char('\'') +
+                                  found->stateMessage.toString().replace(QLatin1Char('\''),
+                                                                         QStringLiteral("''")) +
                                   QLatin1Char('\'');
             }
         if (!states.isEmpty()) {
-            QSqlQuery s = m_db.run(QStringLiteral("SELECT m.entry_id, m.id, l.value FROM messages m LEFT JOIN fields l"
-                                                  " ON l.message = m.id AND l.tag = ? WHERE m.entry_id IN (%1)")
-                                       .arg(states.join(QStringLiteral(", "))),
-                                   {mapi::tagKey(mapi::PR_AGENT_LOG)});
+            QSqlQuery s =
+                m_db.run(QStringLiteral("SELECT m.entry_id, m.id, l.value FROM messages m LEFT JOIN fields l"
+                                        " ON l.message = m.id AND l.tag = ? WHERE m.entry_id IN (%1)")
+                             .arg(states.join(QStringLiteral(", "))),
+                         {mapi::tagKey(mapi::PR_AGENT_LOG)});
             while (s.next())
                 m_in.states.insert(s.value(0).toString(), StateRow{s.value(1).toLongLong(), s.value(2)});
         }
@@ -524,8 +527,8 @@ private:
                                               " WHERE message IN (%1) ORDER BY message, row")
                                    .arg(ofMessages));
         while (r.next())
-            m_in.maps[r.value(0).toLongLong()].push_back(MapRow{r.value(1).toString(), r.value(2).toString(),
-                                                                r.value(3).toString(), r.value(4).toString()});
+            m_in.maps[r.value(0).toLongLong()].push_back(MapRow{
+                r.value(1).toString(), r.value(2).toString(), r.value(3).toString(), r.value(4).toString()});
         QSqlQuery i =
             m_db.run(QStringLiteral("SELECT message, rui, status, row FROM instances WHERE message IN (%1)")
                          .arg(ofMessages));
@@ -571,8 +574,9 @@ QJsonObject dumpStore(const Database &db)
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(text, &error);
     if (error.error != QJsonParseError::NoError)
-        throw com::ComError(com::err::InvalidParameter, QStringLiteral("sorrelin-store"),
-                            QStringLiteral("%1 can't be held as one object: %2").arg(db.path(), error.errorString()));
+        throw com::ComError(
+            com::err::InvalidParameter, QStringLiteral("sorrelin-store"),
+            QStringLiteral("%1 can't be held as one object: %2").arg(db.path(), error.errorString()));
     return document.object();
 }
 

@@ -10,10 +10,10 @@
 
 #include <QDateTime>
 #include <QFile>
-#include <QTemporaryFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QSqlQuery>
+#include <QTemporaryFile>
 #include <QTime>
 
 #include <array>
@@ -182,16 +182,17 @@ QJsonObject element(const QJsonArray &array, int i, const QString &list)
     return element(array, i, [&] { return QStringLiteral("%1[%2]").arg(list).arg(i); });
 }
 
-const QStringList kDocumentMembers = {QStringLiteral("user"), QStringLiteral("profile"), QStringLiteral("hosts"),
-                                      QStringLiteral("stores")};
+const QStringList kDocumentMembers = {QStringLiteral("user"), QStringLiteral("profile"),
+                                      QStringLiteral("hosts"), QStringLiteral("stores")};
 const QStringList kStoreMembers = {QStringLiteral("name"), QStringLiteral("provider"), QStringLiteral("host"),
                                    QStringLiteral("folders")};
-const QStringList kFolderMembers = {QStringLiteral("name"),   QStringLiteral("access"),
+const QStringList kFolderMembers = {QStringLiteral("name"),        QStringLiteral("access"),
                                     QStringLiteral("eventSource"), QStringLiteral("folders"),
-                                    QStringLiteral("agents"), QStringLiteral("messages"),
+                                    QStringLiteral("agents"),      QStringLiteral("messages"),
                                     QStringLiteral("hidden")};
 /// A folder's members that fill it, in the order they are filled in.
-const QStringList kFolderContents = {QStringLiteral("agents"), QStringLiteral("messages"), QStringLiteral("hidden")};
+const QStringList kFolderContents = {QStringLiteral("agents"), QStringLiteral("messages"),
+                                     QStringLiteral("hidden")};
 
 /// What a first reading of a fixture finds: its user, and for each folder,
 /// in the document's order, how many message rows its agents, messages and
@@ -345,10 +346,11 @@ public:
     [[noreturn]] void wrongShape(const QString &what) override
     {
         if (what.isEmpty())
-            throw com::ComError(com::err::InvalidParameter, kSource, QStringLiteral("expected one object at the top"));
+            throw com::ComError(com::err::InvalidParameter, kSource,
+                                QStringLiteral("expected one object at the top"));
         const size_t i = m_frames.size() - 1;
         throw bad(memberPath(i, m_frames[i].level == FixtureLevel::Document ? QStringLiteral("stores")
-                                                                             : QStringLiteral("folders")) +
+                                                                            : QStringLiteral("folders")) +
                       what,
                   QStringLiteral("expected an object"));
     }
@@ -359,7 +361,7 @@ private:
         int index = 0;
         qint64 parent = 0; ///< the row of the folder above; for a store, none
         QJsonObject members = {};
-        qint64 row = 0; ///< a folder's row; a store's root folder
+        qint64 row = 0;     ///< a folder's row; a store's root folder
         qint64 batched = 0; ///< a folder's place among the folder rows given to the batches
         bool made = false;
         /// The next message row of its agents, messages and hidden messages.
@@ -378,7 +380,8 @@ private:
     {
         QString text;
         for (size_t k = 1; k <= i; ++k)
-            text += (k == 1 ? QStringLiteral("stores[%1]") : QStringLiteral(".folders[%1]")).arg(m_frames[k].index);
+            text += (k == 1 ? QStringLiteral("stores[%1]") : QStringLiteral(".folders[%1]"))
+                        .arg(m_frames[k].index);
         return text;
     }
     QString memberPath(size_t i, const QString &name) const
@@ -401,9 +404,10 @@ private:
         f.made = true;
         if (f.level == FixtureLevel::Store) {
             m_store = insert(QStringLiteral("INSERT INTO stores(store_id, seq, name, provider, host)"
-                                                 " VALUES('', ?, '', '', '')"),
-                                  {f.index});
-            exec(QStringLiteral("UPDATE stores SET store_id = ? WHERE id = ?"), {makeStoreId(m_store), m_store});
+                                            " VALUES('', ?, '', '', '')"),
+                             {f.index});
+            exec(QStringLiteral("UPDATE stores SET store_id = ? WHERE id = ?"),
+                 {makeStoreId(m_store), m_store});
             f.row = insertFolder(QVariant(), 0, QStringLiteral("Top of Information Store"), f.batched);
             return;
         }
@@ -440,11 +444,13 @@ private:
             r.array(f.level == FixtureLevel::Document ? QStringLiteral("stores") : QStringLiteral("folders"));
         if (f.level == FixtureLevel::Document) {
             m_db.setMeta(QStringLiteral("user"), r.text(QStringLiteral("user"), QString(), true));
-            m_db.setMeta(QStringLiteral("profile"), r.text(QStringLiteral("profile"), QStringLiteral("Demo")));
+            m_db.setMeta(QStringLiteral("profile"),
+                         r.text(QStringLiteral("profile"), QStringLiteral("Demo")));
         } else if (f.level == FixtureLevel::Store) {
             exec(QStringLiteral("UPDATE stores SET name = ?, provider = ?, host = ? WHERE id = ?"),
-                     {r.text(QStringLiteral("name"), QString(), true), r.text(QStringLiteral("provider"), kExchange),
-                      r.text(QStringLiteral("host"), QString()), m_store});
+                 {r.text(QStringLiteral("name"), QString(), true),
+                  r.text(QStringLiteral("provider"), kExchange), r.text(QStringLiteral("host"), QString()),
+                  m_store});
         } else {
             const QString name = r.text(QStringLiteral("name"), QString(), true);
             if (name.isEmpty() || name.contains(QLatin1Char('\\')))
@@ -480,15 +486,15 @@ private:
                       QStringLiteral("a host of this name is already listed"));
         const bool restricted = r.has(QStringLiteral("authors"));
         const qint64 host = insert(QStringLiteral("INSERT INTO hosts(name, restricted) VALUES(?, ?)"),
-                                        {name, restricted ? 1 : 0});
+                                   {name, restricted ? 1 : 0});
         const QJsonArray authors = r.array(QStringLiteral("authors"));
         for (int i = 0; i < authors.size(); ++i) {
             if (!authors.at(i).isString())
                 throw bad(QStringLiteral("%1.authors[%2]").arg(path).arg(i),
                           QStringLiteral("expected a text"));
             exec(QStringLiteral(
-                         "INSERT INTO host_authors(host, \"user\") VALUES(?, ?) ON CONFLICT DO NOTHING"),
-                     {host, authors.at(i).toString()});
+                     "INSERT INTO host_authors(host, \"user\") VALUES(?, ?) ON CONFLICT DO NOTHING"),
+                 {host, authors.at(i).toString()});
         }
         const QJsonArray handlers = r.array(QStringLiteral("handlers"));
         for (int i = 0; i < handlers.size(); ++i) {
@@ -496,8 +502,8 @@ private:
             const Reader h(element(handlers, i, path + QStringLiteral(".handlers")), hpath,
                            {QStringLiteral("class"), QStringLiteral("name")});
             exec(QStringLiteral("INSERT INTO handlers(host, seq, class_id, name) VALUES(?, ?, ?, ?)"),
-                     {host, i, h.text(QStringLiteral("class"), QString(), true),
-                      h.text(QStringLiteral("name"), QString(), true)});
+                 {host, i, h.text(QStringLiteral("class"), QString(), true),
+                  h.text(QStringLiteral("name"), QString(), true)});
         }
     }
 
@@ -550,7 +556,8 @@ private:
                          const QString &created, const QString &modified, const QVariant &received)
     {
         const qint64 row = m_nextRow && *m_nextRow ? (*m_nextRow)++ : 0;
-        const QVariantList values = {folder, hidden ? 1 : 0, cls, subject, created, modified, received, received};
+        const QVariantList values = {folder,  hidden ? 1 : 0, cls,      subject,
+                                     created, modified,       received, received};
         if (!row)
             return insertMessageRow(values);
         m_lastId = makeEntryId(m_store, IdKind::Message, row);
@@ -564,9 +571,10 @@ private:
     {
         // The store chooses after the rows given to it so far.
         m_rows.flush();
-        const qint64 row = insert(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created,"
-                                                 " modified, received, delivered) VALUES(?, ?, ?, ?, ?, ?, ?, ?)"),
-                                  values);
+        const qint64 row =
+            insert(QStringLiteral("INSERT INTO messages(folder, hidden, class, subject, created,"
+                                  " modified, received, delivered) VALUES(?, ?, ?, ?, ?, ?, ?, ?)"),
+                   values);
         m_lastId = assignEntryId(row);
         return row;
     }
@@ -723,8 +731,8 @@ private:
     QHash<QString, QSqlQuery> m_statements;
     std::vector<std::array<qint64, 3>> m_firstRows;
     RowBatches m_rows;
-    qint64 m_lastFolder = 0;    ///< the row of the folder made last
-    size_t m_folders = 0;       ///< how many folders have begun
+    qint64 m_lastFolder = 0;     ///< the row of the folder made last
+    size_t m_folders = 0;        ///< how many folders have begun
     qint64 *m_nextRow = nullptr; ///< the next message row of the list being filled
 };
 
@@ -759,7 +767,8 @@ void loadFixture(const QJsonObject &fixture, const QString &dbPath)
 void loadFixture(const QString &jsonPath, const QString &dbPath)
 {
     try {
-        const RowCounter counted = countRows([&](FixtureEvents &events) { readFixtureFile(jsonPath, events); });
+        const RowCounter counted =
+            countRows([&](FixtureEvents &events) { readFixtureFile(jsonPath, events); });
         buildStore(dbPath, [&](Database &db) {
             Loader loader(db, counted);
             readFixtureFile(jsonPath, loader);
@@ -768,8 +777,9 @@ void loadFixture(const QString &jsonPath, const QString &dbPath)
         throw e.error;
     } catch (const com::ComError &e) {
         throw com::ComError(e.number(), e.source(),
-                            e.description().startsWith(jsonPath) ? e.description()
-                                                                 : jsonPath + QStringLiteral(": ") + e.description());
+                            e.description().startsWith(jsonPath)
+                                ? e.description()
+                                : jsonPath + QStringLiteral(": ") + e.description());
     }
 }
 
@@ -777,8 +787,9 @@ void copyStore(const Database &from, const QString &to)
 {
     QTemporaryFile document;
     if (!document.open())
-        throw com::ComError(com::err::FileAccess, kSource,
-                            QStringLiteral("A temporary file could not be made: %1").arg(document.errorString()));
+        throw com::ComError(
+            com::err::FileAccess, kSource,
+            QStringLiteral("A temporary file could not be made: %1").arg(document.errorString()));
     dumpStore(from, document);
     document.close();
     try {

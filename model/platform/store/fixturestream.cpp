@@ -79,7 +79,8 @@ public:
             Frame &f = m_frames.back();
             if (f.inList)
                 m_events.wrongShape(QStringLiteral("[%1]").arg(f.count++));
-            if (f.key == (f.level == FixtureLevel::Document ? QLatin1String("stores") : QLatin1String("folders"))) {
+            if (f.key ==
+                (f.level == FixtureLevel::Document ? QLatin1String("stores") : QLatin1String("folders"))) {
                 f.inList = true;
                 f.count = 0;
                 m_events.beginList();
@@ -211,7 +212,8 @@ private:
 com::ComError syntaxError(const QString &name, const QByteArray &before, rapidjson::ParseErrorCode code)
 {
     const int line = static_cast<int>(before.count('\n')) + 1;
-    const int column = static_cast<int>(QString::fromUtf8(before.mid(before.lastIndexOf('\n') + 1)).size()) + 1;
+    const int column =
+        static_cast<int>(QString::fromUtf8(before.mid(before.lastIndexOf('\n') + 1)).size()) + 1;
     return com::ComError(com::err::InvalidParameter, kSource,
                          QStringLiteral("%1:%2:%3: %4")
                              .arg(name)
@@ -232,7 +234,8 @@ void readFixtureFile(const QString &path, FixtureEvents &events)
     const rapidjson::ParseResult result = reader.Parse<kParseFlags>(stream, handler);
     if (!result) {
         QFile again(path);
-        const QByteArray before = again.open(QIODevice::ReadOnly) ? again.read(result.Offset()) : QByteArray();
+        const QByteArray before =
+            again.open(QIODevice::ReadOnly) ? again.read(result.Offset()) : QByteArray();
         throw FixtureSyntaxError{syntaxError(path, before, result.Code())};
     }
 }
@@ -245,7 +248,8 @@ void readFixtureText(const QByteArray &text, FixtureEvents &events)
     const rapidjson::ParseResult result = reader.Parse<kParseFlags>(stream, handler);
     if (!result)
         throw FixtureSyntaxError{syntaxError(QStringLiteral("the fixture"),
-                                             text.left(static_cast<qsizetype>(result.Offset())), result.Code())};
+                                             text.left(static_cast<qsizetype>(result.Offset())),
+                                             result.Code())};
 }
 
 } // namespace store

@@ -7,8 +7,9 @@ void DeviceWriteStream::Flush()
     if (m_size == 0)
         return;
     if (m_device.write(m_buffer.get(), static_cast<qint64>(m_size)) != static_cast<qint64>(m_size))
-        throw com::ComError(com::err::FileAccess, QStringLiteral("sorrelin-store"),
-                            QStringLiteral("The document could not be written: %1").arg(m_device.errorString()));
+        throw com::ComError(
+            com::err::FileAccess, QStringLiteral("sorrelin-store"),
+            QStringLiteral("The document could not be written: %1").arg(m_device.errorString()));
     m_size = 0;
 }
 

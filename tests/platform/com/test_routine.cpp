@@ -30,9 +30,8 @@ private Q_SLOTS:
             std::optional<int> unset;
             (void)unset.value();
         }) << true << 0;
-        QTest::newRow("a fault: an index out of range") << Raise([] {
-            throw std::out_of_range("at");
-        }) << true << 0;
+        QTest::newRow("a fault: an index out of range")
+            << Raise([] { throw std::out_of_range("at"); }) << true << 0;
     }
 
     void onlyComErrorsAreSkipped()

@@ -16,7 +16,8 @@ std::shared_ptr<SSTreeNodes> sample()
 {
     auto nodes = std::make_shared<SSTreeNodes>();
     const qint32 tag = nodes->tag(QStringLiteral("S1"));
-    const qint32 root = nodes->add(SSTreeNodes::kNone, u"root", u"Current User: Tess", nodes->tag(QString()), 2, true);
+    const qint32 root =
+        nodes->add(SSTreeNodes::kNone, u"root", u"Current User: Tess", nodes->tag(QString()), 2, true);
     const qint32 store = nodes->add(root, u"Mailbox", u"Mailbox", tag, 1, false);
     nodes->add(store, u"F1", u"b", tag, 6, true);
     nodes->add(store, u"F2", u"B", tag, 6, true);
@@ -90,7 +91,8 @@ private Q_SLOTS:
         QCOMPARE(store->childCount(), 4);
         QCOMPARE(SSTree::key(store->child(1)), QStringLiteral("F4"));
         QCOMPARE(store->child(2)->childCount(), 1);
-        QCOMPARE(SSTree::fullPath(tree.node(QStringLiteral("A1"))), QStringLiteral("Current User: Tess\\Mailbox\\a\\Agent"));
+        QCOMPARE(SSTree::fullPath(tree.node(QStringLiteral("A1"))),
+                 QStringLiteral("Current User: Tess\\Mailbox\\a\\Agent"));
         QCOMPARE(SSTree::tag(store), QStringLiteral("S1"));
         QCOMPARE(SSTree::tag(tree.node(QStringLiteral("root"))), QString());
         QVERIFY(tree.node(QStringLiteral("root"))->isExpanded());

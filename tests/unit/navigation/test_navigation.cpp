@@ -120,7 +120,8 @@ private Q_SLOTS:
     void unreachableEventSourcesAreNoRights()
     {
         events::Events unset; // an event configuration never given the session
-        QCOMPARE(imageOf(*m_folders, m_folders->events, u"With Agents"_s), navigation::kImageFolderWithAgents);
+        QCOMPARE(imageOf(*m_folders, m_folders->events, u"With Agents"_s),
+                 navigation::kImageFolderWithAgents);
         QCOMPARE(imageOf(*m_folders, unset, u"With Agents"_s), navigation::kImageNoRights);
         QCOMPARE(imageOf(*m_folders, unset, u"Plain"_s), navigation::kImageNoRights);
         QCOMPARE(imageOf(*m_folders, unset, u"Above 63"_s), navigation::kImageFolder);

@@ -242,9 +242,9 @@ private Q_SLOTS:
             << u"input method"_s << u"x\u65E5\u672C"_s << u"axb"_s << QStringList{u"\u65E5"_s, u"\u672C"_s};
         QTest::newRow("a paste") << u"paste"_s << u"\u20ACx\u0001"_s << u"ax\u0001b"_s
                                  << QStringList{u"\u20AC"_s};
-        QTest::newRow("a drop") << u"drop"_s << u"y\U0001F600"_s << u"ayb"_s
-                                << QStringList{u"\U0001F600"_s};
-        QTest::newRow("a menu's insert") << u"insert"_s << u"\u20ACz"_s << u"azb"_s << QStringList{u"\u20AC"_s};
+        QTest::newRow("a drop") << u"drop"_s << u"y\U0001F600"_s << u"ayb"_s << QStringList{u"\U0001F600"_s};
+        QTest::newRow("a menu's insert")
+            << u"insert"_s << u"\u20ACz"_s << u"azb"_s << QStringList{u"\u20AC"_s};
         QTest::newRow("an editor's file") << u"file"_s << u"c\u20AC"_s << u"c"_s << QStringList{u"\u20AC"_s};
     }
 

@@ -207,7 +207,8 @@ void SSTree::makeChildren(Id parent)
     // Opening a node only records it here; what it shows is made by reveal().
     const bool making = std::exchange(m_making, true);
     for (int i = 0; i < children.size(); ++i)
-        if (m_nodes->expanded(children.at(i)) && list.at(i)->childIndicatorPolicy() == QTreeWidgetItem::ShowIndicator)
+        if (m_nodes->expanded(children.at(i)) &&
+            list.at(i)->childIndicatorPolicy() == QTreeWidgetItem::ShowIndicator)
             list.at(i)->setExpanded(true);
     m_making = making;
 }
