@@ -308,10 +308,12 @@ void keepChange(const RunStatement &run, const QString &agent, qint64 number, co
         image.insert(QStringLiteral("binding"), before.binding);
     if (!before.message.isEmpty())
         image.insert(QStringLiteral("message"), before.message);
+    // The name and folder columns take no NULL: a text that was never set
+    // goes in empty.
+    const auto text = [](const QString &t) { return t.isNull() ? QStringLiteral("") : t; };
     run(QStringLiteral("INSERT INTO agent_history(agent, change_no, at, by_user, what, name, folder, before,"
                        " script) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?)"),
-        {agent, number, at, user, changeKindText(what), named.name + QStringLiteral(""),
-         named.folder + QStringLiteral(""),
+        {agent, number, at, user, changeKindText(what), text(named.name), text(named.folder),
          image.isEmpty() ? QVariant(QMetaType(QMetaType::QString))
                          : QString::fromUtf8(QJsonDocument(image).toJson(QJsonDocument::Compact)),
          before.script.isNull() ? QVariant(QMetaType(QMetaType::QByteArray)) : before.script.toByteArray()});
