@@ -25,6 +25,18 @@ const QString kHidden = QStringLiteral("SELECT m.folder, m.class = ?, m.entry_id
                                        " ON m.class = ? AND h.message = m.id AND h.tag = ?"
                                        " WHERE m.hidden = 1 ORDER BY m.id");
 
+/// `sql` with `values` bound, run for one pass over its rows: a server
+/// sends them one by one, so nothing may run on the store until the last.
+QSqlQuery streamed(const StatePtr &state, const QString &sql, const QVariantList &values)
+{
+    state->check();
+    QSqlQuery q = state->db->prepare(sql, store::Database::Rows::Streamed);
+    for (const QVariant &v : values)
+        q.addBindValue(v);
+    state->db->exec(q);
+    return q;
+}
+
 /// Appends `text` to `out` in UTF-8 and the new end to `ends`; entry IDs
 /// are ASCII, which is copied as is.
 void appendUtf8(QByteArray &out, QVector<quint32> &ends, QStringView text)
@@ -122,7 +134,7 @@ void FolderScan::readFolders(const StatePtr &state)
     m_idEnd.reserve(expected);
     m_nameEnd.reserve(expected);
     {
-        QSqlQuery &q = state->run(kFolders, {state->user});
+        QSqlQuery q = streamed(state, kFolders, {state->user});
         while (q.next()) {
             const auto store = storeOf.constFind(q.value(1).toLongLong());
             if (store == storeOf.constEnd())
@@ -170,7 +182,7 @@ void FolderScan::readHidden(const StatePtr &state)
     QHash<QByteArray, qint32> handlerOf;
     qint64 lastRow = 0;
     Index last = kNone;
-    QSqlQuery &q = state->run(kHidden, {kBindingClass, kBindingClass, tagKey(PR_HANDLER)});
+    QSqlQuery q = streamed(state, kHidden, {kBindingClass, kBindingClass, tagKey(PR_HANDLER)});
     while (q.next()) {
         ++m_rowsRead;
         // Messages made one after the other are mostly in one folder.

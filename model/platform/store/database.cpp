@@ -385,14 +385,15 @@ void Database::checkStore()
     }
 }
 
-QSqlQuery Database::prepare(const QString &sql) const
+QSqlQuery Database::prepare(const QString &sql, Rows rows) const
 {
     if (onServer())
         ensureConnected();
     QSqlQuery q(QSqlDatabase::database(m_connection->name(), false));
     // Qt reads a forward-only result from the server row by row, and loses
-    // it when another statement runs meanwhile; the store reads nested.
-    q.setForwardOnly(!onServer());
+    // it when another statement runs meanwhile; the store reads nested
+    // unless the caller says otherwise.
+    q.setForwardOnly(!onServer() || rows == Rows::Streamed);
     if (!q.prepare(sql)) {
         if (onServer())
             throw serverFailure(q.lastError());

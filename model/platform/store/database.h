@@ -72,8 +72,13 @@ public:
     QString returningId(const QString &sql) const;
     qint64 insertedId(QSqlQuery &query) const;
 
+    /// How a statement's rows are read. `Nested` lets other statements run
+    /// while they are read; `Streamed` reads them one by one from a server
+    /// too, and no other statement may run until the last row is read.
+    enum class Rows { Nested, Streamed };
+
     /// A prepared statement on this store; raises if it can't be prepared.
-    QSqlQuery prepare(const QString &sql) const;
+    QSqlQuery prepare(const QString &sql, Rows rows = Rows::Nested) const;
 
     /// Runs a prepared statement with positional values; raises on failure.
     void exec(QSqlQuery &query) const;

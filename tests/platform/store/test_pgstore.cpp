@@ -119,6 +119,35 @@ private Q_SLOTS:
         QCOMPARE(db->scalar(u"SELECT count(*) FROM hosts"_s).toInt(), 1);
     }
 
+    void rowsReadAsAsked_data()
+    {
+        QTest::addColumn<QString>("engine");
+        QTest::addColumn<store::Database::Rows>("rows");
+        QTest::addColumn<bool>("oneByOne");
+        QTest::newRow("SQLite, nested") << u"SQLite"_s << store::Database::Rows::Nested << true;
+        QTest::newRow("SQLite, streamed") << u"SQLite"_s << store::Database::Rows::Streamed << true;
+        QTest::newRow("PostgreSQL, nested") << u"PostgreSQL"_s << store::Database::Rows::Nested << false;
+        QTest::newRow("PostgreSQL, streamed") << u"PostgreSQL"_s << store::Database::Rows::Streamed << true;
+    }
+    void rowsReadAsAsked()
+    {
+        QFETCH(QString, engine);
+        QFETCH(store::Database::Rows, rows);
+        QFETCH(bool, oneByOne);
+        const std::unique_ptr<store::Database> db = store::Database::create(freshLocation(engine));
+        db->transaction([&] {
+            for (const char *name : {"EXCH03", "EXCH01", "EXCH02"})
+                db->run(u"INSERT INTO hosts(name) VALUES(?)"_s, {QString::fromLatin1(name)});
+        });
+        QSqlQuery q = db->prepare(u"SELECT name FROM hosts ORDER BY name"_s, rows);
+        QCOMPARE(q.isForwardOnly(), oneByOne);
+        db->exec(q);
+        QStringList read;
+        while (q.next())
+            read.append(q.value(0).toString());
+        QCOMPARE(read, (QStringList{u"EXCH01"_s, u"EXCH02"_s, u"EXCH03"_s}));
+    }
+
     void generatedStoreTakesNewRows()
     {
         const QString server = freshLocation(u"PostgreSQL"_s);
