@@ -55,8 +55,6 @@ public:
     const StatePtr &state() const { return m_state; }
 
 private:
-    friend class FolderScan; // counts the subfolders after listing them all
-
     StatePtr m_state;
     Row m_row;
 };
