@@ -131,6 +131,14 @@ class TestSharedStore : public QObject {
         return p;
     }
 
+    /// A row for each engine: a store file and a database on a server.
+    static void engines()
+    {
+        QTest::addColumn<QString>("engine");
+        QTest::newRow("file") << u"file"_s;
+        QTest::newRow("postgresql") << u"postgresql"_s;
+    }
+
 private Q_SLOTS:
     void writeOverAnotherProgramsChangeAsks_data()
     {
@@ -207,12 +215,7 @@ private Q_SLOTS:
         QVERIFY(tess.quit());
     }
 
-    void anotherProgramsChangeIsNoticed_data()
-    {
-        QTest::addColumn<QString>("engine");
-        QTest::newRow("file") << u"file"_s;
-        QTest::newRow("postgresql") << u"postgresql"_s;
-    }
+    void anotherProgramsChangeIsNoticed_data() { engines(); }
 
     void anotherProgramsChangeIsNoticed()
     {
@@ -259,7 +262,7 @@ private Q_SLOTS:
         QVERIFY(tess.quit());
     }
 
-    void historyKeepsBothVersionsInOrder_data() { anotherProgramsChangeIsNoticed_data(); }
+    void historyKeepsBothVersionsInOrder_data() { engines(); }
 
     void historyKeepsBothVersionsInOrder()
     {

@@ -6,15 +6,6 @@ namespace store {
 
 namespace {
 
-bool hasTable(const Database &db)
-{
-    return db.onServer()
-               ? db.scalar(QStringLiteral("SELECT to_regclass('agent_changes') IS NOT NULL")).toBool()
-               : db.scalar(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table'"
-                                          " AND name = 'agent_changes'"))
-                         .toInt() > 0;
-}
-
 AgentChange read(const Database &db, const QString &agent, const QString &suffix)
 {
     QSqlQuery q = db.run(
@@ -33,7 +24,7 @@ AgentChange read(const Database &db, const QString &agent, const QString &suffix
 void addAgentChanges(Database &db)
 {
     addHistory(db);
-    if (hasTable(db))
+    if (db.hasTable(QStringLiteral("agent_changes")))
         return;
     db.transaction([&] {
         db.run(db.onServer()
@@ -49,7 +40,7 @@ void addAgentChanges(Database &db)
 AgentChange agentChange(const Database &db, const QString &agent)
 {
     // A store opened for reading only may be older than the count.
-    if (db.access() == Database::Access::ReadOnly && !hasTable(db))
+    if (db.access() == Database::Access::ReadOnly && !db.hasTable(QStringLiteral("agent_changes")))
         return {};
     return read(db, agent, QString());
 }

@@ -238,7 +238,7 @@ std::unique_ptr<Database> Database::create(const QString &path, const std::funct
     std::unique_ptr<Database> db;
     if (location.onServer()) {
         db.reset(new Database(path, Connection::openServer(location, Access::ReadWrite)));
-        if (db->scalar(QStringLiteral("SELECT to_regclass('meta') IS NOT NULL")).toBool())
+        if (db->hasTable(QStringLiteral("meta")))
             throw storeError(
                 com::err::InvalidParameter,
                 QStringLiteral("The database of %1 already holds a store.").arg(location.text()));
@@ -269,7 +269,7 @@ void Database::checkServerStore()
             com::err::Corrupt,
             QStringLiteral("The database of %1 holds no Sorrelin store; nothing was written.").arg(store));
     };
-    if (!scalar(QStringLiteral("SELECT to_regclass('meta') IS NOT NULL")).toBool())
+    if (!hasTable(QStringLiteral("meta")))
         throw notAStore();
     const QVariant version = meta(QStringLiteral("schema"));
     if (version.toString().isEmpty())
@@ -344,9 +344,7 @@ void Database::checkStore()
             if (!ok || QFileInfo(m_path).size() < pages * pageSize)
                 throw damaged(QStringLiteral("the file is shorter than its contents."));
         }
-        const QVariant tables = scalar(
-            QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name = 'meta'"));
-        if (tables.toInt() == 0)
+        if (!hasTable(QStringLiteral("meta")))
             throw storeError(
                 com::err::Corrupt,
                 QStringLiteral("The file %1 is not a Sorrelin store: it is a database of another "
@@ -383,6 +381,15 @@ void Database::checkStore()
             throw sqlError(m_path, e.error);
         }
     }
+}
+
+bool Database::hasTable(const QString &name) const
+{
+    return onServer() ? scalar(QStringLiteral("SELECT to_regclass(?) IS NOT NULL"), {name}).toBool()
+                      : scalar(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table'"
+                                              " AND name = ?"),
+                               {name})
+                                .toInt() > 0;
 }
 
 QSqlQuery Database::prepare(const QString &sql, Rows rows) const

@@ -88,6 +88,8 @@ public:
 
     /// The first column of the first row of `sql`, or an invalid QVariant.
     QVariant scalar(const QString &sql, const QVariantList &values = {}) const;
+    /// Whether the store has a table of this name.
+    bool hasTable(const QString &name) const;
 
     /// Tells `observer` when a write begins and ends waiting for another
     /// program's lock on this store.

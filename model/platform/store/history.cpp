@@ -27,15 +27,6 @@ const QStringList kMessageColumns = {QStringLiteral("subject"), QStringLiteral("
 const QString kChangeColumns =
     QStringLiteral("id, agent, change_no, at, by_user, what, name, folder, before, script");
 
-bool hasTable(const Database &db)
-{
-    return db.onServer()
-               ? db.scalar(QStringLiteral("SELECT to_regclass('agent_history') IS NOT NULL")).toBool()
-               : db.scalar(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table'"
-                                          " AND name = 'agent_history'"))
-                         .toInt() > 0;
-}
-
 /// A field's value in words that give back the same value: bytes, a whole
 /// number or a text (the engine's own types), or null.
 QJsonValue fieldJson(const QVariant &v)
@@ -280,7 +271,7 @@ AgentImage agentImage(const RunStatement &run, const QString &agent)
 
 void addHistory(Database &db)
 {
-    if (hasTable(db))
+    if (db.hasTable(QStringLiteral("agent_history")))
         return;
     db.transaction([&] {
         db.run(
